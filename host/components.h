@@ -1,0 +1,102 @@
+// The host program's own components, and their lifetime: made on first use, kept as long as the instance.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tremvik {
+
+/// The host's manager of the temporary database. Operations raise the host's run-time errors.
+struct BancoTemporario {
+  virtual ~BancoTemporario() = default;
+  /// Makes the empty "BDTemp.mdb" ready, before it is renamed.
+  virtual void Preparar() = 0;
+  /// Opens the temporary database at `caminho`; the result is the host's handle of it.
+  virtual std::int16_t Abrir(std::string_view caminho) = 0;
+  /// Ends the work on it, after a success or a fault; `caminho` may be empty.
+  virtual void Encerrar(std::string_view caminho) = 0;
+};
+
+/// Answers whether the host already holds a declaration.
+struct ConsultaDeclaracoes {
+  virtual ~ConsultaDeclaracoes() = default;
+  /// The temporary database of the run; set once, when the component is made.
+  virtual void CaminhoBase(std::string_view caminho) = 0;
+  /// `ie` in dotted form, `uf` the state, `regime` two digits, the dates "20/MM/AAAA"; `referencia_inicial`
+  /// is empty where the declaration has none.
+  virtual bool Existe(std::string_view ie, std::string_view uf, std::string_view regime,
+                      std::string_view referencia, std::string_view referencia_inicial) = 0;
+};
+
+/// Tells whether the check digits of a registration number are right. True means valid.
+struct ValidadorDocumentos {
+  virtual ~ValidadorDocumentos() = default;
+  virtual bool ValidarIE(std::string_view ie) = 0;      ///< 12 characters
+  virtual bool ValidarCNPJ(std::string_view cnpj) = 0;  ///< 14 characters
+};
+
+/// Stores the accepted records of one kind in the temporary database.
+struct Gravador {
+  virtual ~Gravador() = default;
+  /// The temporary database's path; set once, when the writer is made.
+  virtual void CaminhoBase(std::string_view caminho) = 0;
+  /// One field of the record: its name and its text (UTF-8), valid during the call only.
+  virtual void Campo(std::string_view nome, std::string_view texto) = 0;
+  /// Stores the record made of the fields given since the last call.
+  virtual void Gravar() = 0;
+};
+
+/// The record kinds that are stored, one writer each, named by their record code.
+enum class Gravavel : std::uint8_t {
+  kCr05,
+  kCr07,
+  kCr10,
+  kCr14,
+  kCr18,
+  kCr20,
+  kCr25,
+  kCr26,
+  kCr27,
+  kCr28,
+  kCr30,
+  kCr31
+};
+inline constexpr std::size_t kGravaveis = 12;
+/// The two-digit record code of a stored kind ("05").
+[[nodiscard]] std::string_view Codigo(Gravavel registro);
+
+/// Makes the host's components. A component that cannot be made is run-time error 429.
+struct ComponentFactory {
+  virtual ~ComponentFactory() = default;
+  virtual std::unique_ptr<BancoTemporario> CriarBancoTemporario() = 0;
+  virtual std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() = 0;
+  virtual std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() = 0;
+  virtual std::unique_ptr<Gravador> CriarGravador(Gravavel registro) = 0;
+};
+
+/// The components of one instance: each is made on first use, given the temporary database's path where it
+/// wants one, and kept.
+class Components {
+ public:
+  /// `caminho_base_temp` is read at each making, so it must outlive this object.
+  Components(ComponentFactory& factory, const std::string& caminho_base_temp)
+      : factory_(factory), caminho_(caminho_base_temp) {}
+
+  [[nodiscard]] BancoTemporario& banco();
+  [[nodiscard]] ConsultaDeclaracoes& consulta();
+  [[nodiscard]] ValidadorDocumentos& documentos();
+  [[nodiscard]] Gravador& gravador(Gravavel registro);
+
+ private:
+  ComponentFactory& factory_;
+  const std::string& caminho_;
+  std::unique_ptr<BancoTemporario> banco_;
+  std::unique_ptr<ConsultaDeclaracoes> consulta_;
+  std::unique_ptr<ValidadorDocumentos> documentos_;
+  std::array<std::unique_ptr<Gravador>, kGravaveis> gravadores_;
+};
+
+}  // namespace tremvik

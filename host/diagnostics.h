@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string_view>
+
+namespace tremvik {
+
+/// Where a fault really is, apart from what the message's words say.
+struct FaultLocation {
+  int linha = 0;              ///< record number in the file, from 1
+  std::string_view registro;  ///< record code, "05"; empty when the code itself is unknown
+  std::string_view campo;     ///< field name as the layout declares it, UTF-8
+  int posicao = 0;            ///< 1-based column of the field
+  int largura = 0;            ///< width of the field in characters
+  std::string_view valor;     ///< the field's bytes as they stand in the file (Windows-1252)
+};
+
+/// Receives the true place of a fault right before the user is told of it.
+struct Diagnostics {
+  virtual ~Diagnostics() = default;
+  /// A refusal is about to be shown. A count mismatch may give several, one for each record kind.
+  virtual void Inconsistencia(const FaultLocation& where) = 0;
+  /// A value is about to be asked about (Sim/Não). Answered No, `Inconsistencia` follows.
+  virtual void Duvida(const FaultLocation& where) = 0;
+};
+
+}  // namespace tremvik

@@ -1,0 +1,59 @@
+// The thirteen record kinds of the file, in the order of their codes.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "layout/cr01.h"
+#include "layout/cr05.h"
+#include "layout/cr07.h"
+#include "layout/cr10.h"
+#include "layout/cr14.h"
+#include "layout/cr18.h"
+#include "layout/cr20.h"
+#include "layout/cr25.h"
+#include "layout/cr26.h"
+#include "layout/cr27.h"
+#include "layout/cr28.h"
+#include "layout/cr30.h"
+#include "layout/cr31.h"
+#include "layout/record.h"
+
+namespace tremvik {
+
+/// Place of a kind in `kKinds`.
+enum class Kind : std::uint8_t { k01, k05, k07, k10, k14, k18, k20, k25, k26, k27, k28, k30, k31 };
+
+/// One record kind: its code, the exact length of its content in characters (without the separators) and its
+/// fields, the separators included.
+struct KindInfo {
+  std::string_view code;
+  int number;
+  int length;
+  std::span<const FieldInfo> fields;
+};
+
+template <typename R>
+inline constexpr auto kFieldInfos = FieldInfos<R>();
+
+template <typename R>
+inline constexpr KindInfo kKindInfo{R::kCode, (R::kCode[0] - '0') * 10 + (R::kCode[1] - '0'),
+                                    static_cast<int>(Record<R>::kBlock - kCrLf.size()), kFieldInfos<R>};
+
+inline constexpr std::array kKinds{
+    kKindInfo<Cr01>, kKindInfo<Cr05>, kKindInfo<Cr07>, kKindInfo<Cr10>, kKindInfo<Cr14>,
+    kKindInfo<Cr18>, kKindInfo<Cr20>, kKindInfo<Cr25>, kKindInfo<Cr26>, kKindInfo<Cr27>,
+    kKindInfo<Cr28>, kKindInfo<Cr30>, kKindInfo<Cr31>,
+};
+
+/// The kind with that two-character code, or null.
+constexpr const KindInfo* FindKind(std::string_view code) {
+  for (const auto& kind : kKinds) {
+    if (kind.code == code) return &kind;
+  }
+  return nullptr;
+}
+
+}  // namespace tremvik
