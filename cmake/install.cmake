@@ -1,0 +1,28 @@
+# What `cmake --install` lays down: the command line, the static libraries with their headers, and the CMake
+# package "tremvik" with the targets tremvik::component (the component alone) and tremvik::embedded (the host
+# that the command line uses, for programs that bring none of their own).
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+get_property(libraries GLOBAL PROPERTY TREMVIK_LIBRARIES)
+install(TARGETS tremvik_options ${libraries} EXPORT tremvik)
+install(EXPORT tremvik NAMESPACE tremvik:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tremvik
+        FILE tremvik-targets.cmake)
+
+set(TREMVIK_WITH_EMBEDDED ${TREMVIK_CLI})
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/tremvik-config.cmake.in tremvik-config.cmake
+                              INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tremvik)
+write_basic_package_version_file(tremvik-config-version.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/tremvik-config.cmake ${PROJECT_BINARY_DIR}/tremvik-config-version.cmake
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tremvik)
+
+# Headers keep their folders, so that a program includes them by the names that they use for each other.
+install(DIRECTORY host layout DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tremvik FILES_MATCHING PATTERN "*.h")
+install(FILES component/tremvik.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tremvik/component)
+if(TREMVIK_CLI)
+  install(DIRECTORY adapters/local adapters/sqlite DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tremvik/adapters
+          FILES_MATCHING PATTERN "*.h")
+  if(TARGET tremvik)
+    install(TARGETS tremvik)
+  endif()
+endif()
