@@ -1,0 +1,41 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "adapters/local/component_folder.h"
+#include "host/files.h"
+
+namespace tremvik {
+
+/// The runtime's file operations on this machine's file system. Only regular files are opened: a directory, a
+/// pipe or a device is error 75 at once, so that no read ever blocks or runs without end.
+class LocalFiles final : public Files {
+ public:
+  /// `folder` must outlive this object.
+  explicit LocalFiles(const ComponentFolder& folder) : folder_(folder) { descriptors_.fill(-1); }
+  ~LocalFiles() override;
+  LocalFiles(const LocalFiles&) = delete;
+  LocalFiles& operator=(const LocalFiles&) = delete;
+
+  bool Exists(std::string_view path) override;
+  void Delete(std::string_view path) override;
+  void Rename(std::string_view from, std::string_view to) override;
+  int FreeFile() override;
+  void Open(int number, std::string_view path) override;
+  std::size_t Read(int number, char* buffer, std::size_t count) override;
+  void Close(int number) override;
+
+ private:
+  /// File numbers go from 1 to 511, as in the runtime.
+  static constexpr int kNumbers = 511;
+  int& Descriptor(int number);
+
+  const ComponentFolder& folder_;
+  std::array<int, kNumbers> descriptors_{};
+};
+
+/// The runtime's error number of the system error `code` (an errno value) of an operation on a path.
+[[nodiscard]] int FileErrorNumber(int code);
+
+}  // namespace tremvik

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "adapters/local/component_folder.h"
+#include "host/reference_engine.h"
+
+namespace tremvik {
+
+/// The database engine of the reference tables over SQLite: runs the query texts as they stand. A database
+/// stays open behind Close and each answer is remembered by its query text for the life of this object, so a
+/// look-up that is made again costs neither a query nor an allocation; a database that is replaced meanwhile
+/// is not looked at again.
+class SqliteReferenceEngine final : public ReferenceEngine {
+ public:
+  /// `folder` must outlive this object.
+  explicit SqliteReferenceEngine(const ComponentFolder& folder);
+  ~SqliteReferenceEngine();
+  SqliteReferenceEngine(const SqliteReferenceEngine&) = delete;
+  SqliteReferenceEngine& operator=(const SqliteReferenceEngine&) = delete;
+
+  Database& OpenDatabase(std::string_view path) override;
+
+ private:
+  class Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace tremvik
