@@ -1,0 +1,12 @@
+# Building one of the presets of CMakePresets.json, which lands in build/PRESET.
+
+# build_preset PRESET LABEL
+build_preset() {
+  step "configure-$1" "$2: configure" cmake --preset "$1"
+  step "build-$1" "$2: build" cmake --build "build/$1" --parallel "$(nproc)"
+}
+
+# Every C++ file of the project, also one that is not yet committed.
+sources() {
+  git ls-files --cached --others --exclude-standard -- '*.h' '*.cpp'
+}
