@@ -1,0 +1,57 @@
+#include "checks/dates.h"
+
+#include <array>
+#include <chrono>
+#include <cmath>
+
+#include "checks/numbers.h"
+#include "checks/text.h"
+#include "host/runtime_error.h"
+
+namespace tremvik {
+namespace {
+
+int DiasDoMes(int mes, int ano) {
+  constexpr std::array kDias{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  const bool bissexto = ano % 4 == 0;
+  return mes == 2 && bissexto ? 29 : kDias.at(static_cast<std::size_t>(mes - 1));
+}
+
+int ToByte(std::string_view text) {
+  const double number = std::nearbyint(ToNumber(text));
+  if (number < 0 || number > 255) throw RuntimeError(erro::kEstouro);
+  return static_cast<int>(number);
+}
+
+}  // namespace
+
+bool ValidarData(std::string_view text) {
+  const std::string_view ano = Left(text, 4);
+  const std::string_view mes = Mid(text, 5, 2);
+  const std::string_view dia = Right(text, 2);
+  if (!IsNumeric(ano) || ToNumber(ano) <= 0) return true;
+  if (!IsNumeric(mes) || ToNumber(mes) < 1 || ToNumber(mes) > 12) return true;
+  if (!IsNumeric(dia)) return true;
+  if (text.size() > 6 && ToNumber(dia) <= 0) return true;
+  const int dias = DiasDoMes(static_cast<int>(ToNumber(mes)), static_cast<int>(ToNumber(ano)));
+  return ToNumber(dia) < 1 || ToNumber(dia) > dias;
+}
+
+bool ValidarHora(std::string_view text) {
+  const std::string_view horas = Left(text, 2);
+  const std::string_view minutos = Mid(text, 3, 2);
+  const std::string_view segundos = Right(text, 2);
+  if (!IsNumeric(horas) || !IsNumeric(minutos) || !IsNumeric(segundos)) return true;
+  const int h = ToByte(horas);
+  const int m = ToByte(minutos);
+  const int s = ToByte(segundos);
+  return h > 24 || m > 59 || s > 59;
+}
+
+int UltimoDia(int ano, int mes) {
+  const auto dia =
+      (std::chrono::year(ano) / std::chrono::month(static_cast<unsigned>(mes)) / std::chrono::last).day();
+  return static_cast<int>(static_cast<unsigned>(dia));
+}
+
+}  // namespace tremvik

@@ -1,0 +1,120 @@
+#include "checks/display.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+
+#include "checks/numbers.h"
+#include "checks/text.h"
+#include "host/runtime_error.h"
+
+namespace tremvik {
+namespace {
+
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Whole part of `cents` with points every three digits, then the two decimals.
+ShortText Moeda(std::int64_t cents) {
+  std::array<char, 24> digits{};
+  const auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), std::abs(cents)).ptr;
+  std::string_view text(digits.data(), static_cast<std::size_t>(end - digits.data()));
+  ShortText money(cents < 0 ? "-" : "");
+  if (text.size() < 3) {
+    money.Append("0,").Append(text.size() == 2 ? "" : "0").Append(text);
+    return money;
+  }
+  const std::size_t whole = text.size() - 2;
+  for (std::size_t i = 0; i < whole; ++i) {
+    if (i > 0 && (whole - i) % 3 == 0) money.Append('.');
+    money.Append(text[i]);
+  }
+  return money.Append(',').Append(text.substr(whole));
+}
+
+ShortText Inteiro(double number, std::size_t digits) {
+  std::array<char, 40> text{};
+  const auto* const end =
+      std::to_chars(text.data(), text.data() + text.size(), std::round(number), std::chars_format::fixed, 0)
+          .ptr;
+  const std::string_view plain(text.data(), static_cast<std::size_t>(end - text.data()));
+  ShortText result;
+  for (std::size_t i = plain.size(); i < digits; ++i)
+    result.Append('0');
+  return result.Append(plain);
+}
+
+}  // namespace
+
+ShortText& ShortText::Append(std::string_view text) {
+  if (text.size() > characters_.size() - size_) throw RuntimeError(erro::kArgumentoInvalido);
+  std::ranges::copy(text, characters_.begin() + size_);
+  size_ = static_cast<unsigned char>(size_ + text.size());
+  return *this;
+}
+
+ShortText FomataValor(std::string_view cents) {
+  constexpr std::int64_t kMaior = 92233720368547758;  // the greatest currency, in cents
+  constexpr std::size_t kMaisLongo = 40;              // beyond it, no number fits the currency
+  if (cents.size() > kMaisLongo)
+    throw RuntimeError(IsNumeric(cents) ? erro::kEstouro : erro::kTiposIncompativeis);
+  const std::string_view decimals = Right(cents, 2);
+  ShortText masked = cents.substr(0, cents.size() - decimals.size());
+  masked.Append(decimals.size() == 1 ? ", " : ",").Append(decimals);
+  if (!IsNumeric(masked)) throw RuntimeError(erro::kTiposIncompativeis);
+  std::int64_t value = 0;
+  const auto append = [&value](int digit) {
+    if (value > (kMaior - digit) / 10) throw RuntimeError(erro::kEstouro);
+    value = value * 10 + digit;
+  };
+  for (const char c : masked.view()) {
+    if (IsDigit(c)) append(c - '0');
+  }
+  for (auto given = std::ranges::count_if(decimals, IsDigit); given < 2; ++given)
+    append(0);
+  return Moeda(masked.view().find('-') == std::string_view::npos ? value : -value);
+}
+
+ShortText TiraZeros(std::string_view ref, std::string_view cfop) {
+  if (ref > "200212") return Left(cfop, 4);
+  std::int16_t number = 0;
+  for (const char c : Left(cfop, 6)) {
+    if (c == '0') continue;
+    std::array<char, 8> text{};
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+    *end = c;
+    number = ToInt16(std::string_view(text.data(), static_cast<std::size_t>(end + 1 - text.data())));
+  }
+  std::array<char, 8> text{};
+  const char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+  return std::string_view(text.data(), static_cast<std::size_t>(end - text.data()));
+}
+
+ShortText Mascara(std::string_view mask, std::string_view text) {
+  auto missing = static_cast<std::ptrdiff_t>(std::ranges::count(mask, '@')) - std::ssize(text);
+  ShortText result;
+  for (const char c : mask) {
+    if (c != '@') {
+      result.Append(c);
+    } else if (missing > 0) {
+      result.Append(' ');
+      --missing;
+    } else {
+      result.Append(text.substr(0, 1));
+      text.remove_prefix(1);
+    }
+  }
+  return result;
+}
+
+ShortText DataComBarras(std::string_view data) { return Mascara("@@@@/@@/@@", data); }
+
+ShortText DiaVinte(std::string_view periodo) {
+  return ShortText("20/").Append(Right(periodo, 2)).Append('/').Append(Left(periodo, 4));
+}
+
+ShortText SemZeros(double number) { return std::round(number) == 0 ? ShortText() : Inteiro(number, 1); }
+
+ShortText QuinzeDigitos(double number) { return Inteiro(number, 15); }
+
+}  // namespace tremvik

@@ -1,0 +1,60 @@
+// Display forms of values and codes: fixed decimal comma and thousands point, no locale.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace tremvik {
+
+/// A short text held in place, so that formatting a field allocates nothing. Appending past its capacity
+/// raises error 5.
+class ShortText {
+ public:
+  ShortText() = default;
+  ShortText(std::string_view text) { Append(text); }  // NOLINT(google-explicit-constructor)
+
+  operator std::string_view() const {
+    return {characters_.data(), size_};
+  }  // NOLINT(google-explicit-constructor)
+  [[nodiscard]] std::string_view view() const { return *this; }
+
+  ShortText& Append(std::string_view text);
+  ShortText& Append(char c) { return Append(std::string_view(&c, 1)); }
+
+ private:
+  std::array<char, 47> characters_{};
+  unsigned char size_ = 0;
+};
+
+/// A value in cents, digits only, as "1.234,56". Raises error 13 where the text is no number, 6 where it
+/// exceeds the runtime's currency.
+[[nodiscard]] ShortText FomataValor(std::string_view cents);
+
+/// The code form of a CFOP for the declaration's period `ref` (AAAAMM, compared as text): its first four
+/// characters after "200212", else its first six without any "0". Raises error 6 above 32767, 13 where a
+/// character is no digit.
+[[nodiscard]] ShortText TiraZeros(std::string_view ref, std::string_view cfop);
+
+/// Fills the "@" of `mask` with the characters of `text` from the right, blanks where the text ends before.
+/// `mask` holds at least as many "@" as `text` has characters.
+[[nodiscard]] ShortText Mascara(std::string_view mask, std::string_view text);
+
+/// A date AAAAMMDD as "AAAA/MM/DD".
+[[nodiscard]] ShortText DataComBarras(std::string_view data);
+
+/// The 20th day of a period AAAAMM as "20/MM/AAAA".
+[[nodiscard]] ShortText DiaVinte(std::string_view periodo);
+
+/// The whole number without leading zeros, halves rounded away from zero; 0 gives an empty text ("####").
+[[nodiscard]] ShortText SemZeros(double number);
+
+/// The whole number in at least 15 digits, halves rounded away from zero.
+[[nodiscard]] ShortText QuinzeDigitos(double number);
+
+/// Display masks of the registration numbers.
+inline constexpr std::string_view kMascaraIE = "@@@.@@@.@@@.@@@";
+inline constexpr std::string_view kMascaraCNPJ = "@@.@@@.@@@/@@@@-@@";
+inline constexpr std::string_view kMascaraRE = "@@/@@@@@@@@@@";
+
+}  // namespace tremvik

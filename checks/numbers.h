@@ -1,0 +1,31 @@
+// Numbers in texts, by the desktop runtime's rules.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace tremvik {
+
+/// The leading number of `text`: blanks (space, tab, LF) are skipped wherever they stand; optional sign,
+/// digits, one decimal point; the first other character ends it (a comma too). No number gives 0.
+[[nodiscard]] double Val(std::string_view text);
+
+/// `Val` of a text known to hold a whole number of at most nine digits.
+[[nodiscard]] int IntVal(std::string_view text);
+
+/// The runtime's permissive numeric test: spaces around, one leading sign, digits with at most one decimal
+/// comma or point, at least one digit.
+[[nodiscard]] bool IsNumeric(std::string_view text);
+
+/// The value of a text that passes `IsNumeric`, comma or point as the decimal separator. Raises error 13
+/// where it does not pass.
+[[nodiscard]] double ToNumber(std::string_view text);
+
+/// The text as a 16-bit integer. Raises error 13 where it is not numeric, 6 outside -32768..32767.
+[[nodiscard]] std::int16_t ToInt16(std::string_view text);
+
+/// True when a numeric field is inconsistent: a blank or minus in front, a blank behind, not numeric, a
+/// decimal separator or, with `rejects_zero`, the value 0.
+[[nodiscard]] bool LefRigNumChr(std::string_view field, bool rejects_zero = false);
+
+}  // namespace tremvik

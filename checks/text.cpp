@@ -1,0 +1,60 @@
+#include "checks/text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tremvik {
+namespace {
+
+constexpr bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+constexpr bool IsHexDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+// The characters of the codes 0x80 to 0x9F; every other code is the character of its number.
+constexpr std::array<char16_t, 32> kUpperControls{
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+void AppendUtf8(std::string& text, unsigned character) {
+  if (character < 0x80) {
+    text += static_cast<char>(character);
+  } else if (character < 0x800) {
+    text += static_cast<char>(0xC0U | (character >> 6U));
+    text += static_cast<char>(0x80U | (character & 0x3FU));
+  } else {
+    text += static_cast<char>(0xE0U | (character >> 12U));
+    text += static_cast<char>(0x80U | ((character >> 6U) & 0x3FU));
+    text += static_cast<char>(0x80U | (character & 0x3FU));
+  }
+}
+
+}  // namespace
+
+bool ContemLetra(std::string_view text) { return std::ranges::any_of(text, IsLetter); }
+
+bool ChaveHexaValida(std::string_view text) {
+  constexpr std::size_t kLength = 32;
+  return text.size() >= kLength && std::ranges::all_of(text.substr(0, kLength), IsHexDigit);
+}
+
+std::string Utf8(std::string_view bytes) {
+  std::string text;
+  text.reserve(bytes.size() * 2);
+  for (const char byte : bytes) {
+    const unsigned code = static_cast<unsigned char>(byte);
+    AppendUtf8(text, code >= 0x80 && code < 0xA0 ? kUpperControls.at(code - 0x80) : code);
+  }
+  return text;
+}
+
+std::string_view Utf8(std::string_view bytes, std::string& buffer) {
+  const auto is_ascii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+  if (std::ranges::all_of(bytes, is_ascii)) return bytes;
+  buffer = Utf8(bytes);
+  return buffer;
+}
+
+}  // namespace tremvik

@@ -1,0 +1,48 @@
+// Texts of the file: single bytes of Windows-1252, compared by character code.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tremvik {
+
+/// `count` characters of `text` from the 1-based `position` on; fewer, or none, where the text ends before.
+[[nodiscard]] constexpr std::string_view Mid(std::string_view text, std::size_t position, std::size_t count) {
+  return position > text.size() ? std::string_view{} : text.substr(position - 1, count);
+}
+
+/// The first `count` characters, or the whole of a shorter text.
+[[nodiscard]] constexpr std::string_view Left(std::string_view text, std::size_t count) {
+  return text.substr(0, count);
+}
+
+/// The last `count` characters, or the whole of a shorter text.
+[[nodiscard]] constexpr std::string_view Right(std::string_view text, std::size_t count) {
+  return text.size() <= count ? text : text.substr(text.size() - count);
+}
+
+/// `text` without the blanks at its end.
+[[nodiscard]] constexpr std::string_view TrimEnd(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+/// True when `text` holds nothing but blanks.
+[[nodiscard]] constexpr bool IsBlank(std::string_view text) {
+  return text.find_first_not_of(' ') == std::string_view::npos;
+}
+
+/// True when `text` holds an unaccented letter.
+[[nodiscard]] bool ContemLetra(std::string_view text);
+
+/// True when the first 32 characters of `text` are hexadecimal digits of either case.
+[[nodiscard]] bool ChaveHexaValida(std::string_view text);
+
+/// The Windows-1252 `bytes` as UTF-8. The five codes without a character become the control characters of the
+/// same number, so nothing is lost.
+[[nodiscard]] std::string Utf8(std::string_view bytes);
+
+/// The same without a copy where `bytes` are ASCII; otherwise the result stands in `buffer`.
+[[nodiscard]] std::string_view Utf8(std::string_view bytes, std::string& buffer);
+
+}  // namespace tremvik

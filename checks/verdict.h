@@ -1,0 +1,64 @@
+// What a rule answers, and what it says when it refuses.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "host/diagnostics.h"
+#include "layout/record.h"
+
+namespace tremvik {
+
+/// A fault as the user reads it and, apart from the words, where it really is. The place refers to the
+/// record's buffer, so it holds until the next read.
+struct Refusal {
+  std::string first;
+  std::string second;  ///< empty where the whole message is one text
+  FaultLocation where;
+  bool answered = false;  ///< the user was asked and said No: not to be told again
+
+  /// The texts as one message, joined by CR LF.
+  [[nodiscard]] std::string Mensagem() const;
+};
+
+/// An optional `Refusal`, true when a problem was found.
+class [[nodiscard]] Verdict {
+ public:
+  Verdict() = default;
+  Verdict(Refusal refusal)
+      : refusal_(std::make_unique<Refusal>(std::move(refusal))) {}  // NOLINT(google-explicit-constructor)
+
+  explicit operator bool() const { return refusal_ != nullptr; }
+  [[nodiscard]] const Refusal& refusal() const { return *refusal_; }
+
+ private:
+  std::unique_ptr<Refusal> refusal_;
+};
+
+/// Nothing found.
+struct AcceptedType {
+  operator Verdict() const { return {}; }  // NOLINT(google-explicit-constructor)
+};
+inline constexpr AcceptedType Accepted;
+
+/// The true place of `field` of `record`.
+template <typename R>
+FaultLocation Where(const Record<R>& record, const Field<R>& field) {
+  return {record.linha(), R::kCode, field.name, field.position, field.width, record[field]};
+}
+
+/// A refusal of `field`, with the two texts as they stand.
+template <typename R>
+Refusal Refuse(const Record<R>& record, const Field<R>& field, std::string_view first,
+               std::string_view second) {
+  return {std::string(first), std::string(second), Where(record, field)};
+}
+
+/// A refusal of `field` whose whole message is one text.
+template <typename R>
+Refusal Refuse(const Record<R>& record, const Field<R>& field, std::string_view text) {
+  return {std::string(text), {}, Where(record, field)};
+}
+
+}  // namespace tremvik

@@ -1,0 +1,41 @@
+#include "layout/input_buffer.h"
+
+#include "host/runtime_error.h"
+
+namespace tremvik {
+namespace {
+
+constexpr std::size_t kReadAhead = std::size_t{64} * 1024;
+
+}  // namespace
+
+InputBuffer::InputBuffer(Files& files, int number, std::string_view path)
+    : files_(files), number_(number), bytes_(kReadAhead) {
+  files_.Open(number_, path);
+  open_ = true;
+}
+
+InputBuffer::~InputBuffer() {
+  try {
+    Close();
+  } catch (const std::exception&) {  // the error that ends the pass is the one to be told
+    open_ = false;
+  }
+}
+
+void InputBuffer::Close() {
+  if (!open_) return;
+  open_ = false;
+  files_.Close(number_);
+}
+
+std::string_view InputBuffer::Ahead() {
+  if (position_ == end_) {
+    position_ = 0;
+    end_ = 0;
+    end_ = files_.Read(number_, bytes_.data(), bytes_.size());
+  }
+  return {bytes_.data() + position_, end_ - position_};
+}
+
+}  // namespace tremvik

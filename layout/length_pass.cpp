@@ -1,0 +1,77 @@
+#include "layout/length_pass.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "checks/text.h"
+#include "host/runtime_error.h"
+#include "layout/int16.h"
+#include "layout/kinds.h"
+#include "layout/text_reader.h"
+
+namespace tremvik {
+namespace {
+
+void Mostrar(const LengthPassHost& host, std::string_view mensagem) {
+  host.screen.SetPointer(ponteiro::kSeta);
+  host.screen.MsgBox(mensagem, estilo::kCritico, "Mensagem...");
+}
+
+struct Fault {
+  std::string mensagem;
+  FaultLocation where;
+};
+
+// The message about a line, empty where the line is right, and the columns that are missing or too many.
+Fault Conferir(const TextReader::Line& line, std::int16_t numero) {
+  const KindInfo* const kind = FindKind(line.code);
+  if (kind == nullptr) {
+    return {"Código de Registro inválido! CR = " + Utf8(line.code) + "  -  Linha " + std::to_string(numero),
+            {numero, "", "CR", 1, 2, line.code}};
+  }
+  const auto length = static_cast<std::size_t>(kind->length);
+  if (line.length == length) return {};
+  const std::size_t last_right = std::min(line.length, length);
+  const std::size_t wrong = std::max(line.length, length) - last_right;
+  const int width = static_cast<int>(std::min<std::size_t>(wrong, std::numeric_limits<int>::max()));
+  return {"Tamanho do registro inválido.  CR = " + line.code + "  -  Linha " + std::to_string(numero),
+          {numero, kind->code, "Tamanho", static_cast<int>(last_right) + 1, width, {}}};
+}
+
+bool Percorrer(std::string_view path, const LengthPassHost& host, std::uint8_t& NumeroArquivoTexto) {
+  NumeroArquivoTexto = static_cast<std::uint8_t>(host.files.FreeFile());
+  TextReader reader(host.files, NumeroArquivoTexto, path);
+  std::int16_t linhas = 0;
+  TextReader::Line line;
+  while (!reader.AtEnd()) {
+    reader.ReadLine(line);
+    Raise(linhas);
+    const Fault fault = Conferir(line, linhas);
+    if (fault.mensagem.empty()) continue;
+    reader.Close();
+    host.diagnostics.Inconsistencia(fault.where);
+    Mostrar(host, fault.mensagem);
+    return true;
+  }
+  reader.Close();
+  if (linhas > 0) return false;
+  Mostrar(host, "Arquivo vazio ou inválido !");
+  return true;
+}
+
+}  // namespace
+
+bool ValidarTamanhos(std::string_view path, const LengthPassHost& host, std::uint8_t& NumeroArquivoTexto) {
+  try {
+    return Percorrer(path, host, NumeroArquivoTexto);
+  } catch (...) {
+    const RuntimeError error = CurrentRuntimeError();
+    Mostrar(host, error.number() == erro::kFimDoArquivo
+                      ? "Arquivo vazio ou inválido!"
+                      : "Erro " + std::to_string(error.number()) + " -  " + error.description());
+    return true;
+  }
+}
+
+}  // namespace tremvik
