@@ -1,0 +1,140 @@
+#include "adapters/sqlite/connection.h"
+
+#include <cerrno>
+
+#include "adapters/local/local_files.h"
+
+namespace tremvik::sqlite {
+namespace {
+
+RuntimeError Named(int number, std::string_view what, sqlite3* connection) {
+  const char* const path = connection == nullptr ? nullptr : sqlite3_db_filename(connection, "main");
+  std::string text(what);
+  if (path != nullptr && *path != '\0') text.append(" '").append(path).append("'");
+  return RuntimeError(number, text.append("."));
+}
+
+// The engine tells an unknown name, an unknown table and a malformed text apart; here all three are one code
+// with different words.
+RuntimeError QueryError(std::string_view words) {
+  const auto colon = words.rfind(": ");
+  const auto name = colon == std::string_view::npos ? words : words.substr(colon + 2);
+  std::string text;
+  if (words.starts_with("no such table")) {
+    text.append("Tabela não encontrada: '").append(name).append("'.");
+    return RuntimeError(erro::kTabelaNaoEncontrada, text);
+  }
+  if (words.starts_with("no such column")) {
+    text.append("Parâmetros insuficientes: a coluna '").append(name).append("' não existe.");
+    return RuntimeError(erro::kParametrosInsuficientes, text);
+  }
+  return RuntimeError(erro::kSintaxeDaConsulta, text.append("Erro de sintaxe na consulta: ").append(words));
+}
+
+RuntimeError CannotOpen(sqlite3* connection) {
+  const int system = connection == nullptr ? 0 : sqlite3_system_errno(connection);
+  if (system == EACCES || system == EPERM) {
+    return Named(erro::kPermissaoNegada, "Permissão negada ao abrir o banco de dados", connection);
+  }
+  if (system != 0 && system != ENOENT) return RuntimeError(FileErrorNumber(system));
+  return Named(erro::kBancoNaoEncontrado, "Não foi possível localizar o arquivo", connection);
+}
+
+}  // namespace
+
+RuntimeError EngineError(sqlite3* connection, int code) {
+  switch (code & 0xFF) {
+    case SQLITE_NOMEM:
+      return RuntimeError(erro::kMemoriaInsuficiente);
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return Named(erro::kBancoEmUso, "Banco de dados em uso", connection);
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+      return Named(erro::kFormatoDesconhecido, "Formato de banco de dados não reconhecido", connection);
+    case SQLITE_FULL:
+      return Named(erro::kDiscoCheio, "Disco cheio ao gravar", connection);
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return Named(erro::kPermissaoNegada, "Permissão negada ao gravar", connection);
+    case SQLITE_CANTOPEN:
+      return CannotOpen(connection);
+    case SQLITE_CONSTRAINT:
+      return Named(kValoresDuplicados, "O banco de dados já contém um destes registros", connection);
+    case SQLITE_ERROR:
+      return QueryError(sqlite3_errmsg(connection));
+    default:
+      return Named(erro::kEntradaSaida, "Erro de E/S no banco de dados", connection);
+  }
+}
+
+void Statement::Check(int code) const {
+  if (code != SQLITE_OK) throw EngineError(sqlite3_db_handle(statement_.get()), code);
+}
+
+Statement& Statement::Bind(int parameter, std::int64_t value) {
+  Check(sqlite3_bind_int64(statement_.get(), parameter, value));
+  return *this;
+}
+
+Statement& Statement::Bind(int parameter, std::string_view text) {
+  const char* const bytes = text.data() == nullptr ? "" : text.data();  // a null pointer would be Null
+  Check(sqlite3_bind_text(statement_.get(), parameter, bytes, static_cast<int>(text.size()), SQLITE_STATIC));
+  return *this;
+}
+
+bool Statement::Step() {
+  const int code = sqlite3_step(statement_.get());
+  if (code == SQLITE_ROW) return true;
+  if (code == SQLITE_DONE) return false;
+  const RuntimeError error = EngineError(sqlite3_db_handle(statement_.get()), code);
+  Reset();
+  throw error;
+}
+
+void Statement::Run() {
+  while (Step()) {
+  }
+  Reset();
+}
+
+std::string_view Statement::Text(int column) const {
+  const unsigned char* const text = sqlite3_column_text(statement_.get(), column);
+  if (text == nullptr) return {};
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column));
+  return {reinterpret_cast<const char*>(text), size};
+}
+
+Connection::Connection(const std::string& path, int flags, int wait_ms) {
+  sqlite3* opened = nullptr;
+  const int code = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
+  connection_.reset(opened);
+  if (code != SQLITE_OK) throw EngineError(opened, code);
+  sqlite3_busy_timeout(opened, wait_ms);
+}
+
+void Connection::Execute(const std::string& sql) {
+  const int code = sqlite3_exec(get(), sql.c_str(), nullptr, nullptr, nullptr);
+  if (code != SQLITE_OK) throw EngineError(get(), code);
+}
+
+Statement Connection::Prepare(std::string_view sql, bool lasting) {
+  sqlite3_stmt* made = nullptr;
+  const char* rest = nullptr;
+  const unsigned int flags = lasting ? SQLITE_PREPARE_PERSISTENT : 0;
+  const int code = sqlite3_prepare_v3(get(), sql.data(), static_cast<int>(sql.size()), flags, &made, &rest);
+  Statement statement(made);
+  if (code != SQLITE_OK) throw EngineError(get(), code);
+  const auto tail = sql.substr(static_cast<std::size_t>(rest - sql.data()));
+  if (made == nullptr || tail.find_first_not_of(" \r\n\t;") != std::string_view::npos) {
+    throw RuntimeError(erro::kSintaxeDaConsulta);
+  }
+  return statement;
+}
+
+std::int64_t Connection::Number(std::string_view sql) {
+  Statement statement = Prepare(sql);
+  return statement.Step() ? statement.Integer(0) : 0;
+}
+
+}  // namespace tremvik::sqlite
