@@ -66,14 +66,15 @@ class Agenda {
     return contribuintes_.back();
   }
 
-  // Mostly someone who declares other references too.
+  // Mostly someone who declares other references too; of the new ones, every second that can begins with 8.
   Contribuinte QuemDeclara(int ref) {
-    if (sorteio_.Chance(60)) {
+    const bool recente = ref >= kPrimeiraDoGrupoOito;
+    if (sorteio_.Chance(60) && (!recente || novos_recentes_ > 0)) {
       const Contribuinte antigo = contribuintes_[sorteio_.Entre<std::size_t>(0, contribuintes_.size() - 1)];
-      const bool aceita = !antigo.ie.starts_with('8') || ref >= kPrimeiraDoGrupoOito;
+      const bool aceita = recente || !antigo.ie.starts_with('8');
       if (aceita && usadas_.insert({antigo.ie, ref}).second) return antigo;
     }
-    const bool grupo_oito = ref >= kPrimeiraDoGrupoOito && sorteio_.Chance(40);
+    const bool grupo_oito = recente && novos_recentes_++ % 2 == 0;
     std::string ie = grupo_oito ? SortearIE(sorteio_, '8') : SortearIE(sorteio_);
     while (!usadas_.insert({ie, ref}).second)
       ie = SortearIE(sorteio_);
@@ -86,6 +87,7 @@ class Agenda {
   std::set<std::pair<std::string, int>> usadas_;
   int antigas_ = 0;
   int recentes_ = 0;
+  int novos_recentes_ = 0;
 };
 
 int Registros(const std::vector<Declaracao>& plano) {
