@@ -6,7 +6,9 @@ build_preset() {
   step "build-$1" "$2: build" cmake --build "build/$1" --parallel "$(nproc)"
 }
 
-# Every C++ file of the project, also one that is not yet committed.
+# Every C++ file of the project, also one that is not yet committed. No name holds a blank.
 sources() {
-  git ls-files --cached --others --exclude-standard -- '*.h' '*.cpp'
+  git ls-files --cached --others --exclude-standard --deduplicate -- '*.h' '*.cpp' | while read -r file; do
+    if [[ -f $file ]]; then echo "$file"; fi
+  done
 }

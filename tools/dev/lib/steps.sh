@@ -40,5 +40,7 @@ step() {
 
 # check NAME LABEL COMMAND... : a step on its own; a failure is remembered and the next ones still run.
 check() {
-  run_logged "$@" || failed_steps+=("$2")
+  run_logged "$@" && return
+  failed_steps+=("$2")
+  return 1
 }

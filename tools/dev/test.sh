@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# runs all tests and checks; "quick" leaves out the sanitizers and clang-tidy
+case ${1:-} in
+  "" | quick) scope=${1:-all} ;;
+  *) fail_usage "test knows \"quick\", not \"$1\"" ;;
+esac
+
+passed=0
+failed=0
+
+# examine NAME LABEL COMMAND... : one check that is no test program; it counts as one.
+examine() {
+  if check "$@"; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
+}
+
+# run_tests PRESET LABEL : all tests of a built preset, counted.
+run_tests() {
+  check "test-$1" "$2" ctest --preset "$1" --parallel "$(nproc)" || true
+  local closing
+  closing=$(grep -E '^[0-9]+% tests passed' "$log_dir/test-$1.log" || true)
+  if [[ $closing =~ ,\ ([0-9]+)\ tests\ failed\ out\ of\ ([0-9]+) ]]; then
+    failed=$((failed + BASH_REMATCH[1]))
+    passed=$((passed + BASH_REMATCH[2] - BASH_REMATCH[1]))
+  else
+    failed=$((failed + 1))
+  fi
+  echo "  ${closing:-no test was run}"
+}
+
+need "${packages_test[@]}"
+examine format "format: clang-format" clang-format-14 --dry-run --Werror $(sources)
+build_preset test "tests"
+run_tests test "tests: run"
+if [[ $scope == all ]]; then
+  build_preset asan "sanitizers"
+  run_tests asan "sanitizers: the same tests"
+  examine tidy "clang-tidy" python3 -B tools/tidy.py build/test clang-tidy-14
+fi
+
+echo
+if ((${#failed_steps[@]})); then printf 'failed: %s\n' "${failed_steps[@]}"; fi
+echo "$passed passed, $failed failed"
+((${#failed_steps[@]} == 0 && passed > 0))
