@@ -4,6 +4,14 @@
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
+if(TREMVIK_CLI)
+  add_library(tremvik_embedded INTERFACE)
+  add_library(tremvik::embedded ALIAS tremvik_embedded)
+  target_link_libraries(tremvik_embedded INTERFACE tremvik_component tremvik_sqlite)
+  set_target_properties(tremvik_embedded PROPERTIES EXPORT_NAME embedded)
+  set_property(GLOBAL APPEND PROPERTY TREMVIK_LIBRARIES tremvik_embedded)
+endif()
+
 get_property(libraries GLOBAL PROPERTY TREMVIK_LIBRARIES)
 install(TARGETS tremvik_options ${libraries} EXPORT tremvik)
 install(EXPORT tremvik NAMESPACE tremvik:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tremvik
