@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 
 namespace tremvik {
 namespace {
@@ -97,9 +96,11 @@ bool TabelasFixas::NaoExisteEmFixas(std::string_view kind, std::string_view valu
   return nao_existe;
 }
 
-std::string_view TabelasFixas::PrimeiroTexto(std::string_view sql, std::string_view column) {
+std::string_view TabelasFixas::PrimeiroTexto(std::initializer_list<std::string_view> pieces,
+                                             std::string_view column) {
+  Compor(sql_, pieces);
   Closer database(Abrir());
-  Closer rows(database->OpenRecordset(sql, kSnapshot));
+  Closer rows(database->OpenRecordset(sql_, kSnapshot));
   texto_.clear();
   if (rows->RecordCount() > 0) texto_ = rows->Field(column);
   rows.Close();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -20,8 +21,10 @@ class TabelasFixas {
   /// true, anything else those whose extra column is false; for kind "10" it is the table set of a period.
   [[nodiscard]] bool NaoExisteEmFixas(std::string_view kind, std::string_view value, std::string_view mode);
 
-  /// The text of `column` in the first row of `sql`, empty where there is no row; valid until the next call.
-  [[nodiscard]] std::string_view PrimeiroTexto(std::string_view sql, std::string_view column);
+  /// The text of `column` in the first row of the query made of `pieces`, empty where there is no row; valid
+  /// until the next call.
+  [[nodiscard]] std::string_view PrimeiroTexto(std::initializer_list<std::string_view> pieces,
+                                               std::string_view column);
 
  private:
   Database& Abrir();

@@ -18,17 +18,21 @@ constexpr std::array<char16_t, 32> kUpperControls{
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-void AppendUtf8(std::string& text, unsigned character) {
+// Writes one byte's character at `out` and returns the end of it, at most three bytes on.
+char* PutUtf8(char* out, char byte) {
+  const unsigned code = static_cast<unsigned char>(byte);
+  const unsigned character = code >= 0x80 && code < 0xA0 ? kUpperControls.at(code - 0x80) : code;
   if (character < 0x80) {
-    text += static_cast<char>(character);
+    *out++ = static_cast<char>(character);
   } else if (character < 0x800) {
-    text += static_cast<char>(0xC0U | (character >> 6U));
-    text += static_cast<char>(0x80U | (character & 0x3FU));
+    *out++ = static_cast<char>(0xC0U | (character >> 6U));
+    *out++ = static_cast<char>(0x80U | (character & 0x3FU));
   } else {
-    text += static_cast<char>(0xE0U | (character >> 12U));
-    text += static_cast<char>(0x80U | ((character >> 6U) & 0x3FU));
-    text += static_cast<char>(0x80U | (character & 0x3FU));
+    *out++ = static_cast<char>(0xE0U | (character >> 12U));
+    *out++ = static_cast<char>(0x80U | ((character >> 6U) & 0x3FU));
+    *out++ = static_cast<char>(0x80U | (character & 0x3FU));
   }
+  return out;
 }
 
 }  // namespace
@@ -41,20 +45,21 @@ bool ChaveHexaValida(std::string_view text) {
 }
 
 std::string Utf8(std::string_view bytes) {
-  std::string text;
-  text.reserve(bytes.size() * 2);
-  for (const char byte : bytes) {
-    const unsigned code = static_cast<unsigned char>(byte);
-    AppendUtf8(text, code >= 0x80 && code < 0xA0 ? kUpperControls.at(code - 0x80) : code);
-  }
+  std::string text(bytes.size() * 3, '\0');
+  char* out = text.data();
+  for (const char byte : bytes)
+    out = PutUtf8(out, byte);
+  text.resize(static_cast<std::size_t>(out - text.data()));
   return text;
 }
 
-std::string_view Utf8(std::string_view bytes, std::string& buffer) {
+std::string_view Utf8(std::string_view bytes, Utf8Buffer& buffer) {
   const auto is_ascii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
   if (std::ranges::all_of(bytes, is_ascii)) return bytes;
-  buffer = Utf8(bytes);
-  return buffer;
+  char* out = buffer.data();
+  for (const char byte : Left(bytes, buffer.size() / 3))
+    out = PutUtf8(out, byte);
+  return {buffer.data(), static_cast<std::size_t>(out - buffer.data())};
 }
 
 }  // namespace tremvik

@@ -1,6 +1,7 @@
 // Texts of the file: single bytes of Windows-1252, compared by character code.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -42,7 +43,11 @@ namespace tremvik {
 /// same number, so nothing is lost.
 [[nodiscard]] std::string Utf8(std::string_view bytes);
 
-/// The same without a copy where `bytes` are ASCII; otherwise the result stands in `buffer`.
-[[nodiscard]] std::string_view Utf8(std::string_view bytes, std::string& buffer);
+/// Room for any record's content as UTF-8.
+using Utf8Buffer = std::array<char, std::size_t{3} * 441>;
+
+/// The same without an allocation, for a text of at most one record's length: `bytes` themselves where they
+/// are ASCII, otherwise the characters laid into `buffer`.
+[[nodiscard]] std::string_view Utf8(std::string_view bytes, Utf8Buffer& buffer);
 
 }  // namespace tremvik

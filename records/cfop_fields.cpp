@@ -1,0 +1,95 @@
+#include <string>
+
+#include "checks/numbers.h"
+#include "checks/text.h"
+#include "records/cfop.h"
+#include "records/cfop_validity.h"
+
+namespace tremvik {
+namespace {
+
+using C = Cr10;
+
+Verdict ValidarCodigos(const Record<Cr10>& r, const Cfop& cfop) {
+  if (LefRigNumChr(r[C::kCr])) {
+    return Refuse(r, C::kCr, " Tabela 3, CR=10, Campo - CR Inconsistentes, Posição 1");
+  }
+  if (Val(r[C::kCr]) != 10) {
+    return Refuse(r, C::kCr, "Tabela 3, CR=10, Campo - CR ou Q10", "Inconsistentes, Posição 1 ou 114");
+  }
+  if (LefRigNumChr(r[C::kCFOP])) {
+    return Refuse(r, C::kCFOP,
+                  "Tabela 3, CR=10, Campo - CFOP Inconsistente, Posição 3 (1º Caso): " + Utf8(cfop.exibicao));
+  }
+  return Accepted;
+}
+
+Verdict ValidarValores(const Record<Cr10>& r, int ref) {
+  if (LefRigNumChr(r[C::kValorContabil])) {
+    return Refuse(r, C::kValorContabil, "Tabela 3, CR=10, Campo - ValorContábil",
+                  "Inconsistente, Posição 9 ");
+  }
+  if (LefRigNumChr(r[C::kBaseCalculo])) {
+    return Refuse(r, C::kBaseCalculo, "Tabela 3, CR=10, Campo - BaseCálculo", "Inconsistente, Posição 24 ");
+  }
+  if (LefRigNumChr(r[C::kImposto])) {
+    return Refuse(r, C::kImposto, "Tabela 3, CR=10, Campo - Imposto", "Inconsistente, Posição 39");
+  }
+  if (LefRigNumChr(r[C::kIsentasNaoTrib])) {
+    return Refuse(r, C::kIsentasNaoTrib, "Tabela 3, CR=10, Campo - IsentasNãoTrib",
+                  "Inconsistente, Posição 54 ");
+  }
+  if (LefRigNumChr(r[C::kOutras])) {
+    return Refuse(r, C::kOutras, "Tabela 3, CR=10, Campo - Outras", "Inconsistente, Posição 69");
+  }
+  if (LefRigNumChr(r[C::kImpostoRetidoST])) {
+    return Refuse(r, C::kImpostoRetidoST, "Tabela 3, CR=10, Campo - ImpostoRetidoST",
+                  "Inconsistente, Posição 84");
+  }
+  if (ref > 200112 && Val(r[C::kImpostoRetidoST]) > 0) {
+    return Refuse(r, C::kImpostoRetidoST, "Tabela 3, CR=10, Campo - ImpostoRetidoST",
+                  "Inconsistente, Posição 84");
+  }
+  if (LefRigNumChr(r[C::kImpRetSubstitutoST])) {
+    return Refuse(r, C::kImpRetSubstitutoST, "Tabela 3, CR=10, Campo - ImpRetSubstitutoST",
+                  "Inconsistente, Posição 99");
+  }
+  if (LefRigNumChr(r[C::kImpRetSubstituido])) {
+    return Refuse(r, C::kImpRetSubstituido, "Tabela 3, CR=10, Campo - ImpRetSubstituÍdo",
+                  "Inconsistente, Posição 114");
+  }
+  if (LefRigNumChr(r[C::kOutrosImpostos])) {
+    return Refuse(r, C::kOutrosImpostos, "Tabela 3, CR=10, Campo - OutrosImpostos",
+                  "Inconsistente, Posição 129");
+  }
+  if (LefRigNumChr(r[C::kQ14])) {
+    return Refuse(r, C::kQ14, "Tabela 3, CR=10, Campo - Q14", "Inconsistente, Posição 144");
+  }
+  if (r[C::kSeparadores] != kCrLf) {
+    return Refuse(r, C::kSeparadores, "Tabela 3, CR=10, Campo - Separadores", "Inconsistente, Posição 148");
+  }
+  return Accepted;
+}
+
+}  // namespace
+
+Verdict ValidarCamposCR10(Pass& pass) {
+  const Record<Cr10>& r = pass.registros.RegistroCR10;
+  const Record<Cr05>& cabecalho = pass.registros.RegistroDeclaracao;
+  const Cfop cfop(r, cabecalho);
+  if (auto refused = ValidarCodigos(r, cfop)) return refused;
+  if (auto refused = ValidarCfopNaTabela(r, cfop, pass.fixas)) return refused;
+  if (auto refused = ValidarValores(r, cfop.ref)) return refused;
+  if (auto refused = ValidarCfopDoPeriodo(r, cfop)) return refused;
+  if (Val(cabecalho[Cr05::kRegTrib]) == 4) {
+    if (Val(r[C::kQ14]) != 0) {
+      return Refuse(r, C::kQ14, "Tabela 3, CR=10, Campo - Q14", "Inconsistente, Posição 144 (Regime = 04)");
+    }
+    if (auto refused = ValidarCfopDoRegime4(r, cfop)) return refused;
+  } else {
+    pass.declaracao.QtdePendenteCR14 = ToInt16(r[C::kQ14]);
+  }
+  return ValidarCfop1360(r, cfop);
+}
+
+}  // namespace tremvik

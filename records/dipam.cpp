@@ -1,0 +1,39 @@
+#include "records/dipam.h"
+
+#include "checks/numbers.h"
+#include "checks/text.h"
+
+namespace tremvik {
+namespace {
+
+using C = Cr30;
+
+void GravarCR30(const Record<Cr30>& r, Components& componentes) {
+  Gravador& gravador = componentes.gravador(Gravavel::kCr30);
+  Utf8Buffer buffer;
+  gravador.Campo("Registro", Utf8(r.content(), buffer));
+  gravador.Gravar();
+}
+
+}  // namespace
+
+Verdict ValidarCR30(Pass& pass) {
+  Record<Cr30>& r = pass.registros.RegistroCR30;
+  for (int i = 0; i < pass.declaracao.QtdeCR30; ++i) {
+    pass.arquivo.Next(r);
+    if (r[C::kSeparadores] != kCrLf) {
+      return Refuse(r, C::kSeparadores, "Tabela 8, CR=30 Campo - Separadores", "inconsistente, Posição 25");
+    }
+    if (pass.arquivo.EndOfFile()) {
+      return Refuse(pass.registros.RegistroDeclaracao, Cr05::kQ30, "Tabela 2, CR=05 Campo - Q30",
+                    "inconsistente, Posição 158");
+    }
+    if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 30) {
+      return Refuse(r, C::kCr, "Tabela 08, CR=30, Campo - CR ou Q30", "Inconsistentes, Posição 1 ou 158");
+    }
+    GravarCR30(r, pass.componentes);
+  }
+  return Accepted;
+}
+
+}  // namespace tremvik

@@ -1,0 +1,65 @@
+#include "checks/display.h"
+#include "checks/numbers.h"
+#include "records/occurrence_details.h"
+
+namespace tremvik {
+namespace {
+
+using C = Cr25;
+
+Verdict ValidarCamposCR25(const Record<Cr25>& r, Components& componentes) {
+  if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 25) {
+    return Refuse(r, C::kCr, "Tabela 07, CR=25, Campo - CR", "Inconsistentes, Posição 1");
+  }
+  if (LefRigNumChr(r[C::kIE])) {
+    return Refuse(r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inconsistente, Posição 3");
+  }
+  if (!componentes.documentos().ValidarIE(r[C::kIE])) {
+    return Refuse(r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inválida, Posição 3");
+  }
+  if (r[C::kSeparadores] != kCrLf) {
+    return Refuse(r, C::kSeparadores, "Tabela 07, CR=25, Campo - Separadores", "Inconsistente, Posição 30");
+  }
+  if (LefRigNumChr(r[C::kValor])) {
+    return Refuse(r, C::kValor, "Tabela 07, CR=25, Campo - Valor", "Inconsistente, Posição 15");
+  }
+  return Accepted;
+}
+
+void GravarCR25(const Record<Cr25>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
+  Gravador& gravador = componentes.gravador(Gravavel::kCr25);
+  GravarChaveOcorrencia(ocorrencia, gravador);
+  gravador.Campo(C::kIE.name, Mascara(kMascaraIE, r[C::kIE]));
+  gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));
+  gravador.Gravar();
+}
+
+}  // namespace
+
+Verdict ValidarCR25(Pass& pass, EstadoOcorrencia& ocorrencia) {
+  Record<Cr25>& r = pass.registros.RegistroCR25;
+  const Record<Cr20>& pai = pass.registros.RegistroCR20;
+  ShortText anterior;
+  for (int i = 0; i < ocorrencia.QtdePendenteCR25; ++i) {
+    pass.arquivo.Next(r);
+    if (r[C::kSeparadores] != kCrLf) {
+      return Refuse(r, C::kSeparadores, "Tabela 7, CR=25 Campo - Separadores", "inconsistente, Posição 30");
+    }
+    if (pass.arquivo.EndOfFile()) {
+      return Refuse(pai, Cr20::kQ25, "Tabela 7, CR=20 Campo - Q25", "inconsistente, Posição 424");
+    }
+    if (LefRigNumChr(r[C::kIE])) {
+      return Refuse(r, C::kIE, "Tabela 7, CR=25 Campo - IE", "Inconsistente, Posição 3");
+    }
+    if (anterior.view() >= r[C::kIE]) {
+      return Refuse(r, C::kIE, "Tabela 7, CR=25 Campo - IE", "fora de sequência, Posição 3");
+    }
+    anterior = r[C::kIE];
+    if (auto refused = ValidarCamposCR25(r, pass.componentes)) return refused;
+    GravarCR25(r, pai, pass.componentes);
+    ocorrencia.SomaValorCR25a27 += Val(r[C::kValor]);
+  }
+  return Accepted;
+}
+
+}  // namespace tremvik

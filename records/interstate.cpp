@@ -1,0 +1,46 @@
+#include "records/interstate.h"
+
+#include "checks/numbers.h"
+#include "checks/text.h"
+#include "records/free_zone.h"
+
+namespace tremvik {
+namespace {
+
+using C = Cr14;
+
+void GravarCR14(const Record<Cr14>& r, Components& componentes) {
+  Gravador& gravador = componentes.gravador(Gravavel::kCr14);
+  Utf8Buffer buffer;
+  gravador.Campo("Registro", Utf8(r.content(), buffer));
+  gravador.Gravar();
+}
+
+}  // namespace
+
+Verdict ValidarCR14(Pass& pass) {
+  Record<Cr14>& r = pass.registros.RegistroCR14;
+  for (int i = 0; i < pass.declaracao.QtdePendenteCR14; ++i) {
+    pass.arquivo.Next(r);
+    if (r[C::kSeparadores] != kCrLf) {
+      return Refuse(r, C::kSeparadores, "Tabela 4, CR=14 Campo - Separadores", "inconsistente, Posição 145");
+    }
+    if (pass.arquivo.EndOfFile()) {
+      return Refuse(pass.registros.RegistroCR10, Cr10::kQ14, "Tabela 3, CR=10 Campo - Q14",
+                    "inconsistente, Posição 144");
+    }
+    if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 14) {
+      return Refuse(r, C::kCr, "Tabela 04, CR=14, Campo - CR ou Q14", "Inconsistentes, Posição 1 ou 144");
+    }
+    if (LefRigNumChr(r[C::kQ18])) {
+      return Refuse(r, C::kQ18, "Tabela 04, CR=14, Campo - Q18", "Inconsistente, Posição 141");
+    }
+    GravarCR14(r, pass.componentes);
+    if (ToInt16(r[C::kQ18]) > 0) {
+      if (auto refused = ValidarCR18(pass)) return refused;
+    }
+  }
+  return Accepted;
+}
+
+}  // namespace tremvik

@@ -1,0 +1,109 @@
+#include "records/occurrence.h"
+
+#include "checks/display.h"
+#include "checks/numbers.h"
+#include "checks/text.h"
+#include "records/occurrence_details.h"
+#include "records/occurrence_rules.h"
+
+namespace tremvik {
+namespace {
+
+using C = Cr20;
+
+Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, const ShortText& ChaveAnteriorCR20) {
+  if (r[C::kSeparadores] != kCrLf) {
+    return Refuse(r, C::kSeparadores, "Tabela 6, CR=20, Campo - Separadores", "inconsistente, Posição 428");
+  }
+  if (pass.arquivo.EndOfFile()) {
+    return Refuse(pass.registros.RegistroDeclaracao, Cr05::kQ20, "Tabela 3, CR=05, Campo - Q10",
+                  "inconsistente, Posição 118");
+  }
+  if (LefRigNumChr(r[C::kCodSubItem])) {
+    return Refuse(r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem", "Inconsistente, Posição 3");
+  }
+  const ShortText chave = ShortText(r[C::kCodSubItem]).Append(r[C::kPropriaOuST]);
+  if (Right(r[C::kCodSubItem], 2) != "99" && ChaveAnteriorCR20.view() >= chave.view()) {
+    return Refuse(r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem",
+                  "duplicado ou fora de sequência, Posição 3");
+  }
+  return Accepted;
+}
+
+void GravarCR20(const Record<Cr20>& r, Components& componentes) {
+  Gravador& gravador = componentes.gravador(Gravavel::kCr20);
+  Utf8Buffer buffer;
+  GravarChaveOcorrencia(r, gravador);
+  gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));
+  gravador.Campo(C::kFLegal.name, Utf8(TrimEnd(r[C::kFLegal]), buffer));
+  gravador.Campo(C::kOcorrencia.name, Utf8(TrimEnd(r[C::kOcorrencia]), buffer));
+  for (const auto& field : {C::kQ25, C::kQ26, C::kQ27, C::kQ28})
+    gravador.Campo(field.name, r[field]);
+  gravador.Gravar();
+}
+
+Verdict ValidarDetalhes(Pass& pass, EstadoOcorrencia& ocorrencia) {
+  if (ocorrencia.QtdePendenteCR25 > 0) {
+    if (auto refused = ValidarCR25(pass, ocorrencia)) return refused;
+    ocorrencia.QtdePendenteCR25 = 0;
+  }
+  if (ocorrencia.QtdePendenteCR26 > 0) {
+    if (auto refused = ValidarCR26(pass, ocorrencia)) return refused;
+    ocorrencia.QtdePendenteCR26 = 0;
+  }
+  if (ocorrencia.QtdePendenteCR27 > 0) {
+    if (auto refused = ValidarCR27(pass, ocorrencia)) return refused;
+    ocorrencia.QtdePendenteCR27 = 0;
+  }
+  if (ocorrencia.QtdePendenteCR28 > 0) {
+    if (auto refused = ValidarCR28(pass, ocorrencia)) return refused;
+    ocorrencia.QtdePendenteCR28 = 0;
+  }
+  return Accepted;
+}
+
+Verdict ValidarSomas(const Record<Cr20>& r, const EstadoOcorrencia& ocorrencia) {
+  const ShortText valor = SemZeros(Val(r[C::kValor]));
+  const bool com_25a27 = Val(r[C::kQ25]) > 0 || Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0;
+  if (com_25a27 && valor.view() != SemZeros(ocorrencia.SomaValorCR25a27).view()) {
+    return Refuse(r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
+                  "O campo Valor é diferente da somatória do campo Valor dos CR=25 ou 26 ou 27. ");
+  }
+  if (Val(r[C::kQ28]) > 0 && valor.view() != SemZeros(ocorrencia.SomaValorCR28).view()) {
+    return Refuse(r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
+                  "O campo Valor é diferente da somatória do campo Valor dos CR=28. ");
+  }
+  return Accepted;
+}
+
+}  // namespace
+
+void GravarChaveOcorrencia(const Record<Cr20>& ocorrencia, Gravador& gravador) {
+  gravador.Campo(C::kCodSubItem.name, Mascara("@@@.@@", ocorrencia[C::kCodSubItem]));
+  gravador.Campo(C::kPropriaOuST.name, ocorrencia[C::kPropriaOuST]);
+}
+
+Verdict ValidarCR20(Pass& pass) {
+  Record<Cr20>& r = pass.registros.RegistroCR20;
+  const Record<Cr05>& cabecalho = pass.registros.RegistroDeclaracao;
+  const int ref = IntVal(cabecalho[Cr05::kRef]);
+  ShortText ChaveAnteriorCR20;
+  SubItensVistos vistos;
+  for (int i = 0; i < pass.declaracao.QtdeCR20; ++i) {
+    EstadoOcorrencia ocorrencia;
+    pass.arquivo.Next(r);
+    if (auto refused = ValidarLeitura(pass, r, ChaveAnteriorCR20)) return refused;
+    if (auto refused = ValidarQuantidadesDoPeriodo(r, ref)) return refused;
+    if (auto refused = ValidarSubItemDoPeriodo(r, cabecalho, vistos)) return refused;
+    ChaveAnteriorCR20 = ShortText(r[C::kCodSubItem]).Append(r[C::kPropriaOuST]);
+    if (auto refused = ValidarQuantidadesDoSubItem(r)) return refused;
+    if (auto refused = ValidarCamposCR20(pass, ocorrencia)) return refused;
+    if (auto refused = ValidarCruzadoCR20(r)) return refused;
+    GravarCR20(r, pass.componentes);
+    if (auto refused = ValidarDetalhes(pass, ocorrencia)) return refused;
+    if (auto refused = ValidarSomas(r, ocorrencia)) return refused;
+  }
+  return Accepted;
+}
+
+}  // namespace tremvik

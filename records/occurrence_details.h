@@ -1,0 +1,19 @@
+// The four kinds of details of an occurrence. Each validator reads the details that the occurrence announces,
+// checks them, hands each accepted one to its writer together with the occurrence's sub-item and kind, and
+// adds its value to the occurrence's sum.
+#pragma once
+
+#include "layout/cr20.h"
+#include "records/pass.h"
+
+namespace tremvik {
+
+Verdict ValidarCR25(Pass& pass, EstadoOcorrencia& ocorrencia);  ///< state registrations
+Verdict ValidarCR26(Pass& pass, EstadoOcorrencia& ocorrencia);  ///< substitute taxpayers
+Verdict ValidarCR27(Pass& pass, EstadoOcorrencia& ocorrencia);  ///< substituted taxpayers
+Verdict ValidarCR28(Pass& pass, EstadoOcorrencia& ocorrencia);  ///< authorizations of accumulated credit
+
+/// Gives a writer the fields that name an occurrence: the sub-item as "002.23" and the kind of operations.
+void GravarChaveOcorrencia(const Record<Cr20>& ocorrencia, Gravador& gravador);
+
+}  // namespace tremvik

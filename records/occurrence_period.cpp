@@ -1,0 +1,133 @@
+#include <array>
+#include <span>
+
+#include "checks/numbers.h"
+#include "checks/text.h"
+#include "layout/period.h"
+#include "records/occurrence_rules.h"
+
+namespace tremvik {
+namespace {
+
+using C = Cr20;
+
+enum class Operacoes { kQuaisquer, kProprias };
+
+// Sub-items (last three digits) that the periods of `ref` refuse, in the order in which they are tested.
+struct Vedado {
+  Range ref;
+  Operacoes operacoes;
+  std::span<const int> sub_itens;
+  std::string_view primeiro = "Tabela 06, CR=20, Campo - CódSubitem";
+};
+constexpr Range Antes(int ref) { return {0, ref - 1}; }
+constexpr Range Depois(int ref) { return {ref + 1, 999999}; }
+constexpr std::array kAte201004{201, 203, 204, 702, 703, 704, 705, 706, 707};
+constexpr std::array kCredAcumulado{220, 221, 740, 741};
+constexpr std::array k223{223};
+constexpr std::array k744{744};
+constexpr std::array k745{745};
+constexpr std::array k742{742};
+constexpr std::array k223_744_745{223, 744, 745};
+constexpr std::array k715{715};
+constexpr std::array kVedados{
+    Vedado{Depois(201004), Operacoes::kProprias, kAte201004},
+    Vedado{Antes(201004), Operacoes::kProprias, kCredAcumulado},
+    Vedado{Antes(201004), Operacoes::kProprias, k223, "Tabela 06, CR=20, Campo - CódSubitem '002.23'"},
+    Vedado{Antes(201004), Operacoes::kProprias, k744, "Tabela 06, CR=20, Campo - CódSubitem '007.44'"},
+    Vedado{Antes(201004), Operacoes::kProprias, k745, "Tabela 06, CR=20, Campo - CódSubitem '007.45'"},
+    Vedado{Antes(201001), Operacoes::kProprias, k742},
+    Vedado{Antes(201201), Operacoes::kQuaisquer, k223_744_745},
+    Vedado{Depois(201112), Operacoes::kQuaisquer, k715},
+};
+// The ones tested after the sub-items that exclude each other.
+constexpr std::array k224_746{224, 746};
+constexpr std::array k225_747{225, 747};
+constexpr std::array k205{205};
+constexpr std::array k226_748{226, 748};
+constexpr std::array kVedadosDepois{
+    Vedado{Antes(201111), Operacoes::kQuaisquer, k224_746},
+    Vedado{Antes(201201), Operacoes::kQuaisquer, k225_747},
+    Vedado{Depois(201112), Operacoes::kQuaisquer, k205},
+};
+
+Verdict ValidarVedados(const Record<Cr20>& r, std::span<const Vedado> vedados, int ref) {
+  const SubItem sub_item(r);
+  const bool propria = Val(r[C::kPropriaOuST]) == 0;
+  for (const Vedado& vedado : vedados) {
+    if (!vedado.ref.Holds(ref) || !In(vedado.sub_itens, sub_item.right3)) continue;
+    if (vedado.operacoes == Operacoes::kProprias && !propria) continue;
+    return Refuse(r, C::kCodSubItem, vedado.primeiro, "inconsistente para esta referencia, Posição 3");
+  }
+  return Accepted;
+}
+
+// Sub-items 218, 219, 729 and 730 exclude each other within a declaration, but for 730 after 219.
+Verdict ValidarExclusao(const Record<Cr20>& r, SubItensVistos& vistos) {
+  const int n = SubItem(r).right3;
+  vistos.VistoSubItem218 = vistos.VistoSubItem218 || n == 218;
+  vistos.VistoSubItem219 = vistos.VistoSubItem219 || n == 219;
+  vistos.VistoSubItem729 = vistos.VistoSubItem729 || n == 729;
+  vistos.VistoSubItem730 = vistos.VistoSubItem730 || n == 730;
+  if ((vistos.VistoSubItem218 && (n == 219 || n == 729 || n == 730)) ||
+      (vistos.VistoSubItem219 && n == 729) ||
+      (vistos.VistoSubItem729 && (n == 730 || n == 218 || n == 219)) ||
+      (vistos.VistoSubItem730 && (n == 218 || n == 219 || n == 729))) {
+    return Refuse(r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem", "inconsistente, Posição 3");
+  }
+  return Accepted;
+}
+
+// An IE beginning with "8" belongs to a contributor of its own kind, with its own sub-items.
+Verdict ValidarContribuinte(const Record<Cr20>& r, const Record<Cr05>& cabecalho) {
+  constexpr std::array kDoContribuinte8{224, 746, 299, 799, 399, 899};
+  constexpr std::array kSoDoContribuinte8{224, 746};
+  const SubItem sub_item(r);
+  const bool contribuinte8 = cabecalho[Cr05::kIE].starts_with('8');
+  const bool permitido = contribuinte8
+                             ? In(kDoContribuinte8, sub_item.right3) || Right(sub_item.codigo, 4) == "1499"
+                             : !In(kSoDoContribuinte8, sub_item.right3);
+  if (permitido) return Accepted;
+  return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
+                "inconsistente para este Contribuinte, Posição 3");
+}
+
+}  // namespace
+
+Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, int ref) {
+  const SubItem sub_item(r);
+  constexpr Range k704a707{704, 707};
+  if (ref < 200201 && Val(r[C::kQ25]) > 0 && !k704a707.Holds(sub_item.numero)) {
+    return Refuse(r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ");
+  }
+  if (ref < 200201 && (Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0)) {
+    return Refuse(r, Val(r[C::kQ26]) > 0 ? C::kQ26 : C::kQ27, "Tabela 06, CR=20, Campo - Q26 _x_Q27",
+                  "Posição 428_x_432. Inconsistente ");
+  }
+  if (ref < 200801 && Val(r[C::kQ28]) > 0) {
+    return Refuse(r, C::kQ28, "Tabela 06, CR=20, Campo - Q28", "Posição 433_x437. Inconsistente ");
+  }
+  return Accepted;
+}
+
+Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabecalho,
+                                SubItensVistos& vistos) {
+  const int ref = IntVal(cabecalho[Cr05::kRef]);
+  const SubItem sub_item(r);
+  if (auto refused = ValidarVedados(r, kVedados, ref)) return refused;
+  if (ref > 200112) {
+    if (auto refused = ValidarExclusao(r, vistos)) return refused;
+  }
+  if (auto refused = ValidarVedados(r, kVedadosDepois, ref)) return refused;
+  if (ref > 201112 && sub_item.right3 == 701 && r[C::kPropriaOuST] == "0") {
+    return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
+                  "inconsistente para esta referencia, Posição 3");
+  }
+  if (ref < 201301 && In(k226_748, sub_item.right3)) {
+    return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
+                  "inconsistente para esta referencia, Posição 3");
+  }
+  return ValidarContribuinte(r, cabecalho);
+}
+
+}  // namespace tremvik

@@ -1,0 +1,94 @@
+#include "checks/dates.h"
+#include "checks/display.h"
+#include "checks/numbers.h"
+#include "records/occurrence_details.h"
+#include "records/occurrence_rules.h"
+
+namespace tremvik {
+namespace {
+
+using C = Cr26;
+
+// The columns that these texts name are those of an older layout with a six-digit NF.
+Verdict ValidarCamposCR26(const Record<Cr26>& r, Components& componentes) {
+  if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 26) {
+    return Refuse(r, C::kCr, "Tabela 16, CR=26, Campo - CR", "Inconsistentes, Posição 1");
+  }
+  if (!componentes.documentos().ValidarIE(r[C::kIESubstituto])) {
+    return Refuse(r, C::kIESubstituto, "Tabela 16, CR=26, Campo - IESubstituto", "Inválida, Posição 3");
+  }
+  if (LefRigNumChr(r[C::kNF])) {
+    return Refuse(r, C::kNF, "Tabela 05, CR=26, Campo - NF", "Inconsistente, Posição 15");
+  }
+  if (LefRigNumChr(r[C::kDataInicio]) || ValidarData(r[C::kDataInicio])) {
+    return Refuse(r, C::kDataInicio, "Tabela 16, CR=26, Campo - DataInicio", "Inconsistente, Posição 21");
+  }
+  if (LefRigNumChr(r[C::kDataFim]) || ValidarData(r[C::kDataFim])) {
+    return Refuse(r, C::kDataFim, "Tabela 16, CR=26, Campo - DataFim", "Inconsistente, Posição 27");
+  }
+  if (r[C::kSeparadores] != kCrLf) {
+    return Refuse(r, C::kSeparadores, "Tabela 16, CR=26, Campo - Separadores", "Inconsistente, Posição 48");
+  }
+  if (LefRigNumChr(r[C::kValor])) {
+    return Refuse(r, C::kValor, "Tabela 16, CR=26, Campo - Valor", "Inconsistente, Posição 33");
+  }
+  return Accepted;
+}
+
+// Sub-item 210 requires an invoice number, 211 forbids one.
+Verdict ValidarCruzadoCR26(const Record<Cr26>& r, const Record<Cr20>& ocorrencia,
+                           const Record<Cr05>& cabecalho) {
+  const int sub_item = SubItem(ocorrencia).right3;
+  if (sub_item == 211 && Val(r[C::kNF]) > 0) {
+    return Refuse(r, C::kNF, "Tabela 6_x_16, CRs 20_x_26, Campo - NF", "Inconsistente, Posição 3_x_15");
+  }
+  if (sub_item == 210 && Val(r[C::kNF]) == 0) {
+    return Refuse(r, C::kNF, "Tabela 6_x_16, CRs 20_x_26, Campo - NF", "Inconsistente, Posição 3_x_15");
+  }
+  if (r[C::kDataFim] < r[C::kDataInicio] || r[C::kDataFim] > cabecalho[Cr05::kRef]) {
+    return Refuse(r, C::kDataFim, "Tabela 16, CR=26, Campo - DataFim_x_DataInicio",
+                  "Inconsistente, Posições 27_x_21");
+  }
+  return Accepted;
+}
+
+void GravarCR26(const Record<Cr26>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
+  Gravador& gravador = componentes.gravador(Gravavel::kCr26);
+  GravarChaveOcorrencia(ocorrencia, gravador);
+  gravador.Campo(C::kIESubstituto.name, Mascara(kMascaraIE, r[C::kIESubstituto]));
+  gravador.Campo(C::kNF.name, r[C::kNF]);
+  gravador.Campo(C::kDataInicio.name, DiaVinte(r[C::kDataInicio]));
+  gravador.Campo(C::kDataFim.name, DiaVinte(r[C::kDataFim]));
+  gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));
+  gravador.Gravar();
+}
+
+}  // namespace
+
+Verdict ValidarCR26(Pass& pass, EstadoOcorrencia& ocorrencia) {
+  Record<Cr26>& r = pass.registros.RegistroCR26;
+  const Record<Cr20>& pai = pass.registros.RegistroCR20;
+  ShortText anterior;
+  for (int i = 0; i < ocorrencia.QtdePendenteCR26; ++i) {
+    pass.arquivo.Next(r);
+    if (r[C::kSeparadores] != kCrLf) {
+      return Refuse(r, C::kSeparadores, "Tabela 16, CR=26 Campo - Separadores", "inconsistente, Posição 48");
+    }
+    if (pass.arquivo.EndOfFile()) {
+      return Refuse(pai, Cr20::kQ26, "Tabela 16, CR=26 Campo - Q26", "inconsistente, Posição 48");
+    }
+    const ShortText chave = ShortText(r[C::kIESubstituto]).Append(r[C::kNF]);
+    if (anterior.view() >= chave.view()) {
+      return Refuse(r, C::kIESubstituto, "Tabela 16, CR=26 Campo - IESubstituto",
+                    "inconsistente, Posições 3_x_15");
+    }
+    anterior = chave;
+    if (auto refused = ValidarCamposCR26(r, pass.componentes)) return refused;
+    if (auto refused = ValidarCruzadoCR26(r, pai, pass.registros.RegistroDeclaracao)) return refused;
+    GravarCR26(r, pai, pass.componentes);
+    ocorrencia.SomaValorCR25a27 += Val(r[C::kValor]);
+  }
+  return Accepted;
+}
+
+}  // namespace tremvik
