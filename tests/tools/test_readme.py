@@ -1,0 +1,46 @@
+"""README.md tells the truth: its commands print what it shows, its code is the example's.
+
+usage: test_readme.py ROOT TREMVIK     (TREMVIK: the program)
+Each ```text block that begins with "$ tremvik ..." is run from ROOT; each ```cpp and ```cmake block stands in
+examples/cpp_host.
+"""
+import difflib
+import os
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+
+root, program = pathlib.Path(sys.argv[1]), sys.argv[2]
+blocks = re.findall(r"^```(\w+)\n(.*?)^```$", (root / "README.md").read_text(encoding="utf-8"), re.MULTILINE | re.DOTALL)
+faults = []
+
+
+def run(command, home):
+    environment = {"PATH": os.environ["PATH"], "HOME": home, "LANG": "C.UTF-8"}
+    done = subprocess.run([program, *shlex.split(command)], cwd=root, env=environment, stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    return done.stdout.decode()
+
+
+def compare(title, shown, found):
+    if shown != found:
+        faults.extend(difflib.unified_diff(shown.splitlines(), found.splitlines(), "README.md", title, lineterm=""))
+
+
+examples = {"cpp": (root / "examples/cpp_host/main.cpp").read_text(encoding="utf-8"),
+            "cmake": (root / "examples/cpp_host/CMakeLists.txt").read_text(encoding="utf-8")}
+runs = 0
+with tempfile.TemporaryDirectory() as home:
+    for language, text in blocks:
+        if language == "text" and text.startswith("$ tremvik "):
+            command, _, shown = text.partition("\n")
+            compare(command, shown, run(command.removeprefix("$ tremvik "), home))
+            runs += 1
+        elif language in examples and text not in examples[language]:
+            compare(f"examples/cpp_host, {language}", text, examples[language])
+if not runs:
+    faults.append("README.md shows no run of the program")
+sys.exit("\n".join(faults) or 0)
