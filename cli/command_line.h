@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "cli/console.h"
+#include "cli/environment.h"
+#include "cli/exemplo/exemplo.h"
+
+namespace tremvik::cli {
+
+enum class Verbo { kImportar, kValidar, kListar, kExemplo, kConstruirTabelas, kVerificarTabelas };
+
+/// What the user asks for, checked as far as the command line alone allows.
+struct Pedido {
+  Verbo verbo = Verbo::kImportar;
+  std::vector<std::string> arquivos;
+  std::string pasta;  ///< the component's folder
+  Responder responder = Responder::kPerguntar;
+  bool json = false;
+  unsigned paralelo = 1;
+  std::string ie;          ///< dotted form; empty for all
+  std::string referencia;  ///< "AAAA-MM"; empty for all
+  exemplo::Opcoes exemplo;
+  std::string saida;  ///< file to write; empty for standard output
+  std::string dados;  ///< folder of the CSV files; empty for the built-in rows
+};
+
+/// Help, the version, or what is wrong with the command line: texts for the two streams and the exit status.
+struct Resposta {
+  Saida saida = Saida::kAceito;
+  std::string out;
+  std::string err;
+};
+
+[[nodiscard]] std::variant<Pedido, Resposta> ParseCommandLine(int argc, const char* const* argv);
+
+}  // namespace tremvik::cli

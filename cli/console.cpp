@@ -1,0 +1,138 @@
+#include "cli/console.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "cli/message_box.h"
+
+namespace tremvik::cli {
+namespace {
+
+constexpr std::string_view kClearLine = "\r\x1b[K";
+
+void WriteToStandardError(std::string_view text) {
+  Output err(STDERR_FILENO);
+  err.Write(text);
+}
+
+// One line of standard input without its end; false at the end of the input.
+bool ReadAnswer(std::string& answer) {
+  answer.clear();
+  char c = 0;
+  while (read(STDIN_FILENO, &c, 1) == 1) {
+    if (c == '\n') return true;
+    answer += c;
+  }
+  return false;
+}
+
+std::string Trimmed(const std::string& text) {
+  const auto first = text.find_first_not_of(" \t\r");
+  if (first == std::string::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+template <std::size_t N>
+bool IsOneOf(std::string_view text, const std::array<std::string_view, N>& words) {
+  return std::ranges::find(words, text) != words.end();
+}
+
+}  // namespace
+
+void ProgressBar::Begin(int lines, std::function<int()> line) {
+  lines_ = lines;
+  line_ = std::move(line);
+  steps_ = 0;
+  drawn_ = -1;
+  if (on_ && lines_ > 0) Draw(0, "conferindo tamanhos");
+}
+
+void ProgressBar::Clear() {
+  if (drawn_ >= 0) WriteToStandardError(kClearLine);
+  drawn_ = -1;
+}
+
+void ProgressBar::End() {
+  Clear();
+  lines_ = 0;
+}
+
+// The first two steps are the count of the records, which reads to the end; the others are the validation's.
+void ProgressBar::Progresso() {
+  if (!on_ || lines_ == 0) return;
+  ++steps_;
+  if (steps_ <= 2) return Draw(0, "conferindo quantidades");
+  Draw(std::clamp(static_cast<int>(100LL * line_() / lines_), 0, 100), "validando");
+}
+
+void ProgressBar::Draw(int percent, std::string_view step) {
+  if (percent == drawn_) return;
+  constexpr int kCells = 30;
+  std::string bar;
+  for (int i = 0; i < kCells; ++i)
+    bar += i < percent * kCells / 100 ? "█" : "░";
+  WriteToStandardError(std::string(kClearLine) + Styled(bar, Style::kGood, colour_) + " " +
+                       std::to_string(percent) + "% " + std::string(step));
+  drawn_ = percent;
+}
+
+void Console::Begin(std::string path, std::string_view hidden_title) {
+  path_ = std::move(path);
+  hidden_title_ = hidden_title;
+  faults_.clear();
+}
+
+int Console::MsgBox(std::string_view text, int style, std::string_view title) {
+  const bool question = (style & estilo::kSimNao) != 0;
+  const bool asks_user = question && options_.responder == Responder::kPerguntar && options_.interactive;
+  bar_.Clear();
+  if (options_.show && (hidden_title_.empty() || title != hidden_title_)) {
+    Show(text, style, title, out_);
+  } else if (asks_user) {
+    Show(text, style, title, err_);
+  }
+  faults_.clear();
+  return question ? Ask() : resposta::kOk;
+}
+
+void Console::Show(std::string_view text, int style, std::string_view title, Output& to) {
+  to.Write(RenderBox(text, style, title, {options_.framed, options_.colour, options_.width}));
+  for (const auto& fault : faults_) {
+    to.Write(RenderFault(fault, path_, text, {options_.colour, options_.width}));
+  }
+}
+
+int Console::Ask() {
+  const auto given = [this](int answer, std::string_view reason) {
+    const std::string_view name = answer == resposta::kSim ? "Sim" : "Não";
+    if (options_.show) out_.Write("Resposta: " + std::string(name) + " (" + std::string(reason) + ")\n");
+    return answer;
+  };
+  if (options_.responder == Responder::kSim) return given(resposta::kSim, "--responder sim");
+  if (options_.responder == Responder::kNao) return given(resposta::kNao, "--responder nao");
+  if (options_.interactive) return AskUser(options_.show ? out_ : err_);
+  err_.Write(
+      "tremvik: não há terminal para perguntar, e a resposta foi Não; --responder sim responde Sim.\n");
+  return given(resposta::kNao, "sem terminal");
+}
+
+int Console::AskUser(Output& to) {
+  static constexpr std::array<std::string_view, 5> kSim{"s", "S", "sim", "Sim", "SIM"};
+  static constexpr std::array<std::string_view, 8> kNao{"", "n", "N", "nao", "Nao", "não", "Não", "NÃO"};
+  for (std::string answer;;) {
+    to.Write("Sim/Não [Não]: ");
+    to.Flush();
+    const bool answered = ReadAnswer(answer);
+    answer = Trimmed(answer);
+    if (IsOneOf(answer, kSim)) return resposta::kSim;
+    if (!answered) to.Write("\n");
+    if (!answered || IsOneOf(answer, kNao)) return resposta::kNao;
+    to.Write("Responda sim ou não.\n");
+  }
+}
+
+}  // namespace tremvik::cli

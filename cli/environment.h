@@ -1,0 +1,34 @@
+// Errors of the machine told apart from faults of the file, and what the user can do about them.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/runtime_error.h"
+
+namespace tremvik::cli {
+
+/// Exit status of the program.
+enum class Saida {
+  kAceito = 0,
+  kRecusado = 1,
+  kAmbiente = 2,  ///< wrong use, or something on the machine is missing
+  kFalha = 3      ///< a defect of this program
+};
+
+/// The run-time error that a message tells ("53 - ..." or "Erro 53 -  ..." at its beginning), if it tells
+/// one.
+[[nodiscard]] std::optional<RuntimeError> ErrorOf(std::string_view message);
+
+/// What an error number means: the file's own content (too many records, a quantity that is no number), the
+/// machine, or a defect.
+[[nodiscard]] Saida MeaningOf(int error);
+
+/// What is wrong with the input file before anything is read of it, with what to do; empty when nothing is.
+[[nodiscard]] std::string ProblemOfFile(const std::string& path);
+
+/// An error of the folder, its databases or the machine as a sentence that says what to do.
+[[nodiscard]] std::string Remedy(const RuntimeError& error, const std::string& folder);
+
+}  // namespace tremvik::cli

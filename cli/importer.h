@@ -1,0 +1,55 @@
+// One file through the component, from its first message to what is said about it afterwards.
+#pragma once
+
+#include <string>
+
+#include "adapters/sqlite/embedded_host.h"
+#include "cli/console.h"
+#include "cli/environment.h"
+#include "cli/terminal.h"
+
+namespace tremvik::cli {
+
+class RunTrace;
+
+/// How files are run.
+struct RunOptions {
+  Modo modo = Modo::kImportar;
+  std::string pasta;
+  Responder responder = Responder::kPerguntar;
+  bool json = false;
+  bool many = false;  ///< one of several files: each is named, nothing is asked
+};
+
+/// Runs files one after the other through one embedded host. Not shared between threads.
+class Importer {
+ public:
+  /// Raises the errors of the embedded host. `out` and `err` must outlive this object.
+  Importer(const RunOptions& options, const Terminal& terminal, Output& out, Output& err);
+
+  /// Runs the file at `path`. Raises nothing that the component or the host raise.
+  Saida Run(const std::string& path);
+
+ private:
+  struct Verdict {
+    Saida saida = Saida::kFalha;
+    int declaracoes = 0;
+    int registros = 0;
+    int linha = 0;
+    std::string mensagem;
+    std::string problema;  ///< sentence on standard error, empty for none
+  };
+  Verdict Validate(const std::string& path, RunTrace& trace, bool trace_records);
+  void Keep(const std::string& path, Verdict& verdict);
+  void Summarize(const std::string& path, const Verdict& verdict);
+
+  RunOptions options_;
+  Output& out_;
+  Output& err_;
+  Output messages_;  ///< of one of several files, until its name was written
+  ProgressBar bar_;
+  Console console_;
+  EmbeddedHost host_;
+};
+
+}  // namespace tremvik::cli

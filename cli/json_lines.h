@@ -1,0 +1,53 @@
+// A run as JSON lines: one object for each thing that happens, in order.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "adapters/trace/trace_sink.h"
+#include "cli/terminal.h"
+
+namespace tremvik::cli {
+
+/// Follows one run: counts its declarations and keeps its last box.
+class RunTrace : public TraceSink {
+ public:
+  void Mensagem(const TracedMessage& mensagem) override {
+    texto_ = mensagem.texto;
+    titulo_ = mensagem.titulo;
+  }
+  void Consulta(const TracedQuery& /*pergunta*/) override { ++declaracoes_; }
+
+  [[nodiscard]] int declaracoes() const { return declaracoes_; }
+  [[nodiscard]] const std::string& texto() const { return texto_; }
+  [[nodiscard]] const std::string& titulo() const { return titulo_; }
+
+ private:
+  int declaracoes_ = 0;
+  std::string texto_;
+  std::string titulo_;
+};
+
+/// Writes the objects of docs/json.md.
+class JsonLines final : public RunTrace {
+ public:
+  /// `arquivo` is the file's name in each object; empty leaves it out. `out` must outlive this object.
+  JsonLines(Output& out, std::string_view arquivo) : out_(out), arquivo_(arquivo) {}
+
+  void Mensagem(const TracedMessage& mensagem) override;
+  void Evento(std::string_view nome) override;
+  void Ponteiro(int valor) override;
+  void Banco(std::string_view operacao, std::string_view caminho) override;
+  void Consulta(const TracedQuery& pergunta) override;
+  void Gravacao(std::string_view registro, std::span<const TracedField> campos) override;
+  void Inconsistencia(const FaultLocation& where) override;
+  /// The last object of the file.
+  void Fim(bool recusado, int linha, std::string_view mensagem);
+
+ private:
+  class Line;
+  Output& out_;
+  std::string arquivo_;
+};
+
+}  // namespace tremvik::cli

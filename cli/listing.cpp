@@ -1,0 +1,178 @@
+#include "cli/listing.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ctime>
+#include <nlohmann/json.hpp>
+#include <numeric>
+#include <variant>
+
+#include "adapters/sqlite/declaration_store.h"
+#include "cli/text.h"
+#include "cli/text_table.h"
+
+namespace tremvik::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+void WriteLine(Output& out, const Json& json) {
+  out.Write(json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+}
+
+// "2012-03" as people write it: "03/2012".
+std::string MonthAndYear(const std::string& month) {
+  return month.size() == 7 ? month.substr(5) + "/" + month.substr(0, 4) : month;
+}
+
+// "2012-03-20T12:34:56Z" as this machine's day and time, "20/03/2012 09:34".
+std::string LocalTime(const std::string& utc) {
+  std::tm when{};
+  if (std::sscanf(utc.c_str(), "%d-%d-%dT%d:%d:%d", &when.tm_year, &when.tm_mon, &when.tm_mday, &when.tm_hour,
+                  &when.tm_min, &when.tm_sec) != 6) {
+    return utc;
+  }
+  when.tm_year -= 1900;
+  when.tm_mon -= 1;
+  const std::time_t time = timegm(&when);
+  std::tm local{};
+  localtime_r(&time, &local);
+  std::array<char, 32> text{};
+  const std::size_t size = std::strftime(text.data(), text.size(), "%d/%m/%Y %H:%M", &local);
+  return {text.data(), size};
+}
+
+std::string CountsByKind(const DeclaracaoGuardada& declaracao) {
+  std::string counts;
+  for (std::size_t i = 0; i < kGravaveis; ++i) {
+    if (declaracao.registros[i] == 0 || i == static_cast<std::size_t>(Gravavel::kCr05)) continue;
+    counts.append(counts.empty() ? "" : " ").append(Codigo(static_cast<Gravavel>(i)));
+    counts.append("=").append(std::to_string(declaracao.registros[i]));
+  }
+  return counts;
+}
+
+void WriteDeclarationsAsJson(const std::vector<DeclaracaoGuardada>& declaracoes, Output& out) {
+  for (const auto& declaracao : declaracoes) {
+    Json json{{"tipo", "declaracao"},
+              {"ie", declaracao.ie},
+              {"cnpj", declaracao.cnpj},
+              {"regime", declaracao.regime},
+              {"referencia", declaracao.referencia},
+              {"referenciaInicial", declaracao.referencia_inicial},
+              {"importadoEm", declaracao.importado_em},
+              {"origem", declaracao.arquivo}};
+    Json& registros = json["registros"] = Json::object();
+    for (std::size_t i = 0; i < kGravaveis; ++i) {
+      registros[std::string(Codigo(static_cast<Gravavel>(i)))] = declaracao.registros[i];
+    }
+    WriteLine(out, json);
+  }
+}
+
+void WriteDeclarations(const std::vector<DeclaracaoGuardada>& declaracoes, const Terminal& terminal,
+                       Output& out) {
+  TextTable table{
+      {{"IE"}, {"Referência"}, {"Regime"}, {"Registros", true}, {"Importada em"}, {"Por tipo (CR)"}}, {}};
+  for (const auto& declaracao : declaracoes) {
+    const int total = std::accumulate(declaracao.registros.begin(), declaracao.registros.end(), 0);
+    table.rows.push_back({Visible(declaracao.ie), MonthAndYear(declaracao.referencia),
+                          Visible(declaracao.regime), std::to_string(total),
+                          LocalTime(declaracao.importado_em), CountsByKind(declaracao)});
+  }
+  // The last column may run over the edge; turning the whole list by it would hide the overview.
+  out.Write(table.Render(static_cast<std::size_t>(-1), terminal.colour));
+  out.Write("\n" + Count(declaracoes.size(), "declaração", "declarações") + ".\n");
+}
+
+Json ValueOf(const Celula& celula) {
+  if (const auto* number = std::get_if<std::int64_t>(&celula)) return *number;
+  if (const auto* text = std::get_if<std::string>(&celula)) return *text;
+  return nullptr;
+}
+
+std::string TextOf(const Celula& celula) {
+  if (const auto* number = std::get_if<std::int64_t>(&celula)) return std::to_string(*number);
+  if (const auto* text = std::get_if<std::string>(&celula)) return Visible(*text);
+  return {};
+}
+
+void WriteRecordsAsJson(const std::vector<TabelaGuardada>& tabelas, Output& out) {
+  for (const auto& tabela : tabelas) {
+    for (const auto& linha : tabela.linhas) {
+      Json json{{"tipo", "registro"}, {"registro", Codigo(tabela.registro)}, {"tabela", tabela.nome}};
+      Json& campos = json["campos"] = Json::object();
+      for (std::size_t i = 0; i < linha.size(); ++i)
+        campos[tabela.colunas[i]] = ValueOf(linha[i]);
+      WriteLine(out, json);
+    }
+  }
+}
+
+// The display form of a value says what its cents say; people read one of them.
+bool IsForPeople(const std::string& column) { return !column.ends_with("_centavos"); }
+
+bool IsNumber(const TabelaGuardada& tabela, std::size_t column) {
+  const bool value =
+      std::ranges::find(tabela.colunas, tabela.colunas[column] + "_centavos") != tabela.colunas.end();
+  return value || std::ranges::all_of(tabela.linhas, [column](const auto& linha) {
+           return !std::holds_alternative<std::string>(linha[column]);
+         });
+}
+
+void WriteRecords(const std::vector<TabelaGuardada>& tabelas, const Terminal& terminal, Output& out) {
+  for (const auto& tabela : tabelas) {
+    TextTable table;
+    table.rows.resize(tabela.linhas.size());
+    for (std::size_t i = 0; i < tabela.colunas.size(); ++i) {
+      if (!IsForPeople(tabela.colunas[i])) continue;
+      table.columns.push_back({Visible(tabela.colunas[i]), IsNumber(tabela, i)});
+      for (std::size_t row = 0; row < table.rows.size(); ++row) {
+        table.rows[row].push_back(TextOf(tabela.linhas[row][i]));
+      }
+    }
+    const std::string heading = "CR=" + std::string(Codigo(tabela.registro)) + " " + Visible(tabela.nome) +
+                                " (" + Count(tabela.linhas.size(), "registro", "registros") + ")";
+    if (&tabela != &tabelas.front()) out.Write("\n");
+    out.Write(Styled(heading, Style::kGood, terminal.colour) + "\n" +
+              table.Render(terminal.width, terminal.colour));
+  }
+}
+
+Saida ListOne(DeclarationStore& store, const Pedido& pedido, const Terminal& terminal, Output& out,
+              Output& err) {
+  const auto tabelas = store.Registros(pedido.ie, pedido.referencia);
+  if (tabelas.empty()) {
+    err.Write("tremvik: a declaração de " + pedido.ie + " de " + MonthAndYear(pedido.referencia) +
+              " não está em \"" + Visible(pedido.pasta) + "\". Veja as que estão com: tremvik listar\n");
+    return Saida::kAmbiente;
+  }
+  if (pedido.json) {
+    WriteRecordsAsJson(tabelas, out);
+  } else {
+    WriteRecords(tabelas, terminal, out);
+  }
+  return Saida::kAceito;
+}
+
+}  // namespace
+
+Saida List(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err) {
+  DeclarationStore store(pedido.pasta);
+  if (!pedido.referencia.empty()) return ListOne(store, pedido, terminal, out, err);
+
+  auto declaracoes = store.Listar();
+  if (!pedido.ie.empty()) std::erase_if(declaracoes, [&](const auto& one) { return one.ie != pedido.ie; });
+  if (pedido.json) {
+    WriteDeclarationsAsJson(declaracoes, out);
+  } else if (declaracoes.empty()) {
+    out.Write("Nenhuma declaração" + (pedido.ie.empty() ? "" : " de " + pedido.ie) + " está guardada em \"" +
+              Visible(pedido.pasta) + "\". Para guardar: tremvik importar ARQUIVO\n");
+  } else {
+    WriteDeclarations(declaracoes, terminal, out);
+  }
+  return Saida::kAceito;
+}
+
+}  // namespace tremvik::cli

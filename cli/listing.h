@@ -1,0 +1,13 @@
+#pragma once
+
+#include "cli/command_line.h"
+#include "cli/environment.h"
+#include "cli/terminal.h"
+
+namespace tremvik::cli {
+
+/// Writes the declarations of the store in `pedido.pasta`, those of one taxpayer, or one declaration's
+/// records. Raises the errors of the store.
+[[nodiscard]] Saida List(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err);
+
+}  // namespace tremvik::cli

@@ -1,0 +1,92 @@
+#include "cli/terminal.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <utility>
+
+namespace tremvik::cli {
+namespace {
+
+constexpr std::size_t kPiece = 64UL * 1024;
+constexpr std::size_t kWidest = 132;
+constexpr std::size_t kNarrowest = 40;
+
+bool IsSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+std::size_t TerminalWidth(int descriptor, std::size_t fallback) {
+  winsize size{};
+  if (ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return fallback;
+  return std::clamp<std::size_t>(size.ws_col, kNarrowest, kWidest);
+}
+
+}  // namespace
+
+Terminal Terminal::Detect() {
+  const char* term = std::getenv("TERM");
+  const bool dumb = term == nullptr || std::string_view(term).empty() || std::string_view(term) == "dumb";
+  Terminal terminal;
+  terminal.out = isatty(STDOUT_FILENO) == 1;
+  terminal.err = isatty(STDERR_FILENO) == 1;
+  terminal.in = isatty(STDIN_FILENO) == 1;
+  terminal.colour = terminal.out && !dumb && !IsSet("NO_COLOR");
+  terminal.bar = terminal.err && !dumb;
+  if (terminal.out) terminal.width = TerminalWidth(STDOUT_FILENO, 80);
+  return terminal;
+}
+
+std::string Styled(std::string_view text, Style style, bool colour) {
+  static constexpr std::string_view kCodes[] = {"", "\x1b[1m", "\x1b[2m", "\x1b[1;31m", "\x1b[32m"};
+  if (!colour || style == Style::kPlain || text.empty()) return std::string(text);
+  return std::string(kCodes[static_cast<std::size_t>(style)]).append(text).append("\x1b[0m");
+}
+
+std::string SystemError(int error) {
+  switch (error) {
+    case ENOENT:
+      return "a pasta não existe";
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return "sem permissão";
+    case ENOSPC:
+    case EDQUOT:
+      return "disco cheio";
+    case EISDIR:
+      return "é uma pasta";
+    case ENOTDIR:
+      return "não é uma pasta";
+    default:
+      return "erro " + std::to_string(error) + " do sistema";
+  }
+}
+
+void Output::Write(std::string_view text) {
+  if (failed()) return;
+  pending_ += text;
+  if (descriptor_ >= 0 && pending_.size() >= kPiece) Flush();
+}
+
+void Output::Flush() {
+  if (descriptor_ < 0) return;
+  std::string_view rest = pending_;
+  while (!rest.empty() && !failed()) {
+    const ssize_t written = write(descriptor_, rest.data(), rest.size());
+    if (written >= 0) {
+      rest.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR) {
+      error_ = errno;
+    }
+  }
+  pending_.clear();
+}
+
+std::string Output::Take() { return std::exchange(pending_, {}); }
+
+}  // namespace tremvik::cli

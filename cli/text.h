@@ -1,0 +1,38 @@
+// Text for people: widths, line breaks, the file's bytes made readable.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tremvik::cli {
+
+/// Character cells that UTF-8 `text` takes on a terminal.
+[[nodiscard]] std::size_t Cells(std::string_view text);
+
+/// `text` as lines of at most `width` cells: broken at CR LF, CR and LF, then between words, a longer word
+/// where it must. Empty lines stay.
+[[nodiscard]] std::vector<std::string> Wrap(std::string_view text, std::size_t width);
+
+/// `text` with control characters shown as symbols, so that nothing in it can drive the terminal. Line breaks
+/// are control characters too.
+[[nodiscard]] std::string Visible(std::string_view text);
+
+/// Windows-1252 `bytes` as UTF-8. The five codes without a character become U+FFFD.
+[[nodiscard]] std::string FromWindows1252(std::string_view bytes);
+
+/// One file byte (Windows-1252) as exactly one cell: itself, or a symbol where it has no visible shape.
+[[nodiscard]] std::string ByteCell(char byte);
+
+/// File bytes as a quoted value: Windows-1252 read, what cannot be seen as \xHH, at most `limit` bytes.
+[[nodiscard]] std::string Quoted(std::string_view bytes, std::size_t limit);
+
+/// "1 registro", "1.234 registros".
+[[nodiscard]] std::string Count(std::uint64_t n, std::string_view one, std::string_view many);
+
+/// `text` filled up with blanks to `width` cells, on the right or, with `right_aligned`, on the left.
+[[nodiscard]] std::string Padded(std::string_view text, std::size_t width, bool right_aligned = false);
+
+}  // namespace tremvik::cli
