@@ -83,6 +83,11 @@ Statement& Statement::Bind(int parameter, std::string_view text) {
   return *this;
 }
 
+Statement& Statement::BindNull(int parameter) {
+  Check(sqlite3_bind_null(statement_.get(), parameter));
+  return *this;
+}
+
 bool Statement::Step() {
   const int code = sqlite3_step(statement_.get());
   if (code == SQLITE_ROW) return true;

@@ -28,6 +28,7 @@ class Statement {
   Statement& Bind(int parameter, std::int64_t value);
   /// `text` is not copied: it must stay until the next Reset or Run.
   Statement& Bind(int parameter, std::string_view text);
+  Statement& BindNull(int parameter);
   /// True when there is a row.
   [[nodiscard]] bool Step();
   /// Steps to the end and resets.

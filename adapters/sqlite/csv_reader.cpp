@@ -1,0 +1,87 @@
+#include "adapters/sqlite/csv_reader.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace tremvik {
+namespace {
+
+int LineOf(std::string_view text, std::size_t at) {
+  return 1 + static_cast<int>(std::ranges::count(text.substr(0, at), '\n'));
+}
+
+// The length of the UTF-8 sequence at the beginning of `text`, 0 when it is none.
+std::size_t SequenceLength(std::string_view text) {
+  const auto lead = static_cast<unsigned char>(text.front());
+  if (lead < 0x80) return 1;
+  const auto length = static_cast<std::size_t>(std::countl_one(lead));
+  if (length < 2 || length > 4 || text.size() < length || lead == 0xC0 || lead == 0xC1 || lead > 0xF4)
+    return 0;
+  const auto rest = text.substr(1, length - 1);
+  const bool continued =
+      std::ranges::all_of(rest, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; });
+  return continued ? length : 0;
+}
+
+void CheckEncoding(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = SequenceLength(text.substr(at));
+    if (length == 0)
+      throw CsvError{LineOf(text, at), "o texto não está em UTF-8; grave o arquivo como UTF-8"};
+    if (text[at] == '\0') throw CsvError{LineOf(text, at), "há um caractere NUL no texto"};
+    at += length;
+  }
+}
+
+}  // namespace
+
+CsvReader::CsvReader(std::string_view text) : text_(text) {
+  CheckEncoding(text_);
+  if (text_.starts_with("\xEF\xBB\xBF")) at_ = 3;
+}
+
+bool CsvReader::AtLineEnd() const { return text_[at_] == '\n' || text_.substr(at_).starts_with("\r\n"); }
+
+void CsvReader::ReadQuoted(std::string& field) {
+  const int opened = line_;
+  for (++at_; !AtEnd(); ++at_) {
+    if (text_[at_] == '"') {
+      ++at_;
+      if (AtEnd() || text_[at_] != '"') return;
+    }
+    if (text_[at_] == '\n') ++line_;
+    field += text_[at_];
+  }
+  throw CsvError{opened, "as aspas abertas nesta linha não se fecham"};
+}
+
+void CsvReader::ReadPlain(std::string& field) {
+  while (!AtEnd() && text_[at_] != ',' && !AtLineEnd()) {
+    if (text_[at_] == '"') throw CsvError{line_, "aspas no meio de um campo; ponha o campo todo entre aspas"};
+    if (text_[at_] == '\r') throw CsvError{line_, "retorno de carro sem avanço de linha"};
+    field += text_[at_++];
+  }
+}
+
+bool CsvReader::Next(std::vector<std::string>& fields) {
+  fields.clear();
+  if (AtEnd()) return false;
+  record_line_ = line_;
+  while (true) {
+    std::string& field = fields.emplace_back();
+    if (!AtEnd() && text_[at_] == '"') {
+      ReadQuoted(field);
+    } else {
+      ReadPlain(field);
+    }
+    if (AtEnd()) return true;
+    if (AtLineEnd()) break;
+    if (text_[at_] != ',') throw CsvError{line_, "texto depois das aspas que fecham um campo"};
+    ++at_;
+  }
+  at_ += text_[at_] == '\n' ? 1U : 2U;
+  ++line_;
+  return true;
+}
+
+}  // namespace tremvik

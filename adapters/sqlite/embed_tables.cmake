@@ -1,0 +1,12 @@
+# Writes the C++ source that holds the CSV files of the folder DADOS: cmake -D DADOS=... -D SAIDA=... -P this
+file(GLOB arquivos ${DADOS}/*.csv)
+set(fonte "// Generated from data/*.csv; change those.\n#include \"adapters/sqlite/embedded_tables.h\"\n\n")
+string(APPEND fonte "namespace tremvik {\nnamespace {\n\nconstexpr ArquivoEmbutido kArquivos[] = {\n")
+foreach(arquivo IN LISTS arquivos)
+  file(READ ${arquivo} texto)
+  get_filename_component(nome ${arquivo} NAME)
+  string(APPEND fonte "    {\"${nome}\", R\"csv(${texto})csv\"},\n")
+endforeach()
+string(APPEND fonte "};\n\n}  // namespace\n\nstd::span<const ArquivoEmbutido> ArquivosEmbutidos() ")
+string(APPEND fonte "{ return kArquivos; }\n\n}  // namespace tremvik\n")
+file(WRITE ${SAIDA} "${fonte}")

@@ -1,0 +1,120 @@
+#include "adapters/sqlite/embedded_host.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+
+#include "adapters/local/folder_lock.h"
+#include "adapters/local/local_application.h"
+#include "adapters/local/local_files.h"
+#include "adapters/sqlite/declaration_store.h"
+#include "adapters/sqlite/reference_engine.h"
+#include "adapters/sqlite/reference_tables.h"
+#include "adapters/sqlite/sqlite_components.h"
+
+namespace tremvik {
+namespace {
+
+constexpr std::string_view kTrava = "tremvik.lock";
+constexpr int kPastaNaoCriada = erro::kAcessoAoCaminho;
+
+void MakeFolder(const std::string& path) {
+  std::error_code code;
+  std::filesystem::create_directories(path, code);
+  if (!std::filesystem::is_directory(path)) {
+    const bool permission = code == std::errc::permission_denied;
+    throw RuntimeError(permission ? erro::kPermissaoNegada : kPastaNaoCriada,
+                       "Não foi possível criar a pasta '" + path + "'.");
+  }
+}
+
+bool Missing(const std::string& file) {
+  struct stat found {};
+  return ::stat(file.c_str(), &found) != 0 && errno == ENOENT;
+}
+
+std::string InUse(const std::string& folder) {
+  return "A pasta '" + folder + "' está em uso por outra importação; espere que ela termine e tente de novo.";
+}
+
+}  // namespace
+
+class EmbeddedHost::Impl {
+ public:
+  Impl(EmbeddedHostOptions&& options, Screen& screen, Events& events, Diagnostics& diagnostics)
+      : folder_(options.pasta),
+        files_(folder_),
+        application_(folder_, std::move(options.config_home)),
+        engine_(folder_),
+        store_(folder_.File(arquivo::kDeclaracoes)),
+        host_{screen, events, diagnostics, files_, application_, engine_, Components(options.modo)} {}
+
+  [[nodiscard]] Host host() const { return host_; }
+  void AcompanharLinha(std::function<int()> linha) {
+    if (temporary_) temporary_->AcompanharLinha(std::move(linha));
+  }
+  void Consolidar(std::string_view nome_do_arquivo) {
+    if (!temporary_) return;
+    const std::string run = temporary_->Encerrado();
+    if (run.empty()) throw RuntimeError(erro::kArgumentoInvalido, "Nenhuma importação terminou.");
+    store_.Receber(run, nome_do_arquivo);
+    temporary_->Descartar();
+  }
+
+ private:
+  ComponentFactory& Components(Modo modo) { return modo == Modo::kImportar ? ToImport() : ToValidate(); }
+
+  ComponentFactory& ToImport() {
+    MakeFolder(folder_.path());
+    lock_.emplace(folder_.File(kTrava), InUse(folder_.path()));
+    const std::string tables = folder_.File(arquivo::kTabelasFixas);
+    if (Missing(tables)) ConstruirTabelasPadrao(tables);
+    temporary_.emplace(folder_);
+    return components_.emplace<SqliteComponents>(*temporary_, store_);
+  }
+
+  ComponentFactory& ToValidate() {
+    scratch_.emplace();
+    folder_.MoveTemporaries(scratch_->path());
+    if (Missing(folder_.File(arquivo::kTabelasFixas))) MakeTablesSomewhere();
+    return components_.emplace<DiscardingComponents>(folder_, store_);
+  }
+
+  // Where the folder cannot be written, the tables go the way of the temporary files.
+  void MakeTablesSomewhere() {
+    try {
+      MakeFolder(folder_.path());
+      ConstruirTabelasPadrao(folder_.File(arquivo::kTabelasFixas));
+    } catch (const RuntimeError&) {
+      folder_.MoveReferenceTables(scratch_->path());
+      ConstruirTabelasPadrao(folder_.File(arquivo::kTabelasFixas));
+    }
+  }
+
+  ComponentFolder folder_;
+  std::optional<FolderLock> lock_;
+  std::optional<ScratchFolder> scratch_;
+  LocalFiles files_;
+  LocalApplication application_;
+  SqliteReferenceEngine engine_;
+  Store store_;
+  std::optional<TemporaryDatabase> temporary_;
+  std::variant<std::monostate, SqliteComponents, DiscardingComponents> components_;
+  Host host_;
+};
+
+EmbeddedHost::EmbeddedHost(EmbeddedHostOptions options, Screen& screen, Events& events,
+                           Diagnostics& diagnostics)
+    : impl_(std::make_unique<Impl>(std::move(options), screen, events, diagnostics)) {}
+
+EmbeddedHost::~EmbeddedHost() = default;
+
+Host EmbeddedHost::host() { return impl_->host(); }
+
+void EmbeddedHost::AcompanharLinha(std::function<int()> linha) { impl_->AcompanharLinha(std::move(linha)); }
+
+void EmbeddedHost::Consolidar(std::string_view nome_do_arquivo) { impl_->Consolidar(nome_do_arquivo); }
+
+}  // namespace tremvik
