@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "checks/numbers.h"
 #include "checks/text.h"
@@ -180,17 +181,13 @@ void Contagem::ReconciliarTudo() {
 }
 
 std::string Contagem::Divergencias(Diagnostics& diagnostics) const {
-  struct Linha {
-    std::string_view code;
-    const Totais& totais;
-  };
+  const std::pair<std::string_view, const Totais*> tipos[] = {
+      {"05", &cr05_}, {"07", &cr07_}, {"10", &cr10_}, {"14", &cr14_}, {"18", &cr18_}, {"20", &cr20_},
+      {"25", &cr25_}, {"26", &cr26_}, {"27", &cr27_}, {"28", &cr28_}, {"30", &cr30_}, {"31", &cr31_.declaracao}};
   std::string texto;
-  for (const auto& [code, totais] :
-       {Linha{"05", cr05_}, Linha{"07", cr07_}, Linha{"10", cr10_}, Linha{"14", cr14_}, Linha{"18", cr18_},
-        Linha{"20", cr20_}, Linha{"25", cr25_}, Linha{"26", cr26_}, Linha{"27", cr27_}, Linha{"28", cr28_},
-        Linha{"30", cr30_}, Linha{"31", cr31_.declaracao}}) {
-    if (!totais.marcado) continue;
-    diagnostics.Inconsistencia(totais.divergente.Where());
+  for (const auto& [code, totais] : tipos) {
+    if (!totais->marcado) continue;
+    diagnostics.Inconsistencia(totais->divergente.Where());
     texto.append("Quantidade de registros CR=")
         .append(code)
         .append(" informado diverge do apurado.")
@@ -211,7 +208,7 @@ void LerRegistro(TextReader& reader, std::string& texto) {
 // The kind whose code has that value as a number, or its end.
 std::size_t KindOfNumber(double number) {
   const auto* const kind =
-      std::ranges::find(kKinds, number, [](const KindInfo& k) { return double{k.number}; });
+      std::ranges::find(kKinds, number, [](const KindInfo& k) { return static_cast<double>(k.number); });
   return static_cast<std::size_t>(kind - kKinds.begin());
 }
 
