@@ -1,0 +1,64 @@
+#include "adapters/com/dao_engine.h"
+
+#include <cstdint>
+
+#include "host/runtime_error.h"
+
+namespace tremvik::com {
+namespace {
+
+constexpr std::wstring_view kEngine = L"DAO.DBEngine.36";
+constexpr std::wstring_view kLaterEngine = L"DAO.DBEngine.120";
+
+// Removes `closed` from the list that owns it: the last act of its life.
+template <class Owned>
+void Remove(std::list<Owned>& owned, const Owned& closed) {
+  owned.remove_if([&closed](const Owned& each) { return &each == &closed; });
+}
+
+LateBound MakeEngine() {
+  try {
+    return LateBound::Create(kEngine);
+  } catch (const RuntimeError&) {
+    return LateBound::Create(kLaterEngine);
+  }
+}
+
+}  // namespace
+
+long DaoRecordset::RecordCount() { return AsLong(object_.Call(L"RecordCount")); }
+
+std::string_view DaoRecordset::Field(std::string_view name) {
+  LateBound field = AsObject(AsObject(object_.Call(L"Fields")).Call(L"Item", name));
+  return texts_.emplace_back(AsText(field.Call(L"Value")));
+}
+
+void DaoRecordset::Close() {
+  object_.Call(L"Close");
+  owner_.Forget(*this);
+}
+
+Recordset& DaoDatabase::OpenRecordset(std::string_view sql, int type) {
+  const auto wanted = static_cast<std::int32_t>(type);
+  return recordsets_.emplace_back(*this, AsObject(object_.Call(L"OpenRecordset", sql, wanted)));
+}
+
+void DaoDatabase::Close() {
+  object_.Call(L"Close");
+  owner_.Forget(*this);
+}
+
+void DaoDatabase::Forget(const DaoRecordset& closed) { Remove(recordsets_, closed); }
+
+LateBound& DaoEngine::engine() {
+  if (!engine_) engine_ = MakeEngine();
+  return *engine_;
+}
+
+Database& DaoEngine::OpenDatabase(std::string_view path) {
+  return databases_.emplace_back(*this, AsObject(engine().Call(L"OpenDatabase", path)));
+}
+
+void DaoEngine::Forget(const DaoDatabase& closed) { Remove(databases_, closed); }
+
+}  // namespace tremvik::com

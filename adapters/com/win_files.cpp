@@ -1,0 +1,84 @@
+#include "adapters/com/win_files.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "adapters/com/errors.h"
+#include "adapters/com/text.h"
+#include "adapters/com/windows_api.h"
+
+namespace tremvik::com {
+namespace {
+
+constexpr int kLastFileNumber = 511;
+constexpr std::size_t kLongestPlainPath = 240;
+
+// Long paths need the prefix that turns the name's interpretation off, and so a full path.
+std::wstring SystemPath(std::string_view utf8) {
+  std::wstring path = Wide(utf8);
+  if (path.find(L'\0') != std::wstring::npos) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
+  if (path.size() < kLongestPlainPath || path.starts_with(LR"(\\?\)")) return path;
+  std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+  full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  if (full.empty()) throw ErrorOfSystem(GetLastError());
+  return full.starts_with(LR"(\\)") ? LR"(\\?\UNC)" + full.substr(1) : LR"(\\?\)" + full;
+}
+
+bool IsFile(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+}  // namespace
+
+WinFiles::~WinFiles() {
+  for (const auto& [number, handle] : open_)
+    CloseHandle(handle);
+}
+
+bool WinFiles::Exists(std::string_view path) { return IsFile(SystemPath(path)); }
+
+void WinFiles::Delete(std::string_view path) {
+  if (!DeleteFileW(SystemPath(path).c_str())) throw ErrorOfSystem(GetLastError());
+}
+
+void WinFiles::Rename(std::string_view from, std::string_view to) {
+  if (!MoveFileExW(SystemPath(from).c_str(), SystemPath(to).c_str(), 0)) throw ErrorOfSystem(GetLastError());
+}
+
+int WinFiles::FreeFile() {
+  int number = 1;
+  while (open_.contains(number))
+    ++number;
+  if (number > kLastFileNumber) throw RuntimeError(erro::kExcessoDeArquivos);
+  return number;
+}
+
+void WinFiles::Open(int number, std::string_view path) {
+  if (number < 1 || number > kLastFileNumber) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
+  if (open_.contains(number)) throw RuntimeError(erro::kArquivoJaAberto);
+  // Others may read the file meanwhile, but a file that is still being written must not be imported.
+  const HANDLE handle = CreateFileW(SystemPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) throw ErrorOfSystem(GetLastError());
+  open_.emplace(number, handle);
+}
+
+std::size_t WinFiles::Read(int number, char* buffer, std::size_t count) {
+  const auto file = open_.find(number);
+  if (file == open_.end()) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
+  const auto most = static_cast<DWORD>(std::min<std::size_t>(count, std::numeric_limits<DWORD>::max()));
+  DWORD got = 0;
+  if (!ReadFile(file->second, buffer, most, &got, nullptr)) throw ErrorOfSystem(GetLastError());
+  return got;
+}
+
+void WinFiles::Close(int number) {
+  const auto file = open_.find(number);
+  if (file == open_.end()) return;
+  CloseHandle(file->second);
+  open_.erase(file);
+}
+
+}  // namespace tremvik::com

@@ -1,0 +1,17 @@
+# Cross-compiles for Windows with the MinGW packages of Debian; -DWIN_ARCH=x86_64 (default) or i686.
+# Programs of the build run under Wine: see wine-run.
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES WIN_ARCH)
+if(NOT WIN_ARCH)
+  set(WIN_ARCH x86_64)
+endif()
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR ${WIN_ARCH})
+set(CMAKE_C_COMPILER ${WIN_ARCH}-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER ${WIN_ARCH}-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER ${WIN_ARCH}-w64-mingw32-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/${WIN_ARCH}-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine-run)
