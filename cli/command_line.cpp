@@ -136,7 +136,10 @@ void Parser::AddImportar() {
               "  tremvik importar marco.txt --pasta /srv/tremvik --responder nao\n"
               "  tremvik importar marco.txt --json > marco.jsonl\n\n"
               "O arquivo entra inteiro ou não entra. Saída: 0 aceito, 1 recusado, 2 uso ou ambiente.");
-  verb.add_option("ARQUIVO", pedido_.arquivos, "Arquivo Pré-Formatado")->required()->expected(1);
+  verb.add_option("ARQUIVO", pedido_.arquivos, "Arquivo Pré-Formatado")
+      ->required()
+      ->expected(1)
+      ->group(kOptions);
   AddFolder(verb);
   AddAnswers(verb);
   AddJson(verb, "Escreve cada acontecimento como uma linha JSON");
@@ -156,7 +159,8 @@ void Parser::AddValidar() {
           "ARQUIVO", pedido_.arquivos,
           "Arquivos Pré-Formatado; - lê os nomes da entrada padrão,\num por linha ou separados por NUL")
       ->required()
-      ->expected(-1);
+      ->expected(-1)
+      ->group(kOptions);
   AddFolder(verb);
   AddAnswers(verb);
   AddJson(verb, "Escreve cada acontecimento como uma linha JSON");
@@ -175,8 +179,8 @@ void Parser::AddListar() {
                            "  tremvik listar 110.042.490.114\n"
                            "  tremvik listar 110042490114 03/2012      mostra os registros da declaração\n"
                            "  tremvik listar --json");
-  verb.add_option("IE", pedido_.ie, "Inscrição estadual, com ou sem pontos");
-  verb.add_option("REFERENCIA", pedido_.referencia, "Mês: AAAAMM, AAAA-MM ou MM/AAAA");
+  verb.add_option("IE", pedido_.ie, "Inscrição estadual, com ou sem pontos")->group(kOptions);
+  verb.add_option("REFERENCIA", pedido_.referencia, "Mês: AAAAMM, AAAA-MM ou MM/AAAA")->group(kOptions);
   AddFolder(verb);
   AddJson(verb, "Escreve um objeto JSON por linha");
   verbs_.emplace_back(&verb, Verbo::kListar);
@@ -225,7 +229,8 @@ void Parser::AddTabelas() {
       .add_option("ARQUIVO", pedido_.arquivos,
                   "Banco a escrever (tblFixas.fix); só é trocado se tudo está certo")
       ->required()
-      ->expected(1);
+      ->expected(1)
+      ->group(kOptions);
   build.add_option("--dados", pedido_.dados, "Pasta dos arquivos CSV; sem ela, as linhas do programa")
       ->option_text("DIR")
       ->group(kOptions)
@@ -233,7 +238,10 @@ void Parser::AddTabelas() {
   verbs_.emplace_back(&build, Verbo::kConstruirTabelas);
   CLI::App& check = AddVerb(*tabelas_, "verificar", "Diz o que falta ou está errado em um banco",
                             "Exemplo:\n  tremvik tabelas verificar ~/.local/share/tremvik/tblFixas.fix");
-  check.add_option("ARQUIVO", pedido_.arquivos, "Banco a verificar")->required()->expected(1);
+  check.add_option("ARQUIVO", pedido_.arquivos, "Banco a verificar")
+      ->required()
+      ->expected(1)
+      ->group(kOptions);
   verbs_.emplace_back(&check, Verbo::kVerificarTabelas);
 }
 

@@ -102,7 +102,7 @@ int Console::MsgBox(std::string_view text, int style, std::string_view title) {
 void Console::Show(std::string_view text, int style, std::string_view title, Output& to) {
   to.Write(RenderBox(text, style, title, {options_.framed, options_.colour, options_.width}));
   for (const auto& fault : faults_) {
-    to.Write(RenderFault(fault, path_, text, {options_.colour, options_.width}));
+    to.Write("\n" + RenderFault(fault, path_, text, {options_.colour, options_.width}));
   }
 }
 

@@ -54,9 +54,11 @@ struct Window {
   bool cut_after = false;
 };
 
-// A line that does not fit is shown from a third of the room before the field on.
+// A line that does not fit is shown from its beginning where that holds the field, else from a third of the
+// room before the field on.
 Window Around(const Columns& field, std::int64_t line_end, std::int64_t room) {
   if (line_end <= room) return {1, line_end, false, false};
+  if (field.last < room) return {1, room - 1, false, true};
   const std::int64_t width = std::min(field.last - field.first + 1, room);
   const std::int64_t before = std::max<std::int64_t>(3, (room - width) / 3);
   Window window;
@@ -103,8 +105,23 @@ std::string Carets(const Window& window, const Columns& field) {
          std::string(static_cast<std::size_t>(last - first + 1), '^');
 }
 
+// The line that a message names at its end, the one read last; 0 where it names none.
+int NamedLine(std::string_view message) {
+  static constexpr std::string_view kWords = "Linha nº ";
+  const auto at = message.rfind(kWords);
+  int line = 0;
+  if (at == std::string_view::npos) return line;
+  std::from_chars(message.data() + at + kWords.size(), message.data() + message.size(), line);
+  return line;
+}
+
 std::string Notes(const Fault& fault, std::string_view message, std::int64_t length) {
   std::string notes;
+  const int named_line = NamedLine(message);
+  if (named_line > 0 && named_line != fault.linha) {
+    notes += "Nota: a mensagem diz linha " + std::to_string(named_line) +
+             ", a última lida; o campo está na linha " + std::to_string(fault.linha) + ".\n";
+  }
   const Columns field = ColumnsOf(fault);
   const auto named = NamedColumns(message);
   if (field.first > 0 && !named.empty() && std::ranges::find(named, fault.posicao) == named.end()) {

@@ -102,6 +102,7 @@ void Importer::Summarize(const std::string& path, const Verdict& verdict) {
   if (!verdict.problema.empty()) {
     out_.Flush();
     err_.Write("tremvik: " + verdict.problema + "\n");
+    err_.Flush();
   }
   if (options_.many) {
     const std::string messages = messages_.Take();

@@ -27,7 +27,9 @@ std::string InPortuguese(const CLI::ParseError& error) {
   const std::string name = text.substr(0, text.find_first_of(": "));
   if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) return "falta " + name;
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-    return text.ends_with("flag override") ? name + " não leva valor" : name + " pede um valor";
+    if (text.ends_with("flag override"))
+      return "--" + name.substr(name.find_first_not_of('-')) + " não leva valor";
+    return name.starts_with("-") ? name + " pede um valor" : "só um " + name + " de cada vez";
   }
   // The validators' own words are Portuguese already.
   if (dynamic_cast<const CLI::ValidationError*>(&error) != nullptr) return text;
