@@ -32,7 +32,7 @@ void MakeFolder(const std::string& path) {
 
 bool Missing(const std::string& file) {
   struct stat found {};
-  return ::stat(file.c_str(), &found) != 0 && errno == ENOENT;
+  return ::stat(file.c_str(), &found) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
 std::string InUse(const std::string& folder) {

@@ -150,7 +150,8 @@ std::map<std::string, std::size_t, std::less<>> Contagens(const Leitor& ler, Pro
   const auto texto = ler("tables.json");
   if (!texto) return contagens;
   try {
-    for (const auto& tabela : nlohmann::json::parse(*texto).at("tables")) {
+    const auto descricao = nlohmann::json::parse(*texto);
+    for (const auto& tabela : descricao.at("tables")) {
       if (tabela.contains("rows")) {
         contagens[tabela.at("file").get<std::string>()] = tabela.at("rows").get<std::size_t>();
       }

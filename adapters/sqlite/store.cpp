@@ -46,7 +46,7 @@ class Anexo {
 bool Store::AbrirExistente() {
   if (connection_) return true;
   struct stat found {};
-  if (::stat(file_.c_str(), &found) != 0 && errno == ENOENT) return false;
+  if (::stat(file_.c_str(), &found) != 0 && (errno == ENOENT || errno == ENOTDIR)) return false;
   sqlite::Connection aberto(file_, SQLITE_OPEN_READWRITE, kEsperaMs);
   ConferirVersao(aberto);
   connection_ = std::move(aberto);

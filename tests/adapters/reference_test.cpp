@@ -1,0 +1,208 @@
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "adapters/sqlite/reference_engine.h"
+#include "adapters/sqlite/reference_tables.h"
+#include "tests/adapters/support.h"
+
+namespace tremvik {
+namespace {
+
+using test::ErrorOf;
+using test::Rows;
+using test::Write;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ReferenceTest : public testing::Test {
+ protected:
+  std::string Path(std::string_view name) { return std::string(scratch_.path()).append("/").append(name); }
+  Recordset& Query(std::string_view sql) {
+    return engine_.OpenDatabase(folder_.path() + "\\tblFixas.fix").OpenRecordset(sql, kSnapshot);
+  }
+  bool Found(std::string_view sql) { return Query(sql).RecordCount() > 0; }
+  void CopyData() {
+    std::filesystem::create_directory(Path("dados"));
+    std::filesystem::copy(DATA_DIR, Path("dados"));
+  }
+  /// Builds from the copied data with one file replaced.
+  std::vector<std::string> BuildWith(std::string_view file, std::string_view text) {
+    const std::string path = Path("dados/") + std::string(file);
+    const std::string before = test::ReadAll(path);
+    Write(path, text);
+    auto problems = ConstruirTabelas(Path("dados"), Path("tblFixas.fix"));
+    Write(path, before);
+    return problems;
+  }
+
+  ScratchFolder scratch_;
+  ComponentFolder folder_{scratch_.path()};
+  SqliteReferenceEngine engine_{folder_};
+};
+
+TEST_F(ReferenceTest, DeliveredRowsBuildAndVerify) {
+  ASSERT_THAT(ConstruirTabelas(DATA_DIR, Path("tblFixas.fix")), IsEmpty());
+  EXPECT_THAT(VerificarTabelas(Path("tblFixas.fix")), IsEmpty());
+  ConstruirTabelasPadrao(Path("padrao.fix"));
+  for (const auto* const sql :
+       {"SELECT * FROM tblTodosCFOPs", "SELECT * FROM tblQuadroCFOPs", "SELECT * FROM [tblQuadroOcorrências]",
+        "SELECT * FROM [tblMunicípiosZFM_ALC]"}) {
+    EXPECT_EQ(Rows(Path("tblFixas.fix"), sql), Rows(Path("padrao.fix"), sql)) << sql;
+  }
+}
+
+TEST_F(ReferenceTest, AnswersTheQueriesOfTheSystem) {
+  ConstruirTabelasPadrao(Path("tblFixas.fix"));
+  EXPECT_TRUE(Found("Select CNAE From tblCNAEsRegimeDispensado Where CNAE = '5131400'"));
+  EXPECT_TRUE(Found("Select Código From tblEstados Where Código = '35'"));
+  EXPECT_FALSE(Found("Select Código From tblEstados Where Código = '99'"));
+  EXPECT_TRUE(Found("Select CódMunicípio From tblMunicípiosZFM_ALC Where CódMunicípio = '1302603'"));
+  EXPECT_TRUE(Found("Select Códmunicípio From tblmunicípios Where Códmunicípio = '3550308'"));
+  EXPECT_TRUE(Found("Select código From tblcódigosdipam Where código = '1.1'"));
+  EXPECT_TRUE(
+      Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.23' and OpPróprias"));
+  EXPECT_TRUE(
+      Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.01' and NOT OpPróprias"));
+  const auto cfop = [](std::string_view code, std::string_view condition) {
+    return std::string("SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '")
+        .append(code)
+        .append("' and Conjunto ")
+        .append(condition)
+        .append(" AND GRUPO = 0");
+  };
+  EXPECT_TRUE(Found(cfop("1.12", "= '1'")));
+  EXPECT_FALSE(Found(cfop("1.10", "= '1'"))) << "a heading";
+  EXPECT_FALSE(Found(cfop("1.1", "= '1'"))) << "codes are texts";
+  EXPECT_TRUE(Found(cfop("5.102", "= '2'")));
+  EXPECT_TRUE(Found(cfop("5.102", "> '1'")));
+  EXPECT_FALSE(Found(cfop("5.667", "= '2'")));
+  EXPECT_TRUE(Found(cfop("5.667", "> '1'")));
+  Recordset& sigla = Query("SELECT Sigla FROM tblEstados WHERE Código = '35'");
+  EXPECT_EQ(sigla.Field("Sigla"), "SP");
+  EXPECT_EQ(ErrorOf([&] { (void)sigla.Field("Nome"); }), 3265);
+  const std::string descricao =
+      "SELECT tblQuadroCFOPs.Descrição FROM tblQuadroCFOPs WHERE ((tblQuadroCFOPs.[Grupo 15]='1.12') OR "
+      "(tblQuadroCFOPs.[Grupo 26]='1.12') OR (tblQuadroCFOPs.[Grupo 37]='1.12')) AND "
+      "(tblQuadroCFOPs.Conjunto='1')";
+  EXPECT_EQ(Query(descricao).Field("Descrição"), "Compra para comercialização");
+}
+
+TEST_F(ReferenceTest, FaultyQueriesHaveTheEnginesNumbers) {
+  ConstruirTabelasPadrao(Path("tblFixas.fix"));
+  const auto error = [&](std::string_view sql) { return ErrorOf([&] { Query(sql); }); };
+  EXPECT_EQ(error("Select X From tblEstados Where Código = '35'"), 3061);
+  EXPECT_EQ(error("Select Código From tblNada Where Código = '35'"), 3078);
+  EXPECT_EQ(error("Select  From  Where  = '35'"), 3075);
+  EXPECT_EQ(error("Select Código From tblEstados Where Código = '3'5'"), 3075);
+  EXPECT_EQ(error("Select Código From tblEstados Where Código = '35' and "), 3075);
+  EXPECT_EQ(error("Select Código From tblEstados; DROP TABLE tblEstados"), 3075);
+  EXPECT_EQ(error(""), 3075);
+  EXPECT_TRUE(Found("Select Código From tblEstados Where Código = '35'")) << "after a failure it goes on";
+}
+
+TEST_F(ReferenceTest, UnusableDatabasesHaveTheEnginesNumbers) {
+  const auto error = [&] { return ErrorOf([&] { Found("Select Código From tblEstados"); }); };
+  const std::string file = Path("tblFixas.fix");
+  EXPECT_EQ(error(), 3024);
+  std::filesystem::create_directory(file);
+  EXPECT_EQ(error(), 75);
+  std::filesystem::remove(file);
+  Write(file, "");
+  EXPECT_EQ(error(), 3343);
+  Write(
+      file,
+      "isto não é um banco de dados, mas tem bem mais de cem bytes, para que o cabeçalho seja lido inteiro");
+  EXPECT_EQ(error(), 3343);
+  ConstruirTabelasPadrao(file);
+  std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+  EXPECT_EQ(error(), 3343);
+  ConstruirTabelasPadrao(file);
+  {
+    sqlite::Connection other(file, SQLITE_OPEN_READWRITE);
+    other.Execute("BEGIN EXCLUSIVE");
+    EXPECT_EQ(error(), 3045);
+  }
+  EXPECT_EQ(error(), 0) << "an earlier failure is not remembered";
+}
+
+TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
+  CopyData();
+  ConstruirTabelasPadrao(Path("tblFixas.fix"));
+  const std::string before = test::ReadAll(Path("tblFixas.fix"));
+  struct Case {
+    std::string_view file, text, problem;
+  };
+  const Case cases[] = {
+      {"tblEstados.csv", "Código,Sigla\n11,RO,x\n", "tblEstados.csv:2: a linha tem 3 campo(s)"},
+      {"tblEstados.csv", "Código,Sigla\n11,RO\n\n", "tblEstados.csv:3: a linha tem 1 campo(s)"},
+      {"tblEstados.csv", "Código;Sigla\n11;RO\n", "tblEstados.csv:1: falta a coluna 'Código'"},
+      {"tblEstados.csv", "Código,Sigla,Código\n11,RO,11\n", "aparece mais de uma vez"},
+      {"tblEstados.csv", "Código,Sigla\n", "tblEstados.csv:1: a tabela não tem nenhuma linha"},
+      {"tblEstados.csv", "", "tblEstados.csv:1: falta a coluna 'Código'"},
+      {"tblEstados.csv", "Código,Sigla\n11,\"R\nO\n", "tblEstados.csv:2: as aspas abertas"},
+      {"tblEstados.csv", "Código,Sigla\n11,R\"O\"\n", "tblEstados.csv:2: aspas no meio"},
+      {"tblEstados.csv", "Código,Sigla\n11,\"RO\"x\n", "tblEstados.csv:2: texto depois das aspas"},
+      {"tblEstados.csv",
+       "C\xF3"
+       "digo,Sigla\n11,RO\n",
+       "tblEstados.csv:1: o texto não está em UTF-8"},
+      {"tblEstados.csv", "Código,Sigla\n11,RO\n1,AC\n", "tblEstados.csv:3: Código '1': Código deve ter dois"},
+      {"tblEstados.csv", "Código,Sigla\n11,RO\n", "tem 1 linhas, tables.json diz 27"},
+      {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n\"1.102\",2,0\n\n", "tblTodosCFOPs.csv:3"},
+      {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,4,0\n", ":2: CFOP '1.102': Conjunto deve ser"},
+      {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,1,0\n", "no Conjunto 1 o CFOP"},
+      {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,2,x\n", "GRUPO deve ser um número inteiro"},
+      {"tblQuadroCFOPs.csv",
+       "Descrição,Grupo 15,Grupo 26,Grupo 37,Conjunto\n\"a\nb\",1.102,,,2\nc,2.102,,,2\n",
+       "tblQuadroCFOPs.csv:4: Descrição 'c': Grupo 15 deve"},
+      {"tblcodigosdipam.csv", "código\n1.11\n", "código deve ter de um a três"},
+      {"tables.json", "{", "tables.json: não foi possível entender"},
+  };
+  for (const Case& c : cases) {
+    const auto problems = BuildWith(c.file, c.text);
+    EXPECT_THAT(problems, testing::Contains(HasSubstr(c.problem))) << c.text;
+    ASSERT_TRUE(test::ReadAll(Path("tblFixas.fix")) == before) << c.text;
+  }
+  EXPECT_THAT(ConstruirTabelas(Path("nada"), Path("tblFixas.fix")), ElementsAre(HasSubstr("não existe")));
+  std::filesystem::remove(Path("dados/tblEstados.csv"));
+  EXPECT_THAT(ConstruirTabelas(Path("dados"), Path("x.fix")),
+              ElementsAre(HasSubstr("tblEstados.csv: o arquivo não")));
+  for (const auto& entry : std::filesystem::directory_iterator(scratch_.path())) {
+    EXPECT_THAT(entry.path().filename().string(), testing::AnyOf("dados", "tblFixas.fix"));
+  }
+  EXPECT_EQ(ErrorOf([&] { ConstruirTabelasPadrao(Path("nada/tblFixas.fix")); }), 3024);
+}
+
+TEST_F(ReferenceTest, AuthoritysOwnRowsNeedNoCounts) {
+  CopyData();
+  std::filesystem::remove(Path("dados/tables.json"));
+  EXPECT_THAT(BuildWith("tblEstados.csv", "\xEF\xBB\xBFSigla,Código\r\n\"QZ\",77\r\n"), IsEmpty());
+  EXPECT_THAT(Rows(Path("tblFixas.fix"), "SELECT Código, Sigla FROM tblEstados"), ElementsAre("77|QZ"));
+}
+
+TEST_F(ReferenceTest, VerifyListsWhatIsWrong) {
+  const std::string file = Path("tblFixas.fix");
+  ConstruirTabelasPadrao(file);
+  {
+    sqlite::Connection database(file, SQLITE_OPEN_READWRITE);
+    database.Execute(
+        "DROP TABLE [tblmunicípios]; ALTER TABLE tblEstados RENAME COLUMN Sigla TO UF;"
+        "DELETE FROM [tblcódigosdipam]; UPDATE tblTodosCFOPs SET Conjunto = '9' WHERE Conjunto = '3';"
+        "DROP TABLE tblCNAEsRegimeDispensado; CREATE TABLE tblCNAEsRegimeDispensado (CNAE);"
+        "INSERT INTO tblCNAEsRegimeDispensado VALUES (5131400)");
+  }
+  const auto problems = VerificarTabelas(file);
+  for (const auto* const problem :
+       {"tblmunicípios: a tabela não existe.", "tblEstados: falta a coluna 'Sigla'.",
+        "tblcódigosdipam: a tabela não tem nenhuma linha.", "tblTodosCFOPs: e mais 156 problema(s).",
+        "tblCNAEsRegimeDispensado: CNAE '5131400': CNAE deve ser um texto."}) {
+    EXPECT_THAT(problems, testing::Contains(problem));
+  }
+  EXPECT_EQ(problems.size(), 4U + 11U);
+  EXPECT_EQ(ErrorOf([&] { (void)VerificarTabelas(Path("falta")); }), 3024);
+}
+
+}  // namespace
+}  // namespace tremvik

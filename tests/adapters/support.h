@@ -1,0 +1,63 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "adapters/local/folder_lock.h"
+#include "adapters/sqlite/connection.h"
+#include "host/host.h"
+
+namespace tremvik::test {
+
+inline void Write(const std::string& path, std::string_view text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+inline std::string ReadAll(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The number of the run-time error that `action` raises, 0 when it raises none.
+template <typename Action>
+int ErrorOf(Action&& action) {
+  try {
+    std::forward<Action>(action)();
+  } catch (const RuntimeError& error) {
+    EXPECT_FALSE(error.description().empty());
+    return error.number();
+  }
+  return 0;
+}
+
+/// All rows of a query, cells joined by "|".
+inline std::vector<std::string> Rows(const std::string& database, std::string_view sql) {
+  sqlite::Connection connection(database, SQLITE_OPEN_READWRITE);
+  sqlite::Statement row = connection.Prepare(sql);
+  std::vector<std::string> rows;
+  while (row.Step()) {
+    std::string& text = rows.emplace_back(row.Text(0));
+    for (int column = 1; column < row.Columns(); ++column)
+      text.append("|").append(row.Text(column));
+  }
+  return rows;
+}
+
+/// A host side that nobody watches.
+struct Nobody final : Screen, Events, Diagnostics {
+  int MsgBox(std::string_view /*text*/, int /*style*/, std::string_view /*title*/) override {
+    return resposta::kOk;
+  }
+  void SetPointer(int /*pointer*/) override {}
+  void Progresso() override {}
+  void Fechar() override {}
+  void Inconsistencia(const FaultLocation& /*where*/) override {}
+  void Duvida(const FaultLocation& /*where*/) override {}
+};
+
+}  // namespace tremvik::test
