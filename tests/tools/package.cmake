@@ -14,6 +14,6 @@ run(STATUS 0 COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix
 run(STATUS 0 COMMAND ${CMAKE_COMMAND} -S ${SOURCE}/examples/cpp_host -B ${WORK}/build -G ${GENERATOR}
                      -DCMAKE_PREFIX_PATH=${WORK}/prefix -DCMAKE_CXX_FLAGS=${CXX_FLAGS})
 run(STATUS 0 COMMAND ${CMAKE_COMMAND} --build ${WORK}/build)
-run(STATUS 0 COMMAND ${WORK}/build/cpp_host ${ACCEPTED})
-run(STATUS 1 COMMAND ${WORK}/build/cpp_host ${REFUSED})
+run(STATUS 0 COMMAND ${WORK}/build/cpp_host ${SOURCE}/samples/aceito.txt)
+run(STATUS 1 COMMAND ${WORK}/build/cpp_host ${SOURCE}/samples/recusado-letra-em-valor.txt)
 run(STATUS 0 COMMAND ${WORK}/prefix/bin/tremvik --versao)

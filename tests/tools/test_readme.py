@@ -26,8 +26,8 @@ def run(command, home):
 
 
 def compare(title, shown, found):
-    if shown != found:
-        faults.extend(difflib.unified_diff(shown.splitlines(), found.splitlines(), "README.md", title, lineterm=""))
+    shown, found = ([line.rstrip() for line in text.splitlines()] for text in (shown, found))
+    faults.extend(difflib.unified_diff(shown, found, "README.md", title, lineterm=""))
 
 
 examples = {"cpp": (root / "examples/cpp_host/main.cpp").read_text(encoding="utf-8"),

@@ -18,21 +18,22 @@ show() {
 }
 
 echo
-echo "== An accepted file goes into the database in $folder"
+echo "== A faulty file: the message, and where the fault is"
+show 1 validar samples/recusado-letra-em-valor.txt --pasta "$folder"
+echo
+echo "== An accepted file: its declarations go into the database in $folder"
 show 0 importar samples/aceito.txt --pasta "$folder"
 show 0 listar --pasta "$folder"
 echo
-echo "== The same file again: its declarations are already held"
+echo "== The same file again: they are already held"
 show 1 importar samples/aceito.txt --pasta "$folder"
-echo
-echo "== A faulty file: the message, and where the fault is"
-show 1 validar samples/recusado.txt --pasta "$folder"
 cat <<END
 
 What to try next:
-  $program validar samples/*.txt --pasta $folder
+  $program --help
+  $program validar samples/*.txt
+  $program listar 271.939.199.527 04/2014 --pasta $folder
   $program exemplo --declaracoes 3 --saida build/exemplo.txt
   $program importar build/exemplo.txt --pasta $folder --json
-  $program --help
 The database is $folder/tremvik.db; docs/store.md describes its tables.
 END
