@@ -2,11 +2,10 @@
 
 #include <array>
 #include <chrono>
-#include <cmath>
 
 #include "checks/numbers.h"
 #include "checks/text.h"
-#include "host/runtime_error.h"
+#include "layout/int16.h"
 
 namespace tremvik {
 namespace {
@@ -15,12 +14,6 @@ int DiasDoMes(int mes, int ano) {
   constexpr std::array kDias{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   const bool bissexto = ano % 4 == 0;
   return mes == 2 && bissexto ? 29 : kDias.at(static_cast<std::size_t>(mes - 1));
-}
-
-int ToByte(std::string_view text) {
-  const double number = std::nearbyint(ToNumber(text));
-  if (number < 0 || number > 255) throw RuntimeError(erro::kEstouro);
-  return static_cast<int>(number);
 }
 
 }  // namespace
@@ -42,9 +35,9 @@ bool ValidarHora(std::string_view text) {
   const std::string_view minutos = Mid(text, 3, 2);
   const std::string_view segundos = Right(text, 2);
   if (!IsNumeric(horas) || !IsNumeric(minutos) || !IsNumeric(segundos)) return true;
-  const int h = ToByte(horas);
-  const int m = ToByte(minutos);
-  const int s = ToByte(segundos);
+  const int h = ToByte(ToNumber(horas));
+  const int m = ToByte(ToNumber(minutos));
+  const int s = ToByte(ToNumber(segundos));
   return h > 24 || m > 59 || s > 59;
 }
 

@@ -12,8 +12,6 @@
 namespace tremvik {
 namespace {
 
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // Whole part of `cents` with points every three digits, then the two decimals.
 ShortText Moeda(std::int64_t cents) {
   std::array<char, 24> digits{};
@@ -50,6 +48,12 @@ ShortText& ShortText::Append(std::string_view text) {
   if (text.size() > characters_.size() - size_) throw RuntimeError(erro::kArgumentoInvalido);
   std::ranges::copy(text, characters_.begin() + size_);
   size_ = static_cast<unsigned char>(size_ + text.size());
+  return *this;
+}
+
+ShortText& ShortText::Append(char c) {
+  if (size_ == characters_.size()) throw RuntimeError(erro::kArgumentoInvalido);
+  characters_[size_++] = c;
   return *this;
 }
 

@@ -12,15 +12,13 @@ namespace tremvik {
 class ShortText {
  public:
   ShortText() = default;
-  ShortText(std::string_view text) { Append(text); }  // NOLINT(google-explicit-constructor)
+  ShortText(std::string_view text) { Append(text); }
 
-  operator std::string_view() const {
-    return {characters_.data(), size_};
-  }  // NOLINT(google-explicit-constructor)
+  operator std::string_view() const { return {characters_.data(), size_}; }
   [[nodiscard]] std::string_view view() const { return *this; }
 
   ShortText& Append(std::string_view text);
-  ShortText& Append(char c) { return Append(std::string_view(&c, 1)); }
+  ShortText& Append(char c);
 
  private:
   std::array<char, 47> characters_{};
@@ -52,9 +50,10 @@ class ShortText {
 /// The whole number in at least 15 digits, halves rounded away from zero.
 [[nodiscard]] ShortText QuinzeDigitos(double number);
 
-/// Display masks of the registration numbers.
+/// Display masks of registration numbers and sub-items.
 inline constexpr std::string_view kMascaraIE = "@@@.@@@.@@@.@@@";
 inline constexpr std::string_view kMascaraCNPJ = "@@.@@@.@@@/@@@@-@@";
+inline constexpr std::string_view kMascaraSubItem = "@@@.@@";
 inline constexpr std::string_view kMascaraRE = "@@/@@@@@@@@@@";
 
 }  // namespace tremvik

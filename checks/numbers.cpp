@@ -1,18 +1,37 @@
 #include "checks/numbers.h"
 
+#include <cstddef>
+
+#include "checks/text.h"
 #include "host/runtime_error.h"
 #include "layout/int16.h"
 
 namespace tremvik {
 namespace {
 
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 std::string_view Trim(std::string_view text) {
   const auto first = text.find_first_not_of(' ');
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
+
+// True for digits and nothing else, at least one: nearly every numeric field of a file.
+bool OnlyDigits(std::string_view text) {
+  unsigned others = text.empty() ? 1 : 0;
+  for (const char c : text)
+    others |= static_cast<unsigned>(!IsDigit(c));
+  return others == 0;
+}
+
+// The number that a text of digits writes.
+std::uint64_t DigitsValue(std::string_view digits) {
+  std::uint64_t value = 0;
+  for (const char c : digits)
+    value = value * 10 + static_cast<std::uint64_t>(c - '0');
+  return value;
+}
+
+constexpr std::size_t kMostDigits = 19;  // of a 64-bit number
 
 double LeadingNumber(std::string_view text, std::string_view separators) {
   double digits = 0;
@@ -40,7 +59,10 @@ double LeadingNumber(std::string_view text, std::string_view separators) {
 
 }  // namespace
 
-double Val(std::string_view text) { return LeadingNumber(text, "."); }
+double Val(std::string_view text) {
+  if (text.size() <= kMostDigits && OnlyDigits(text)) return static_cast<double>(DigitsValue(text));
+  return LeadingNumber(text, ".");
+}
 
 int IntVal(std::string_view text) { return static_cast<int>(Val(text)); }
 
@@ -69,6 +91,7 @@ double ToNumber(std::string_view text) {
 std::int16_t ToInt16(std::string_view text) { return ToInt16(ToNumber(text)); }
 
 bool LefRigNumChr(std::string_view field, bool rejects_zero) {
+  if (OnlyDigits(field)) return rejects_zero && Val(field) == 0;
   if (field.starts_with(' ') || field.starts_with('-')) return true;
   if (field.ends_with(' ')) return true;
   if (!IsNumeric(field)) return true;

@@ -49,8 +49,7 @@ class Closer {
     if (object_ == nullptr) return;
     try {
       object_->Close();
-    } catch (const std::exception&) {
-      object_ = nullptr;
+    } catch (...) {  // NOLINT(bugprone-empty-catch): see above
     }
   }
 
@@ -74,7 +73,10 @@ Database& TabelasFixas::Abrir() {
 }
 
 bool TabelasFixas::NaoExisteEmFixas(std::string_view kind, std::string_view value, std::string_view mode) {
-  const auto [_, t, k, x] = Escolher(kind, value);
+  const Tabela tabela = Escolher(kind, value);
+  const std::string_view t = tabela.table;
+  const std::string_view k = tabela.key;
+  const std::string_view x = tabela.extra;
   if (mode.empty()) {
     Compor(sql_, {"Select ", k, " From ", t, " Where ", k, " = '", value, "'"});
   } else if (mode == "0") {

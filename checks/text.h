@@ -1,12 +1,17 @@
 // Texts of the file: single bytes of Windows-1252, compared by character code.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "layout/kinds.h"
+
 namespace tremvik {
+
+[[nodiscard]] constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// `count` characters of `text` from the 1-based `position` on; fewer, or none, where the text ends before.
 [[nodiscard]] constexpr std::string_view Mid(std::string_view text, std::size_t position, std::size_t count) {
@@ -44,7 +49,8 @@ namespace tremvik {
 [[nodiscard]] std::string Utf8(std::string_view bytes);
 
 /// Room for any record's content as UTF-8.
-using Utf8Buffer = std::array<char, std::size_t{3} * 441>;
+using Utf8Buffer = std::array<char, 3 * Record<Cr20>::kBlock>;
+static_assert(std::ranges::max(kKinds, {}, &KindInfo::length).code == Cr20::kCode);
 
 /// The same without an allocation, for a text of at most one record's length: `bytes` themselves where they
 /// are ASCII, otherwise the characters laid into `buffer`.

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/diagnostics.h"
 #include "layout/record.h"
@@ -26,8 +27,7 @@ struct Refusal {
 class [[nodiscard]] Verdict {
  public:
   Verdict() = default;
-  Verdict(Refusal refusal)
-      : refusal_(std::make_unique<Refusal>(std::move(refusal))) {}  // NOLINT(google-explicit-constructor)
+  Verdict(Refusal refusal) : refusal_(std::make_unique<Refusal>(std::move(refusal))) {}
 
   explicit operator bool() const { return refusal_ != nullptr; }
   [[nodiscard]] const Refusal& refusal() const { return *refusal_; }
@@ -38,7 +38,7 @@ class [[nodiscard]] Verdict {
 
 /// Nothing found.
 struct AcceptedType {
-  operator Verdict() const { return {}; }  // NOLINT(google-explicit-constructor)
+  operator Verdict() const { return {}; }
 };
 inline constexpr AcceptedType Accepted;
 

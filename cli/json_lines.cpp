@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/text.h"
+#include "host/screen.h"
 
 namespace tremvik::cli {
 
@@ -25,6 +26,8 @@ class JsonLines::Line {
 
 void JsonLines::Mensagem(const TracedMessage& mensagem) {
   RunTrace::Mensagem(mensagem);
+  if (duvida_ && mensagem.resposta == resposta::kNao) Inconsistencia(*duvida_);
+  duvida_.reset();
   Line line(*this, "mensagem");
   line["texto"] = mensagem.texto;
   line["estilo"] = mensagem.estilo;

@@ -1,6 +1,7 @@
 // A run as JSON lines: one object for each thing that happens, in order.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -41,6 +42,7 @@ class JsonLines final : public RunTrace {
   void Consulta(const TracedQuery& pergunta) override;
   void Gravacao(std::string_view registro, std::span<const TracedField> campos) override;
   void Inconsistencia(const FaultLocation& where) override;
+  void Duvida(const FaultLocation& where) override { duvida_ = where; }
   /// The last object of the file.
   void Fim(bool recusado, int linha, std::string_view mensagem);
 
@@ -48,6 +50,7 @@ class JsonLines final : public RunTrace {
   class Line;
   Output& out_;
   std::string arquivo_;
+  std::optional<FaultLocation> duvida_;  ///< a refusal's place if the question at hand is answered No
 };
 
 }  // namespace tremvik::cli

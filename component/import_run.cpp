@@ -41,8 +41,8 @@ bool ImportRun::Executar(std::string_view path) {
   state_.NumeroArquivo = host_.files.FreeFile();
   arquivo_.Open(state_.NumeroArquivo, path);
   if (ValidarMestre()) return true;
-  if (arquivo_.EndOfFile())
-    return false;  // only an instance used before comes here: its buffer held the rest
+  // A master block cut short is accepted only over an older one in the buffer; nothing follows it.
+  if (arquivo_.EndOfFile()) return false;
   if (ValidarDeclaracoes()) return true;
   return ConferirDeclaracoes();
 }
@@ -70,7 +70,7 @@ bool ImportRun::ValidarMestre() {
   state_.EstiloMensagem = estilo::kInformacao;
   state_.TituloMensagem = "Atenção";
   const Verdict verdict = ValidarCR01(mestre, state_.QuantidadeDeclaracoes);
-  if (verdict) reports_.Encerrar(verdict.refusal(), arquivo_);
+  if (verdict) reports_.TerminarComRecusa(verdict.refusal(), arquivo_);
   return static_cast<bool>(verdict);
 }
 
@@ -80,10 +80,10 @@ bool ImportRun::ValidarDeclaracoes() {
   while (true) {
     arquivo_.Next(state_.registros.RegistroDeclaracao);
     if (arquivo_.EndOfFile()) return false;
-    Raise(state_.DeclaracoesLidas);
+    Increment(state_.DeclaracoesLidas);
     const Verdict verdict = ValidarDeclaracao(pass, state_.cabecalhos, host_.events);
     if (verdict) {
-      reports_.Encerrar(verdict.refusal(), arquivo_);
+      reports_.TerminarComRecusa(verdict.refusal(), arquivo_);
       return true;
     }
   }

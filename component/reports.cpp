@@ -27,12 +27,8 @@ void Reports::Relatar(const Refusal& refusal) {
   ErroSair();
 }
 
-void Reports::Encerrar(const Refusal& refusal, BlockReader& arquivo) {
-  if (refusal.answered) {
-    host_.diagnostics.Inconsistencia(refusal.where);
-  } else {
-    Relatar(refusal);
-  }
+void Reports::TerminarComRecusa(const Refusal& refusal, BlockReader& arquivo) {
+  if (!refusal.answered) Relatar(refusal);
   arquivo.Close();
   host_.screen.SetPointer(ponteiro::kPadrao);
 }

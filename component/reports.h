@@ -23,7 +23,7 @@ class Reports final : public Prompter {
 
   /// Ends the run after a validator's refusal: told, unless the user has answered it already; the input file
   /// closed, the pointer set back.
-  void Encerrar(const Refusal& refusal, BlockReader& arquivo);
+  void TerminarComRecusa(const Refusal& refusal, BlockReader& arquivo);
 
   Verdict Perguntar(Refusal question) override;
 

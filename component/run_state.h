@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string>
 
-#include "host/components.h"
 #include "layout/estado.h"
 #include "layout/registros.h"
 

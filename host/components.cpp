@@ -1,5 +1,7 @@
 #include "host/components.h"
 
+#include <utility>
+
 namespace tremvik {
 
 std::string_view Codigo(Gravavel registro) {

@@ -34,8 +34,8 @@ struct ConsultaDeclaracoes {
 /// Tells whether the check digits of a registration number are right. True means valid.
 struct ValidadorDocumentos {
   virtual ~ValidadorDocumentos() = default;
-  virtual bool ValidarIE(std::string_view ie) = 0;      ///< 12 characters
-  virtual bool ValidarCNPJ(std::string_view cnpj) = 0;  ///< 14 characters
+  virtual bool ValidarIE(std::string_view ie) = 0;      ///< 12 characters, UTF-8
+  virtual bool ValidarCNPJ(std::string_view cnpj) = 0;  ///< 14 characters, UTF-8
 };
 
 /// Stores the accepted records of one kind in the temporary database.

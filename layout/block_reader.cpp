@@ -17,7 +17,7 @@ void BlockReader::Close() {
   input_.reset();
 }
 
-void BlockReader::RaiseLine() { Raise(NumeroLinha_); }
+void BlockReader::CountLine() { Increment(NumeroLinha_); }
 
 void BlockReader::Read(std::span<char> block) {
   while (!block.empty()) {

@@ -13,7 +13,7 @@ namespace tremvik {
 /// Reads a file as a sequence of fixed-length blocks, counting the reads in the run's line counter.
 class BlockReader {
  public:
-  /// `NumeroLinha` is raised by each read; it outlives the reader.
+  /// `NumeroLinha` counts the reads; it outlives the reader.
   BlockReader(Files& files, std::int16_t& NumeroLinha) : files_(files), NumeroLinha_(NumeroLinha) {}
 
   /// Opens `path` under file number `number`. Raises the host's file errors.
@@ -21,11 +21,12 @@ class BlockReader {
   /// Closes the file if it is open. Raises the host's file errors.
   void Close();
 
-  /// Raises the line counter, then reads the record's block. A read that meets the end of the file lays what
-  /// it got over the buffer and leaves the rest as it was. Raises error 6 past record 32767, and file errors.
+  /// Adds 1 to the line counter, then reads the record's block. A read that meets the end of the file lays
+  /// what it got over the buffer and leaves the rest as it was. Raises error 6 past record 32767, and file
+  /// errors.
   template <typename R>
   void Next(Record<R>& record) {
-    RaiseLine();
+    CountLine();
     record.set_linha(NumeroLinha_);
     Read(record.block());
   }
@@ -35,7 +36,7 @@ class BlockReader {
   [[nodiscard]] std::int16_t NumeroLinha() const { return NumeroLinha_; }
 
  private:
-  void RaiseLine();
+  void CountLine();
   void Read(std::span<char> block);
 
   Files& files_;

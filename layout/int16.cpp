@@ -6,16 +6,26 @@
 #include "host/runtime_error.h"
 
 namespace tremvik {
+namespace {
 
-std::int16_t ToInt16(double number) {
+template <typename Integer>
+Integer Checked(double number) {
   const double rounded = std::nearbyint(number);
-  if (!(rounded >= std::numeric_limits<std::int16_t>::min() &&
-        rounded <= std::numeric_limits<std::int16_t>::max())) {
+  if (!(rounded >= std::numeric_limits<Integer>::min() && rounded <= std::numeric_limits<Integer>::max())) {
     throw RuntimeError(erro::kEstouro);
   }
-  return static_cast<std::int16_t>(rounded);
+  return static_cast<Integer>(rounded);
 }
 
-void Raise(std::int16_t& counter) { counter = ToInt16(counter + 1.0); }
+}  // namespace
+
+std::int16_t ToInt16(double number) { return Checked<std::int16_t>(number); }
+
+void Increment(std::int16_t& counter) {
+  if (counter == std::numeric_limits<std::int16_t>::max()) throw RuntimeError(erro::kEstouro);
+  ++counter;
+}
+
+std::uint8_t ToByte(double number) { return Checked<std::uint8_t>(number); }
 
 }  // namespace tremvik

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -48,12 +49,23 @@ inline constexpr std::array kKinds{
     kKindInfo<Cr28>, kKindInfo<Cr30>, kKindInfo<Cr31>,
 };
 
+/// The place in `kKinds` of the kind with that number, or the number of kinds where there is none.
+constexpr std::size_t KindOfNumber(int number) {
+  constexpr auto kPlaces = [] {
+    std::array<std::uint8_t, 100> places{};
+    places.fill(static_cast<std::uint8_t>(kKinds.size()));
+    for (std::size_t i = 0; i < kKinds.size(); ++i)
+      places[static_cast<std::size_t>(kKinds[i].number)] = static_cast<std::uint8_t>(i);
+    return places;
+  }();
+  return number >= 0 && number < 100 ? kPlaces[static_cast<std::size_t>(number)] : kKinds.size();
+}
+
 /// The kind with that two-character code, or null.
 constexpr const KindInfo* FindKind(std::string_view code) {
-  for (const auto& kind : kKinds) {
-    if (kind.code == code) return &kind;
-  }
-  return nullptr;
+  if (code.size() != 2 || code[0] < '0' || code[0] > '9' || code[1] < '0' || code[1] > '9') return nullptr;
+  const std::size_t place = KindOfNumber((code[0] - '0') * 10 + (code[1] - '0'));
+  return place < kKinds.size() ? &kKinds[place] : nullptr;
 }
 
 }  // namespace tremvik

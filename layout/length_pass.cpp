@@ -13,8 +13,9 @@
 namespace tremvik {
 namespace {
 
-void Mostrar(const LengthPassHost& host, std::string_view mensagem) {
+void Mostrar(const LengthPassHost& host, std::string_view mensagem, const FaultLocation* where = nullptr) {
   host.screen.SetPointer(ponteiro::kSeta);
+  if (where != nullptr) host.diagnostics.Inconsistencia(*where);
   host.screen.MsgBox(mensagem, estilo::kCritico, "Mensagem...");
 }
 
@@ -40,18 +41,17 @@ Fault Conferir(const TextReader::Line& line, std::int16_t numero) {
 }
 
 bool Percorrer(std::string_view path, const LengthPassHost& host, std::uint8_t& NumeroArquivoTexto) {
-  NumeroArquivoTexto = static_cast<std::uint8_t>(host.files.FreeFile());
+  NumeroArquivoTexto = ToByte(host.files.FreeFile());
   TextReader reader(host.files, NumeroArquivoTexto, path);
   std::int16_t linhas = 0;
   TextReader::Line line;
   while (!reader.AtEnd()) {
     reader.ReadLine(line);
-    Raise(linhas);
+    Increment(linhas);
     const Fault fault = Conferir(line, linhas);
     if (fault.mensagem.empty()) continue;
     reader.Close();
-    host.diagnostics.Inconsistencia(fault.where);
-    Mostrar(host, fault.mensagem);
+    Mostrar(host, fault.mensagem, &fault.where);
     return true;
   }
   reader.Close();

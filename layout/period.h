@@ -5,6 +5,9 @@
 
 namespace tremvik {
 
+/// The last period of a set that has no end.
+inline constexpr int kSemFim = 999912;
+
 /// Whole numbers from `first` to `last`, both included: reference periods AAAAMM, CFOPs, sub-items.
 struct Range {
   int first;

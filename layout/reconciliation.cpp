@@ -1,6 +1,5 @@
 #include "layout/reconciliation.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -182,8 +181,9 @@ void Contagem::ReconciliarTudo() {
 
 std::string Contagem::Divergencias(Diagnostics& diagnostics) const {
   const std::pair<std::string_view, const Totais*> tipos[] = {
-      {"05", &cr05_}, {"07", &cr07_}, {"10", &cr10_}, {"14", &cr14_}, {"18", &cr18_}, {"20", &cr20_},
-      {"25", &cr25_}, {"26", &cr26_}, {"27", &cr27_}, {"28", &cr28_}, {"30", &cr30_}, {"31", &cr31_.declaracao}};
+      {"05", &cr05_}, {"07", &cr07_}, {"10", &cr10_}, {"14", &cr14_},
+      {"18", &cr18_}, {"20", &cr20_}, {"25", &cr25_}, {"26", &cr26_},
+      {"27", &cr27_}, {"28", &cr28_}, {"30", &cr30_}, {"31", &cr31_.declaracao}};
   std::string texto;
   for (const auto& [code, totais] : tipos) {
     if (!totais->marcado) continue;
@@ -205,27 +205,20 @@ void LerRegistro(TextReader& reader, std::string& texto) {
   if (kind != nullptr) reader.ReadCharacters(static_cast<std::size_t>(kind->length), texto);
 }
 
-// The kind whose code has that value as a number, or its end.
-std::size_t KindOfNumber(double number) {
-  const auto* const kind =
-      std::ranges::find(kKinds, number, [](const KindInfo& k) { return static_cast<double>(k.number); });
-  return static_cast<std::size_t>(kind - kKinds.begin());
-}
-
 }  // namespace
 
 bool CompararTotais(std::string_view path, const ReconciliationHost& host, std::uint8_t& NumeroArquivoTexto,
                     std::int16_t& NumeroLinha) {
   host.events.Progresso();
-  NumeroArquivoTexto = static_cast<std::uint8_t>(host.files.FreeFile());
+  NumeroArquivoTexto = ToByte(host.files.FreeFile());
   TextReader reader(host.files, NumeroArquivoTexto, path);
   Contagem contagem;
   Linha linha;
   while (!reader.AtEnd()) {
     LerRegistro(reader, linha.texto);
-    Raise(NumeroLinha);
+    Increment(NumeroLinha);
     ++linha.numero;
-    const std::size_t kind = KindOfNumber(Val(Left(linha.texto, 2)));
+    const std::size_t kind = KindOfNumber(IntVal(Left(linha.texto, 2)));
     if (kind == kKinds.size()) {
       const std::string code(Left(linha.texto, 2));
       host.erro_sair(

@@ -31,7 +31,7 @@ void GravarCR28(const Record<Cr28>& r, const Record<Cr20>& ocorrencia, Component
 
 }  // namespace
 
-// The texts name three tables and two record codes between them; each holds where it stands.
+// The texts of one field name different tables and record codes; each holds where it stands.
 Verdict ValidarCR28(Pass& pass, EstadoOcorrencia& ocorrencia) {
   Record<Cr28>& r = pass.registros.RegistroCR28;
   const Record<Cr20>& pai = pass.registros.RegistroCR20;

@@ -5,7 +5,6 @@
 
 #include "checks/display.h"
 #include "checks/numbers.h"
-#include "checks/text.h"
 #include "layout/period.h"
 #include "records/cfop.h"
 #include "records/cfop_sets.h"
@@ -15,8 +14,6 @@ namespace tremvik {
 namespace {
 
 using C = Cr10;
-
-constexpr int kSempre = 999912;  // a band without end
 
 // Interstate CFOPs need interstate details, the others have none; the quantity is told with an older column.
 Verdict ValidarCfopComQ14(const Record<Cr10>& r, const Cfop& cfop) {
@@ -51,13 +48,6 @@ Verdict ValidarImposto(const Pass& pass, const Record<Cr10>& r) {
   return Accepted;
 }
 
-Refusal ForaDaTabela(const Record<Cr10>& r, const Cfop& cfop) {
-  return Refuse(
-      r, C::kCFOP, "Tabela 3, CR=10, Posição 3:",
-      "Campo CFOP Inválido (CFOP de Grupo ou não localizado na tabela para a referência informada): " +
-          Utf8(cfop.codigo));
-}
-
 // CFOPs created later than a period. The second row of 200805 compares the code with 6.36, which no code
 // equals.
 struct CriadoEm {
@@ -87,7 +77,7 @@ Verdict ValidarCfopComReferencia(const Record<Cr10>& r, const Cfop& cfop) {
   if (cfop.ref > 200212 && In(kSem2003, cfop.l4)) {
     return Refuse(
         r, C::kCFOP,
-        "Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 - CFOP = " + Utf8(cfop.codigo));
+        ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 - CFOP = ", cfop));
   }
   if (cfop.ref < 200801 && In(kDe200801, cfop.l4)) return ForaDaTabela(r, cfop);
   if (cfop.ref <= 200412 && In(kDe200501, cfop.l4)) return ForaDaTabela(r, cfop);
@@ -108,10 +98,10 @@ constexpr std::array kRetidoAte2002{Range{170, 170}, Range{180, 180}, Range{270,
 constexpr std::array kRetidoDe2003{Range{1401, 1449}, Range{2401, 2449}, Range{5401, 5449},
                                    Range{6401, 6449}, Range{1900, 1999}, Range{2900, 2999},
                                    Range{5900, 5999}, Range{6900, 6999}};
-constexpr auto kRetidoDe2004 = Mais(
+constexpr auto kRetidoDe2004 = Joined(
     kRetidoDe2003, std::array{Range{1651, 1699}, Range{2651, 2699}, Range{5651, 5699}, Range{6651, 6699}});
-constexpr auto kRetidoDe2008 = Mais(kRetidoDe2004, std::array{Range{1360, 1360}, Range{5360, 5360}});
-constexpr auto kRetidoDe200805 = Mais(kRetidoDe2008, std::array{Range{6360, 6360}});
+constexpr auto kRetidoDe2008 = Joined(kRetidoDe2004, std::array{Range{1360, 1360}, Range{5360, 5360}});
+constexpr auto kRetidoDe200805 = Joined(kRetidoDe2008, std::array{Range{6360, 6360}});
 constexpr std::array kFaixasRetido{
     FaixaRetido{{0, 200300},
                 &Cfop::l3,
@@ -129,7 +119,7 @@ constexpr std::array kFaixasRetido{
                 &Cfop::l4,
                 kRetidoDe2008,
                 "Inconsistente, Posição 3_x_99_x_114 (ImpRetSubstituido: Ref > 200712)"},
-    FaixaRetido{{200805, kSempre},
+    FaixaRetido{{200805, kSemFim},
                 &Cfop::l4,
                 kRetidoDe200805,
                 "Inconsistente, Posição 3_x_99_x_114 (ImpRetSubstituido: Ref > 200805)"},
@@ -161,7 +151,7 @@ struct RelacaoDipam {
   std::string_view segundo;
 };
 constexpr Range kDe2001Ate2002{200101, 200212};
-constexpr Range kDesde2003{200301, kSempre};
+constexpr Range kDesde2003{200301, kSemFim};
 constexpr std::array kRelacoesDipam{
     RelacaoDipam{kDe2001Ate2002, &Cfop::l3, kTransporteAte2002,
                  "Tabela 8, CR=30, Campos - Q30 ou CFOP Inconsistentes",
@@ -191,10 +181,9 @@ Verdict ValidarDipam(const Record<Cr10>& r, const Cfop& cfop, const Record<Cr05>
 
 }  // namespace
 
-Verdict ValidarCruzadoCR10(const Pass& pass) {
+Verdict ValidarCruzadoCR10(const Pass& pass, const Cfop& cfop) {
   const Record<Cr10>& r = pass.registros.RegistroCR10;
   const Record<Cr05>& cabecalho = pass.registros.RegistroDeclaracao;
-  const Cfop cfop(r, cabecalho);
   if (auto refused = ValidarCfopComQ14(r, cfop)) return refused;
   if (auto refused = ValidarImposto(pass, r)) return refused;
   if (auto refused = ValidarCfopComReferencia(r, cfop)) return refused;

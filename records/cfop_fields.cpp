@@ -73,10 +73,9 @@ Verdict ValidarValores(const Record<Cr10>& r, int ref) {
 
 }  // namespace
 
-Verdict ValidarCamposCR10(Pass& pass) {
+Verdict ValidarCamposCR10(Pass& pass, const Cfop& cfop) {
   const Record<Cr10>& r = pass.registros.RegistroCR10;
   const Record<Cr05>& cabecalho = pass.registros.RegistroDeclaracao;
-  const Cfop cfop(r, cabecalho);
   if (auto refused = ValidarCodigos(r, cfop)) return refused;
   if (auto refused = ValidarCfopNaTabela(r, cfop, pass.fixas)) return refused;
   if (auto refused = ValidarValores(r, cfop.ref)) return refused;

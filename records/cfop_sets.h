@@ -11,8 +11,8 @@ namespace tremvik {
 
 /// `first` and, behind it, `second`.
 template <std::size_t M, std::size_t N>
-[[nodiscard]] constexpr std::array<Range, M + N> Mais(const std::array<Range, M>& first,
-                                                      const std::array<Range, N>& second) {
+[[nodiscard]] constexpr std::array<Range, M + N> Joined(const std::array<Range, M>& first,
+                                                        const std::array<Range, N>& second) {
   std::array<Range, M + N> both{};
   std::ranges::copy(first, both.begin());
   std::ranges::copy(second, both.begin() + M);

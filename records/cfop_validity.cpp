@@ -26,7 +26,7 @@ ShortText Exibicao(std::string_view codigo, int ref) {
 ShortText Formatar(std::string_view pattern, std::string_view codigo) {
   ShortText digits;
   for (const char c : codigo) {
-    if (c >= '0' && c <= '9') digits.Append(c);
+    if (IsDigit(c)) digits.Append(c);
   }
   const auto places = static_cast<std::size_t>(std::ranges::count(pattern, '0'));
   ShortText padded;
@@ -43,18 +43,6 @@ ShortText Formatar(std::string_view pattern, std::string_view codigo) {
   return texto;
 }
 
-std::string ComCodigo(std::string_view texto, const Cfop& cfop) {
-  return std::string(texto) + Utf8(cfop.codigo);
-}
-
-Refusal ForaDaTabela(const Record<Cr10>& r, const Cfop& cfop) {
-  return Refuse(
-      r, C::kCFOP, "Tabela 3, CR=10, Posição 3:",
-      ComCodigo(
-          "Campo CFOP Inválido (CFOP de Grupo ou não localizado na tabela para a referência informada): ",
-          cfop));
-}
-
 }  // namespace
 
 Cfop::Cfop(const Record<Cr10>& detalhe, const Record<Cr05>& cabecalho)
@@ -66,6 +54,18 @@ Cfop::Cfop(const Record<Cr10>& detalhe, const Record<Cr05>& cabecalho)
       l3(IntVal(Left(codigo, 3))),
       l4(IntVal(Left(codigo, 4))),
       exibicao(Exibicao(codigo, ref)) {}
+
+std::string ComCodigo(std::string_view texto, const Cfop& cfop) {
+  return std::string(texto) + Utf8(cfop.codigo);
+}
+
+Refusal ForaDaTabela(const Record<Cr10>& r, const Cfop& cfop) {
+  return Refuse(
+      r, C::kCFOP, "Tabela 3, CR=10, Posição 3:",
+      ComCodigo(
+          "Campo CFOP Inválido (CFOP de Grupo ou não localizado na tabela para a referência informada): ",
+          cfop));
+}
 
 std::string_view Conjunto(int ref) {
   if (ref <= 200212) return "1";

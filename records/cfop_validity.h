@@ -1,6 +1,7 @@
 // The CFOP of a declaration's period: its display form, its table set, its rules and its description.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "checks/display.h"
@@ -21,6 +22,12 @@ struct Cfop {
   int l1, l2, l3, l4;          ///< the first one to four characters
   ShortText exibicao;          ///< "1.102", up to 200212 "1.12" or "1.12.1"
 };
+
+/// A message's text with the code behind it.
+[[nodiscard]] std::string ComCodigo(std::string_view texto, const Cfop& cfop);
+
+/// The refusal of a code that the tables do not hold for the period.
+[[nodiscard]] Refusal ForaDaTabela(const Record<Cr10>& r, const Cfop& cfop);
 
 /// The table set of a period AAAAMM: "1" up to 200212, "2" in 2003, "3" from 200401 on.
 [[nodiscard]] std::string_view Conjunto(int ref);

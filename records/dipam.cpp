@@ -1,19 +1,12 @@
 #include "records/dipam.h"
 
 #include "checks/numbers.h"
-#include "checks/text.h"
+#include "records/as_it_stands.h"
 
 namespace tremvik {
 namespace {
 
 using C = Cr30;
-
-void GravarCR30(const Record<Cr30>& r, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr30);
-  Utf8Buffer buffer;
-  gravador.Campo("Registro", Utf8(r.content(), buffer));
-  gravador.Gravar();
-}
 
 }  // namespace
 
@@ -31,7 +24,7 @@ Verdict ValidarCR30(Pass& pass) {
     if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 30) {
       return Refuse(r, C::kCr, "Tabela 08, CR=30, Campo - CR ou Q30", "Inconsistentes, Posição 1 ou 158");
     }
-    GravarCR30(r, pass.componentes);
+    GravarComoEsta(r, pass.componentes.gravador(Gravavel::kCr30));
   }
   return Accepted;
 }

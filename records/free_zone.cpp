@@ -1,26 +1,18 @@
 #include "records/free_zone.h"
 
 #include "checks/numbers.h"
-#include "checks/text.h"
+#include "records/as_it_stands.h"
 
 namespace tremvik {
 namespace {
 
 using C = Cr18;
 
-void GravarCR18(const Record<Cr18>& r, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr18);
-  Utf8Buffer buffer;
-  gravador.Campo("Registro", Utf8(r.content(), buffer));
-  gravador.Gravar();
-}
-
 }  // namespace
 
-Verdict ValidarCR18(Pass& pass) {
+Verdict ValidarCR18(Pass& pass, int quantidade) {
   Record<Cr18>& r = pass.registros.RegistroCR18;
   const Record<Cr14>& interestadual = pass.registros.RegistroCR14;
-  const int quantidade = ToInt16(interestadual[Cr14::kQ18]);
   for (int i = 0; i < quantidade; ++i) {
     pass.arquivo.Next(r);
     if (r[C::kSeparadores] != kCrLf) {
@@ -32,7 +24,7 @@ Verdict ValidarCR18(Pass& pass) {
     if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 18) {
       return Refuse(r, C::kCr, "Tabela 05, CR=18, Campo - CR ou Q18", "Inconsistentes, Posição 1 ou 141");
     }
-    GravarCR18(r, pass.componentes);
+    GravarComoEsta(r, pass.componentes.gravador(Gravavel::kCr18));
   }
   return Accepted;
 }

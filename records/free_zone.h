@@ -4,8 +4,8 @@
 
 namespace tremvik {
 
-/// Reads and checks the free-zone shipments (CR=18) that the interstate detail announces and hands each to
-/// its writer as it stands. Their content has no rules yet.
-Verdict ValidarCR18(Pass& pass);
+/// Reads and checks `quantidade` free-zone shipments (CR=18) of the current interstate detail and hands each
+/// to its writer as it stands. Their content has no rules yet.
+Verdict ValidarCR18(Pass& pass, int quantidade);
 
 }  // namespace tremvik

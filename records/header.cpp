@@ -16,22 +16,6 @@ using C = Cr05;
 constexpr std::string_view kCnaeZero = "0000000";
 constexpr std::string_view kChaveZero = "00000000000000000000000000000000";
 
-// The quantities of details are told with the column of the quantity before them.
-Verdict GuardarQuantidades(const Record<Cr05>& r, EstadoDeclaracao& declaracao) {
-  declaracao.QtdeCR10 = ToInt16(r[C::kQ10]);
-  declaracao.QtdeCR07 = ToInt16(r[C::kQ07]);
-  declaracao.QtdeCR20 = ToInt16(r[C::kQ20]);
-  if (Val(r[C::kQ30]) != 0 && r[C::kRef] < "200101") {
-    return Refuse(r, C::kQ30, "Tabela 2, CR=05 Campo - Ref x Q30 :", "inconsistentes, Posição 38 ");
-  }
-  declaracao.QtdeCR30 = ToInt16(r[C::kQ30]);
-  if (Val(r[C::kQ31]) > 0 && r[C::kRef] < "200201") {
-    return Refuse(r, C::kQ31, "Tabela 2, CR=05 Campo - Ref x Q31 :", "inconsistentes, Posição 38_x_158 ");
-  }
-  declaracao.QtdeCR31 = ToInt16(r[C::kQ31]);
-  return Accepted;
-}
-
 Verdict ValidarContribuinte(const Record<Cr05>& r, Components& componentes) {
   if (LefRigNumChr(r[C::kCr])) {
     return Refuse(r, C::kCr, "Tabela 2, CR=05, Campo - CR", "Inconsistentes, Posição 1");
@@ -95,6 +79,7 @@ Verdict ValidarRegimeEReferencia(const Record<Cr05>& r) {
   return Accepted;
 }
 
+// The quantities and the separators are told with the column of the field before them.
 Verdict ValidarDemaisCampos(const Record<Cr05>& r) {
   if (LefRigNumChr(r[C::kTipo]) || Val(r[C::kTipo]) > 3) {
     return Refuse(r, C::kTipo, "Tabela 2, CR=05, Campo - Tipo", "Inconsistente, Posição 50 ");
@@ -140,9 +125,23 @@ Verdict ValidarDemaisCampos(const Record<Cr05>& r) {
   return Accepted;
 }
 
+Verdict GuardarQuantidades(const Record<Cr05>& r, EstadoDeclaracao& declaracao) {
+  declaracao.QtdeCR10 = ToInt16(r[C::kQ10]);
+  declaracao.QtdeCR07 = ToInt16(r[C::kQ07]);
+  declaracao.QtdeCR20 = ToInt16(r[C::kQ20]);
+  if (Val(r[C::kQ30]) != 0 && r[C::kRef] < "200101") {
+    return Refuse(r, C::kQ30, "Tabela 2, CR=05 Campo - Ref x Q30 :", "inconsistentes, Posição 38 ");
+  }
+  declaracao.QtdeCR30 = ToInt16(r[C::kQ30]);
+  if (Val(r[C::kQ31]) > 0 && r[C::kRef] < "200201") {
+    return Refuse(r, C::kQ31, "Tabela 2, CR=05 Campo - Ref x Q31 :", "inconsistentes, Posição 38_x_158 ");
+  }
+  declaracao.QtdeCR31 = ToInt16(r[C::kQ31]);
+  return Accepted;
+}
+
 // Only regime 2 carries an initial reference: in the reference's half-year and not after it.
-Verdict ValidarRefInicial(const Record<Cr05>& r) {
-  const int regime = IntVal(r[C::kRegTrib]);
+Verdict ValidarRefInicial(const Record<Cr05>& r, int regime) {
   if (regime != 2) {
     if (Val(r[C::kRefInicial]) > 0) {
       return Refuse(r, C::kRefInicial, "Tabela 2, CR=05, Campo - RefInicial", "Inválido, Posição 44");
@@ -172,7 +171,7 @@ Verdict ValidarCR05(Pass& pass, EstadoCabecalhos& cabecalhos) {
   if (auto refused = ValidarRegimeEReferencia(r)) return refused;
   if (auto refused = ValidarDemaisCampos(r)) return refused;
   if (auto refused = GuardarQuantidades(r, pass.declaracao)) return refused;
-  Raise(cabecalhos.ContCR05);
+  Increment(cabecalhos.ContCR05);
   return Accepted;
 }
 
@@ -185,7 +184,7 @@ Verdict ValidarCR05Cruzado(const Pass& pass, EstadoCabecalhos& cabecalhos) {
     return Refuse(r, C::kIE, "Tabela 2, CR=05, Campo - IE_x_Ref",
                   "Duplicado ou fora de seqüência. Posição 3_x_18");
   }
-  if (auto refused = ValidarRefInicial(r)) return refused;
+  if (auto refused = ValidarRefInicial(r, regime)) return refused;
   if (regime == 3 && Val(r[C::kRef]) >= 200308 && r[C::kCNAE] != kCnaeZero) {
     return Refuse(r, C::kCNAE, "CNAE " + Utf8(r[C::kCNAE]) + " Inválido para RegTrib = 3 e Ref >= 200308",
                   "Tabela 2, CR=05, Posição 29");

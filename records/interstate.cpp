@@ -1,20 +1,13 @@
 #include "records/interstate.h"
 
 #include "checks/numbers.h"
-#include "checks/text.h"
+#include "records/as_it_stands.h"
 #include "records/free_zone.h"
 
 namespace tremvik {
 namespace {
 
 using C = Cr14;
-
-void GravarCR14(const Record<Cr14>& r, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr14);
-  Utf8Buffer buffer;
-  gravador.Campo("Registro", Utf8(r.content(), buffer));
-  gravador.Gravar();
-}
 
 }  // namespace
 
@@ -35,10 +28,8 @@ Verdict ValidarCR14(Pass& pass) {
     if (LefRigNumChr(r[C::kQ18])) {
       return Refuse(r, C::kQ18, "Tabela 04, CR=14, Campo - Q18", "Inconsistente, Posição 141");
     }
-    GravarCR14(r, pass.componentes);
-    if (ToInt16(r[C::kQ18]) > 0) {
-      if (auto refused = ValidarCR18(pass)) return refused;
-    }
+    GravarComoEsta(r, pass.componentes.gravador(Gravavel::kCr14));
+    if (auto refused = ValidarCR18(pass, ToInt16(r[C::kQ18]))) return refused;
   }
   return Accepted;
 }

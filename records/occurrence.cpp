@@ -22,8 +22,7 @@ Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, const ShortText&
   if (LefRigNumChr(r[C::kCodSubItem])) {
     return Refuse(r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem", "Inconsistente, Posição 3");
   }
-  const ShortText chave = ShortText(r[C::kCodSubItem]).Append(r[C::kPropriaOuST]);
-  if (Right(r[C::kCodSubItem], 2) != "99" && ChaveAnteriorCR20.view() >= chave.view()) {
+  if (Right(r[C::kCodSubItem], 2) != "99" && ChaveAnteriorCR20.view() >= ChaveCR20(r).view()) {
     return Refuse(r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem",
                   "duplicado ou fora de sequência, Posição 3");
   }
@@ -33,8 +32,9 @@ Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, const ShortText&
 void GravarCR20(const Record<Cr20>& r, Components& componentes) {
   Gravador& gravador = componentes.gravador(Gravavel::kCr20);
   Utf8Buffer buffer;
-  GravarChaveOcorrencia(r, gravador);
+  gravador.Campo(C::kCodSubItem.name, Mascara(kMascaraSubItem, r[C::kCodSubItem]));
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));
+  gravador.Campo(C::kPropriaOuST.name, r[C::kPropriaOuST]);
   gravador.Campo(C::kFLegal.name, Utf8(TrimEnd(r[C::kFLegal]), buffer));
   gravador.Campo(C::kOcorrencia.name, Utf8(TrimEnd(r[C::kOcorrencia]), buffer));
   for (const auto& field : {C::kQ25, C::kQ26, C::kQ27, C::kQ28})
@@ -79,7 +79,7 @@ Verdict ValidarSomas(const Record<Cr20>& r, const EstadoOcorrencia& ocorrencia) 
 }  // namespace
 
 void GravarChaveOcorrencia(const Record<Cr20>& ocorrencia, Gravador& gravador) {
-  gravador.Campo(C::kCodSubItem.name, Mascara("@@@.@@", ocorrencia[C::kCodSubItem]));
+  gravador.Campo(C::kCodSubItem.name, Mascara(kMascaraSubItem, ocorrencia[C::kCodSubItem]));
   gravador.Campo(C::kPropriaOuST.name, ocorrencia[C::kPropriaOuST]);
 }
 
@@ -94,8 +94,8 @@ Verdict ValidarCR20(Pass& pass) {
     pass.arquivo.Next(r);
     if (auto refused = ValidarLeitura(pass, r, ChaveAnteriorCR20)) return refused;
     if (auto refused = ValidarQuantidadesDoPeriodo(r, ref)) return refused;
-    if (auto refused = ValidarSubItemDoPeriodo(r, cabecalho, vistos)) return refused;
-    ChaveAnteriorCR20 = ShortText(r[C::kCodSubItem]).Append(r[C::kPropriaOuST]);
+    if (auto refused = ValidarSubItemDoPeriodo(r, cabecalho, ref, vistos)) return refused;
+    ChaveAnteriorCR20 = ChaveCR20(r);
     if (auto refused = ValidarQuantidadesDoSubItem(r)) return refused;
     if (auto refused = ValidarCamposCR20(pass, ocorrencia)) return refused;
     if (auto refused = ValidarCruzadoCR20(r)) return refused;

@@ -11,14 +11,11 @@ namespace {
 
 using C = Cr20;
 
-// The sub-item as the reference table writes it: "00223" is "002.23".
-ShortText Chave(const Record<Cr20>& r) { return Mascara("@@@.@@", r[C::kCodSubItem]); }
-
 // Sub-items that carry a legal basis and a text: the ones ending in 99, and only they.
 Verdict ValidarTextos(const Record<Cr20>& r) {
-  const bool e_99 = SubItem(r).right2 == "99";
+  const bool termina_em_99 = SubItem(r).right2 == "99";
   const bool sem_textos = IsBlank(r[C::kFLegal]) && IsBlank(r[C::kOcorrencia]);
-  if (e_99 == sem_textos) {
+  if (termina_em_99 == sem_textos) {
     return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem_e_FLegal_ou_Ocorrência",
                   "Inconsistente, Posição 3_e_24_ou_124");
   }
@@ -32,6 +29,8 @@ SubItem::SubItem(const Record<Cr20>& r)
       right2(Right(codigo, 2)),
       right3(IntVal(Right(codigo, 3))),
       numero(IntVal(codigo)) {}
+
+ShortText ChaveCR20(const Record<Cr20>& r) { return ShortText(r[C::kCodSubItem]).Append(r[C::kPropriaOuST]); }
 
 Verdict ValidarQuantidadesDoSubItem(const Record<Cr20>& r) {
   constexpr std::array kComQ25{Range{218, 219}, Range{225, 226}, Range{729, 730}, Range{747, 748},
@@ -69,8 +68,7 @@ Verdict ValidarCamposCR20(const Pass& pass, EstadoOcorrencia& ocorrencia) {
   if (LefRigNumChr(r[C::kCodSubItem]) || Val(r[C::kCodSubItem]) <= 0) {
     return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem", "Inconsistente, Posição 3");
   }
-  Utf8Buffer tipo;
-  if (pass.fixas.NaoExisteEmFixas("20", Chave(r), Utf8(r[C::kPropriaOuST], tipo))) {
+  if (pass.fixas.NaoExisteEmFixas("20", Mascara(kMascaraSubItem, r[C::kCodSubItem]), r[C::kPropriaOuST])) {
     return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
                   "Não encontrado na tabela, Posição 3");
   }

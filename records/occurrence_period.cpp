@@ -7,9 +7,26 @@
 #include "records/occurrence_rules.h"
 
 namespace tremvik {
-namespace {
 
 using C = Cr20;
+
+Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, int ref) {
+  const SubItem sub_item(r);
+  constexpr Range k704a707{704, 707};
+  if (ref < 200201 && Val(r[C::kQ25]) > 0 && !k704a707.Holds(sub_item.numero)) {
+    return Refuse(r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ");
+  }
+  if (ref < 200201 && (Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0)) {
+    return Refuse(r, Val(r[C::kQ26]) > 0 ? C::kQ26 : C::kQ27, "Tabela 06, CR=20, Campo - Q26 _x_Q27",
+                  "Posição 428_x_432. Inconsistente ");
+  }
+  if (ref < 200801 && Val(r[C::kQ28]) > 0) {
+    return Refuse(r, C::kQ28, "Tabela 06, CR=20, Campo - Q28", "Posição 433_x437. Inconsistente ");
+  }
+  return Accepted;
+}
+
+namespace {
 
 enum class Operacoes { kQuaisquer, kProprias };
 
@@ -21,7 +38,7 @@ struct Vedado {
   std::string_view primeiro = "Tabela 06, CR=20, Campo - CódSubitem";
 };
 constexpr Range Antes(int ref) { return {0, ref - 1}; }
-constexpr Range Depois(int ref) { return {ref + 1, 999999}; }
+constexpr Range Depois(int ref) { return {ref + 1, kSemFim}; }
 constexpr std::array kAte201004{201, 203, 204, 702, 703, 704, 705, 706, 707};
 constexpr std::array kCredAcumulado{220, 221, 740, 741};
 constexpr std::array k223{223};
@@ -49,6 +66,7 @@ constexpr std::array kVedadosDepois{
     Vedado{Antes(201111), Operacoes::kQuaisquer, k224_746},
     Vedado{Antes(201201), Operacoes::kQuaisquer, k225_747},
     Vedado{Depois(201112), Operacoes::kQuaisquer, k205},
+    Vedado{Antes(201301), Operacoes::kQuaisquer, k226_748},
 };
 
 Verdict ValidarVedados(const Record<Cr20>& r, std::span<const Vedado> vedados, int ref) {
@@ -62,7 +80,8 @@ Verdict ValidarVedados(const Record<Cr20>& r, std::span<const Vedado> vedados, i
   return Accepted;
 }
 
-// Sub-items 218, 219, 729 and 730 exclude each other within a declaration, but for 730 after 219.
+// Sub-items 218, 219, 729 and 730 exclude each other within a declaration; after 219 alone, only 729 is
+// refused.
 Verdict ValidarExclusao(const Record<Cr20>& r, SubItensVistos& vistos) {
   const int n = SubItem(r).right3;
   vistos.VistoSubItem218 = vistos.VistoSubItem218 || n == 218;
@@ -94,25 +113,8 @@ Verdict ValidarContribuinte(const Record<Cr20>& r, const Record<Cr05>& cabecalho
 
 }  // namespace
 
-Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, int ref) {
-  const SubItem sub_item(r);
-  constexpr Range k704a707{704, 707};
-  if (ref < 200201 && Val(r[C::kQ25]) > 0 && !k704a707.Holds(sub_item.numero)) {
-    return Refuse(r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ");
-  }
-  if (ref < 200201 && (Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0)) {
-    return Refuse(r, Val(r[C::kQ26]) > 0 ? C::kQ26 : C::kQ27, "Tabela 06, CR=20, Campo - Q26 _x_Q27",
-                  "Posição 428_x_432. Inconsistente ");
-  }
-  if (ref < 200801 && Val(r[C::kQ28]) > 0) {
-    return Refuse(r, C::kQ28, "Tabela 06, CR=20, Campo - Q28", "Posição 433_x437. Inconsistente ");
-  }
-  return Accepted;
-}
-
-Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabecalho,
+Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabecalho, int ref,
                                 SubItensVistos& vistos) {
-  const int ref = IntVal(cabecalho[Cr05::kRef]);
   const SubItem sub_item(r);
   if (auto refused = ValidarVedados(r, kVedados, ref)) return refused;
   if (ref > 200112) {
@@ -120,10 +122,6 @@ Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabec
   }
   if (auto refused = ValidarVedados(r, kVedadosDepois, ref)) return refused;
   if (ref > 201112 && sub_item.right3 == 701 && r[C::kPropriaOuST] == "0") {
-    return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
-                  "inconsistente para esta referencia, Posição 3");
-  }
-  if (ref < 201301 && In(k226_748, sub_item.right3)) {
     return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
                   "inconsistente para esta referencia, Posição 3");
   }

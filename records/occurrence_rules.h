@@ -1,9 +1,9 @@
 // The rules of one occurrence record, in the groups in which they apply.
 #pragma once
 
-#include <array>
 #include <string_view>
 
+#include "checks/display.h"
 #include "layout/cr05.h"
 #include "layout/cr20.h"
 #include "layout/estado.h"
@@ -37,10 +37,14 @@ struct SubItensVistos {
 Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, int ref);
 
 /// Sub-items that a period, a declaration or a contributor must not use.
-Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabecalho, SubItensVistos& vistos);
+Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabecalho, int ref,
+                                SubItensVistos& vistos);
 
 /// Quantities that a sub-item must not announce or must announce.
 Verdict ValidarQuantidadesDoSubItem(const Record<Cr20>& r);
+
+/// What orders the occurrences of a declaration: the sub-item's code and the kind of operations.
+[[nodiscard]] ShortText ChaveCR20(const Record<Cr20>& r);
 
 /// Field checks; when all pass, the pending quantities of `ocorrencia` are set.
 Verdict ValidarCamposCR20(const Pass& pass, EstadoOcorrencia& ocorrencia);

@@ -18,7 +18,7 @@ namespace {
 
 using C = Cr07;
 
-constexpr int kMaisPagamentos = 5;  // of each kind in a declaration
+constexpr int kMaximoDePagamentos = 5;  // of each kind in a declaration
 
 // From the first day of the reference month to the last day of the second month after it, as numbers
 // AAAAMMDD.
@@ -71,7 +71,7 @@ class Pagamentos {
     vistos_.at(quantos_++) = chave;
     return true;
   }
-  void Contar(const Record<Cr07>& r) { Raise(Val(r[C::kPropriaOuST]) == 0 ? proprias_ : st_); }
+  void Contar(const Record<Cr07>& r) { Increment(Val(r[C::kPropriaOuST]) == 0 ? proprias_ : st_); }
 
   [[nodiscard]] std::int16_t proprias() const { return proprias_; }
   [[nodiscard]] std::int16_t st() const { return st_; }
@@ -85,7 +85,7 @@ class Pagamentos {
     return chave;
   }
 
-  std::array<Chave, 2 * kMaisPagamentos + 1> vistos_{};  // the one too many is seen before it is counted
+  std::array<Chave, 2 * kMaximoDePagamentos + 1> vistos_{};  // the one too many is seen before it is counted
   std::size_t quantos_ = 0;
   std::int16_t proprias_ = 0;
   std::int16_t st_ = 0;
@@ -118,11 +118,11 @@ Verdict ValidarCR07(Pass& pass) {
     }
     if (auto refused = ValidarCamposCR07(r, cabecalho[Cr05::kRef])) return refused;
     pagamentos.Contar(r);
-    if (pagamentos.proprias() > kMaisPagamentos) {
+    if (pagamentos.proprias() > kMaximoDePagamentos) {
       return Refuse(r, C::kPropriaOuST, "Tabela 20, CR=07 Campo - PrópriaOUST",
                     "Quantidades de detalhamento de pagamentos de operações próprias maior que 5");
     }
-    if (pagamentos.st() > kMaisPagamentos) {
+    if (pagamentos.st() > kMaximoDePagamentos) {
       return Refuse(r, C::kPropriaOuST, "Tabela 20, CR=07 Campo - PrópriaOUST",
                     "Quantidades de detalhamento de pagamentos de operações ST maior que 5");
     }

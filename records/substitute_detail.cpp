@@ -1,6 +1,7 @@
 #include "checks/dates.h"
 #include "checks/display.h"
 #include "checks/numbers.h"
+#include "checks/text.h"
 #include "records/occurrence_details.h"
 #include "records/occurrence_rules.h"
 
@@ -14,7 +15,8 @@ Verdict ValidarCamposCR26(const Record<Cr26>& r, Components& componentes) {
   if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 26) {
     return Refuse(r, C::kCr, "Tabela 16, CR=26, Campo - CR", "Inconsistentes, Posição 1");
   }
-  if (!componentes.documentos().ValidarIE(r[C::kIESubstituto])) {
+  Utf8Buffer ie;  // no numeric test stands before the host's
+  if (!componentes.documentos().ValidarIE(Utf8(r[C::kIESubstituto], ie))) {
     return Refuse(r, C::kIESubstituto, "Tabela 16, CR=26, Campo - IESubstituto", "Inválida, Posição 3");
   }
   if (LefRigNumChr(r[C::kNF])) {
