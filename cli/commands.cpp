@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
 #include "adapters/sqlite/reference_tables.h"
 #include "cli/file_names.h"
@@ -68,8 +70,14 @@ void WriteProblems(const std::vector<std::string>& problems, Output& out) {
   out.Write(Count(problems.size(), "problema", "problemas") + ".\n");
 }
 
-Saida BuildTables(const Pedido& pedido, Output& out) {
+Saida BuildTables(const Pedido& pedido, Output& out, Output& err) {
   const std::string& file = pedido.arquivos.front();
+  std::error_code ignored;
+  if (!pedido.dados.empty() && !std::filesystem::is_directory(pedido.dados, ignored)) {
+    err.Write("tremvik: a pasta \"" + Visible(pedido.dados) +
+              "\" não existe ou não pode ser lida. Confira --dados.\n");
+    return Saida::kAmbiente;
+  }
   if (pedido.dados.empty()) {
     ConstruirTabelasPadrao(file);
   } else if (const auto problems = ConstruirTabelas(pedido.dados, file); !problems.empty()) {
@@ -102,7 +110,7 @@ Saida Dispatch(const Pedido& pedido, const Terminal& terminal, Output& out, Outp
     case Verbo::kExemplo:
       return WriteSample(pedido, out, err);
     case Verbo::kConstruirTabelas:
-      return BuildTables(pedido, out);
+      return BuildTables(pedido, out, err);
     case Verbo::kVerificarTabelas:
       return CheckTables(pedido, out);
   }

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <charconv>
 
+#include "adapters/sqlite/declaration_store.h"
 #include "cli/text.h"
 
 namespace tremvik::cli {
@@ -83,6 +84,10 @@ std::string Remedy(const RuntimeError& error, const std::string& folder) {
     case erro::kSintaxeDaConsulta:
     case erro::kTabelaNaoEncontrada:
     case erro::kFormatoDesconhecido:
+      if (error.description().find(arquivo::kDeclaracoes) != std::string::npos) {
+        return "as declarações guardadas na pasta " + name + " não podem ser lidas" + what +
+               ". Ponha de volta uma cópia de segurança desse arquivo ou use outra pasta com --pasta.";
+      }
       return "um banco de dados da pasta " + name + " falta, está danificado ou é de outra versão" + what +
              ". Confira as tabelas com \"tremvik tabelas verificar\" e refaça-as com \"tremvik tabelas construir\".";
     case erro::kCaminhoNaoEncontrado:

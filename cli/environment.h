@@ -28,6 +28,9 @@ enum class Saida {
 /// What is wrong with the input file before anything is read of it, with what to do; empty when nothing is.
 [[nodiscard]] std::string ProblemOfFile(const std::string& path);
 
+/// " (erro N: description)".
+[[nodiscard]] std::string InWords(const RuntimeError& error);
+
 /// An error of the folder, its databases or the machine as a sentence that says what to do.
 [[nodiscard]] std::string Remedy(const RuntimeError& error, const std::string& folder);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 #include "cli/faulty_line.h"
@@ -54,11 +55,11 @@ struct Window {
   bool cut_after = false;
 };
 
-// A line that does not fit is shown from its beginning where that holds the field, else from a third of the
-// room before the field on.
+// A line that does not fit is shown from its beginning where that holds the field or begins it early, else
+// from a third of the room before the field on.
 Window Around(const Columns& field, std::int64_t line_end, std::int64_t room) {
   if (line_end <= room) return {1, line_end, false, false};
-  if (field.last < room) return {1, room - 1, false, true};
+  if (field.last < room || field.first <= room / 3) return {1, room - 1, false, true};
   const std::int64_t width = std::min(field.last - field.first + 1, room);
   const std::int64_t before = std::max<std::int64_t>(3, (room - width) / 3);
   Window window;
@@ -115,7 +116,7 @@ int NamedLine(std::string_view message) {
   return line;
 }
 
-std::string Notes(const Fault& fault, std::string_view message, std::int64_t length) {
+std::string Notes(const Fault& fault, std::string_view message) {
   std::string notes;
   const int named_line = NamedLine(message);
   if (named_line > 0 && named_line != fault.linha) {
@@ -129,10 +130,13 @@ std::string Notes(const Fault& fault, std::string_view message, std::int64_t len
              (field.first == field.last ? "a " : "as ") + InWords(field) + ".\n";
   }
   const KindInfo* kind = FindKind(fault.registro);
-  if (fault.MarksLength() && kind != nullptr) {
-    notes += "Nota: a linha tem " + Count(static_cast<std::uint64_t>(length), "caractere", "caracteres") +
-             "; o registro " + fault.registro + " tem exatamente " + std::to_string(kind->length) + ".\n";
-  }
+  if (!fault.MarksLength() || kind == nullptr) return notes;
+  const bool longer = fault.posicao > kind->length;
+  const auto length = static_cast<std::uint64_t>(longer ? field.last : field.first - 1);
+  const bool counted = fault.largura < std::numeric_limits<int>::max();
+  notes += std::string("Nota: a linha tem ") + (counted ? "" : "mais de ") +
+           Count(length, "caractere", "caracteres") + "; o registro " + fault.registro + " tem exatamente " +
+           std::to_string(kind->length) + ".\n";
   return notes;
 }
 
@@ -164,11 +168,11 @@ std::string RenderFault(const Fault& fault, const std::string& path, std::string
     return Styled(Padded(number, kNumberWidth, true).append(kBar), Style::kDim, look.colour);
   };
   std::string out = Styled(InWords(fault), Style::kBold, look.colour) + "\n";
-  const auto line = FindLine(path, fault.linha);
+  const Columns field = ColumnsOf(fault);
+  const auto room = static_cast<std::int64_t>(look.width - kNumberWidth - Cells(kBar));
+  const auto line = FindLine(path, fault.linha, std::max<std::int64_t>(field.first, 1) + 2 * room);
   if (!line) return out + "O arquivo termina antes da linha " + std::to_string(fault.linha) + ".\n";
 
-  const Columns field = ColumnsOf(fault);
-  const std::int64_t room = static_cast<std::int64_t>(look.width - kNumberWidth - Cells(kBar));
   const Window window = Around(field, std::max(line->length, field.last), room);
   // What stands where the line end should be is shown too; missing characters are not there to be shown.
   const std::int64_t end = fault.campo == "Separadores" ? window.last : std::min(window.last, line->length);
@@ -182,7 +186,7 @@ std::string RenderFault(const Fault& fault, const std::string& path, std::string
   if (!carets.empty()) {
     out.append(gutter("")).append(blank).append(Styled(carets, Style::kFault, look.colour)).append("\n");
   }
-  return out + Notes(fault, message, line->length);
+  return out + Notes(fault, message);
 }
 
 }  // namespace tremvik::cli

@@ -8,11 +8,12 @@
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <string_view>
 
 namespace tremvik::cli {
 namespace {
 
-// A regular file, read forward one byte at a time or at a place. One that cannot be opened is empty.
+// A regular file, read forward through a buffer or at a place. One that cannot be opened is empty.
 class ByteReader {
  public:
   static constexpr int kEnd = -1;
@@ -29,13 +30,15 @@ class ByteReader {
   ByteReader(const ByteReader&) = delete;
   ByteReader& operator=(const ByteReader&) = delete;
 
-  int Peek() {
+  int Peek() { return Buffered().empty() ? kEnd : static_cast<unsigned char>(buffer_[next_]); }
+  // What is in the buffer and not yet skipped; empty only at the end of the file.
+  std::string_view Buffered() {
     if (next_ == filled_) Fill();
-    return filled_ == 0 ? kEnd : static_cast<unsigned char>(buffer_[next_]);
+    return {buffer_.data() + next_, filled_ - next_};
   }
-  void Skip() {
-    ++next_;
-    ++offset_;
+  void Skip(std::size_t count) {
+    next_ += count;
+    offset_ += static_cast<std::int64_t>(count);
   }
   [[nodiscard]] std::int64_t offset() const { return offset_; }
   [[nodiscard]] std::int64_t size() const { return size_; }
@@ -63,27 +66,34 @@ class ByteReader {
   std::array<char, 64UL * 1024> buffer_{};
 };
 
-void SkipContent(ByteReader& reader) {
-  for (int c = reader.Peek(); c != ByteReader::kEnd && c != '\n' && c != '\r'; c = reader.Peek())
-    reader.Skip();
+// Skips to the line's end, at most `longest` characters.
+void SkipContent(ByteReader& reader, std::int64_t longest = std::numeric_limits<std::int64_t>::max()) {
+  const std::int64_t begin = reader.offset();
+  for (auto ahead = reader.Buffered(); !ahead.empty(); ahead = reader.Buffered()) {
+    ahead = ahead.substr(0, static_cast<std::size_t>(longest - (reader.offset() - begin)));
+    const std::size_t line_feed = std::min(ahead.find('\n'), ahead.size());
+    const std::size_t end = std::min(ahead.substr(0, line_feed).find('\r'), line_feed);
+    reader.Skip(end);
+    if (end < ahead.size() || reader.offset() - begin == longest) return;
+  }
 }
 
 void SkipLine(ByteReader& reader) {
   SkipContent(reader);
   const bool carriage_return = reader.Peek() == '\r';
-  if (reader.Peek() != ByteReader::kEnd) reader.Skip();
-  if (carriage_return && reader.Peek() == '\n') reader.Skip();
+  if (reader.Peek() != ByteReader::kEnd) reader.Skip(1);
+  if (carriage_return && reader.Peek() == '\n') reader.Skip(1);
 }
 
 }  // namespace
 
-std::optional<LineSpan> FindLine(const std::string& path, int line) {
+std::optional<LineSpan> FindLine(const std::string& path, int line, std::int64_t longest) {
   ByteReader reader(path);
   for (int skipped = 1; skipped < line && reader.Peek() != ByteReader::kEnd; ++skipped)
     SkipLine(reader);
   if (line < 1 || reader.Peek() == ByteReader::kEnd) return std::nullopt;
   const std::int64_t begin = reader.offset();
-  SkipContent(reader);
+  SkipContent(reader, longest);
   return LineSpan{begin, reader.offset() - begin};
 }
 

@@ -33,7 +33,7 @@ Importer::Importer(const RunOptions& options, const Terminal& terminal, Output& 
     : options_(options),
       out_(out),
       err_(err),
-      bar_(terminal.bar && !options.many, terminal.colour),
+      bar_(terminal.bar && !options.many && !(options.json && terminal.out), terminal.colour),
       console_(ConsoleOptions(options, terminal), options.many ? messages_ : out, err, bar_),
       host_({.pasta = options.pasta, .modo = options.modo}, console_, bar_, console_) {}
 
@@ -106,7 +106,8 @@ void Importer::Summarize(const std::string& path, const Verdict& verdict) {
   }
   if (options_.many) {
     const std::string messages = messages_.Take();
-    out_.Write(Visible(path) + (accepted ? ": aceito (" + counts + ")\n" : ": recusado\n"));
+    const std::string refused = verdict.saida == Saida::kRecusado ? ": recusado\n" : ": não validado\n";
+    out_.Write(Visible(path) + (accepted ? ": aceito (" + counts + ")\n" : refused));
     out_.Write(messages.empty() ? messages : messages + "\n");
   } else if (!accepted) {
     if (options_.modo == Modo::kImportar) out_.Write("Nada foi guardado.\n");
