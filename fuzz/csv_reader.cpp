@@ -1,0 +1,67 @@
+// The CSV reader of the reference tables' builder: what it read and wrote again reads the same.
+#include "adapters/sqlite/csv_reader.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "fuzz/target.h"
+
+namespace tremvik::fuzz {
+namespace {
+
+using Records = std::vector<std::vector<std::string>>;
+
+// Nothing when the text is not well formed.
+std::optional<Records> Read(std::string_view text) {
+  Records records;
+  try {
+    CsvReader reader(text);
+    std::vector<std::string> fields;
+    int last_line = 0;
+    while (reader.Next(fields)) {
+      Expect(reader.linha() > last_line, "records begin on later and later lines");
+      Expect(!fields.empty(), "a record has a field");
+      last_line = reader.linha();
+      records.push_back(fields);
+    }
+  } catch (const CsvError& error) {
+    const auto lines = 1 + std::ranges::count(text, '\n');
+    Expect(error.linha >= 1 && error.linha <= lines, "the fault lies on a line of the text");
+    Expect(!error.texto.empty(), "a fault has a text");
+    return std::nullopt;
+  }
+  return records;
+}
+
+std::string Write(const Records& records) {
+  std::string text;
+  for (const auto& record : records) {
+    for (const std::string& field : record) {
+      text += '"';
+      for (const char c : field)
+        text.append(c == '"' ? 2 : 1, c);
+      text += "\",";
+    }
+    text.back() = '\n';
+  }
+  return text;
+}
+
+}  // namespace
+
+const std::size_t kFileAt = std::string_view::npos;
+
+void CheckCsvReader(std::string_view text) {
+  const auto records = Read(text);
+  if (!records) return;
+  Expect(Read(Write(*records)) == records, "what was read, written and read again is the same");
+}
+
+}  // namespace tremvik::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  tremvik::fuzz::CheckCsvReader(tremvik::fuzz::AsText(data, size));
+  return 0;
+}

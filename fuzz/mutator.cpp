@@ -1,0 +1,208 @@
+#include "fuzz/mutator.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "adapters/local/documents.h"
+#include "cli/exemplo/documentos.h"
+#include "cli/exemplo/exemplo.h"
+#include "cli/exemplo/sorteio.h"
+#include "fuzz/repairs.h"
+#include "layout/kinds.h"
+
+namespace tremvik::fuzz {
+namespace {
+
+using exemplo::Sorteio;
+
+// Values around which rules change, by field.
+struct Interesting {
+  std::string_view campo;
+  std::vector<std::string_view> values;
+};
+
+const std::vector<Interesting>& Dictionary() {
+  static const std::vector<Interesting> kValues{
+      {"RegTrib", {"01", "02", "03", "04", "00", "05"}},
+      {"Ref",
+       {"200006", "200007", "200012", "200101", "200112", "200201", "200212", "200301", "200307", "200308",
+        "200312", "200401", "200412", "200501", "200512", "200601", "200606", "200607", "200712", "200801",
+        "200804", "200805", "200906", "200907", "201001", "201003", "201004", "201005", "201007", "201011",
+        "201101", "201110", "201111", "201112", "201201", "201212", "201301", "201313"}},
+      {"CFOP",
+       {"111000", "199000", "196000", "185000", "511000", "561000", "570000", "611000", "719000", "110100",
+        "112800", "136000", "140100", "150500", "160200", "160500", "165100", "193000", "193400", "210100",
+        "250500", "510100", "510900", "515300", "530100", "535100", "536000", "540100", "560200", "560500",
+        "560600", "566700", "592700", "593300", "610100", "635900", "636000", "710100", "766700", "799900"}},
+      {"CódSubItem",
+       {"00201", "00203", "00205", "00210", "00211", "00218", "00219", "00220", "00221", "00223", "00224",
+        "00225", "00226", "00299", "00399", "00701", "00702", "00704", "00707", "00715", "00729", "00730",
+        "00740", "00741", "00742", "00744", "00745", "00746", "00747", "00748", "00799", "00899", "01499"}},
+      {"Separadores", {"\n\r", "\r\r", "\n\n", "  "}},
+  };
+  return kValues;
+}
+
+std::size_t Below(Sorteio& draw, std::size_t end) { return draw.Entre<std::size_t>(0, end - 1); }
+
+// Any byte, line ends rarely: they hide every change behind a wrong length.
+char RandomByte(Sorteio& draw) {
+  const char byte = static_cast<char>(draw.Entre(0, 255));
+  return (byte == '\r' || byte == '\n') && draw.Chance(90) ? '\0' : byte;
+}
+
+std::string RandomText(Sorteio& draw, std::size_t width) {
+  std::string text;
+  while (text.size() < width)
+    text += RandomByte(draw);
+  return text;
+}
+
+// The field of another record of the same kind.
+std::string Borrowed(Sorteio& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field) {
+  std::vector<std::string> texts;
+  for (const std::string& line : lines) {
+    const std::string text = FieldText(line, field);
+    if (KindOf(line) == &kind && !text.empty()) texts.push_back(text);
+  }
+  return texts.empty() ? std::string() : texts[Below(draw, texts.size())];
+}
+
+std::string NewText(Sorteio& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field,
+                    std::string text) {
+  const auto known = std::ranges::find(Dictionary(), field.name, &Interesting::campo);
+  if (known != Dictionary().end() && draw.Chance(60)) {
+    return std::string(known->values[Below(draw, known->values.size())]);
+  }
+  const std::size_t width = text.size();
+  switch (draw.Entre(0, 8)) {
+    case 0:
+      return draw.Digitos(width);
+    case 1:
+      return std::string(width, '0');
+    case 2:
+      return std::string(width, '9');
+    case 3:
+      return std::string(width, ' ');
+    case 4:
+      return std::string(width - 1, '0') + static_cast<char>('0' + draw.Entre(1, 9));
+    case 5:
+      return RandomText(draw, width);
+    case 6:
+      text[Below(draw, width)] = RandomByte(draw);
+      return text;
+    case 7:
+      text[Below(draw, width)] = static_cast<char>('0' + draw.Entre(0, 9));
+      return text;
+    default:
+      return Borrowed(draw, lines, kind, field);
+  }
+}
+
+void ChangeField(Sorteio& draw, Lines& lines) {
+  std::string& line = lines[Below(draw, lines.size())];
+  const KindInfo* const kind = KindOf(line);
+  if (kind == nullptr) return;
+  const std::size_t code = draw.Chance(95) ? 1 : 0;  // the code itself rarely: it hides the other changes
+  const FieldInfo& field = kind->fields[draw.Entre(code, kind->fields.size() - 1)];
+  const std::string text = FieldText(line, field);
+  if (text.empty()) return;
+  line.replace(static_cast<std::size_t>(field.position - 1), text.size(),
+               NewText(draw, lines, *kind, field, text));
+}
+
+// The lines from the declaration's header at or before `at` up to the next one.
+std::pair<std::size_t, std::size_t> DeclarationAt(const Lines& lines, std::size_t at) {
+  const auto header = [](const std::string& line) { return line.starts_with("05"); };
+  std::size_t begin = at;
+  while (begin > 0 && !header(lines[begin]))
+    --begin;
+  std::size_t end = begin + 1;
+  while (end < lines.size() && !header(lines[end]))
+    ++end;
+  return {begin, end};
+}
+
+void CopyDeclaration(Sorteio& draw, Lines& lines) {
+  const auto [begin, end] = DeclarationAt(lines, Below(draw, lines.size()));
+  const Lines copy(lines.begin() + std::ptrdiff_t(begin), lines.begin() + std::ptrdiff_t(end));
+  lines.insert(lines.begin() + std::ptrdiff_t(end), copy.begin(), copy.end());
+}
+
+// A valid declaration of a sample file takes the place of all others.
+void TakeSample(Sorteio& draw, Lines& lines) {
+  const int declaracoes = draw.Entre(1, 3);
+  lines = SplitLines(exemplo::Gerar({.declaracoes = declaracoes, .semente = draw.Bits() % 100'000}));
+}
+
+void MoveRecord(Sorteio& draw, Lines& lines) {
+  const std::size_t from = Below(draw, lines.size());
+  const std::size_t to = Below(draw, lines.size());
+  std::string moved = std::move(lines[from]);
+  lines.erase(lines.begin() + std::ptrdiff_t(from));
+  lines.insert(lines.begin() + std::ptrdiff_t(to), std::move(moved));
+}
+
+void ChangeLength(Sorteio& draw, Lines& lines) {
+  std::string& line = lines[Below(draw, lines.size())];
+  const std::size_t at = Below(draw, line.size() + 1);
+  if (draw.Chance(50)) {
+    line.insert(at, 1, static_cast<char>(draw.Entre(0, 255)));
+  } else if (at < line.size()) {
+    line.erase(at, draw.Entre<std::size_t>(1, 3));
+  }
+}
+
+void ChangeLineEnd(Sorteio& draw, Lines& lines) {
+  constexpr std::array<std::string_view, 4> kEnds{"\n", "\r", "", "\r\n"};
+  std::string& line = lines[Below(draw, lines.size())];
+  while (line.ends_with('\n') || line.ends_with('\r'))
+    line.pop_back();
+  line += draw.Um(kEnds);
+}
+
+void Change(Sorteio& draw, Lines& lines) {
+  if (lines.empty() || draw.Chance(2)) TakeSample(draw, lines);
+  const std::size_t at = Below(draw, lines.size());
+  const int kind = draw.Entre(0, 99);
+  if (kind < 74) {
+    ChangeField(draw, lines);
+  } else if (kind < 82) {
+    lines.insert(lines.begin() + std::ptrdiff_t(at), lines[at]);
+  } else if (kind < 90) {
+    lines.erase(lines.begin() + std::ptrdiff_t(at));
+  } else if (kind < 94) {
+    MoveRecord(draw, lines);
+  } else if (kind < 97) {
+    CopyDeclaration(draw, lines);
+  } else if (kind < 99) {
+    ChangeLength(draw, lines);
+  } else {
+    ChangeLineEnd(draw, lines);
+  }
+}
+
+}  // namespace
+
+std::string MutateFile(std::string_view file, std::uint64_t seed, const RawMutator& raw) {
+  Sorteio draw(seed);
+  if (draw.Chance(4)) {
+    std::string bytes(file);
+    raw(bytes);
+    return bytes;
+  }
+  Lines lines = SplitLines(file);
+  for (int changes = draw.Entre(1, 4); changes > 0; --changes)
+    Change(draw, lines);
+  if (draw.Chance(50)) RepairDocuments(lines);
+  if (draw.Chance(50)) RepairOrder(lines);
+  if (draw.Chance(50)) RepairAuthorizations(lines, draw);
+  if (draw.Chance(85)) RepairQuantities(lines);
+  if (draw.Chance(60)) RepairSums(lines);
+  return JoinLines(lines);
+}
+
+}  // namespace tremvik::fuzz
