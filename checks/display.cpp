@@ -14,25 +14,24 @@ namespace {
 
 // Whole part of `cents` with points every three digits, then the two decimals.
 ShortText Moeda(std::int64_t cents) {
-  std::array<char, 24> digits{};
-  const auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), std::abs(cents)).ptr;
-  std::string_view text(digits.data(), static_cast<std::size_t>(end - digits.data()));
-  ShortText money(cents < 0 ? "-" : "");
-  if (text.size() < 3) {
-    money.Append("0,").Append(text.size() == 2 ? "" : "0").Append(text);
-    return money;
+  std::array<char, 32> text{};
+  char* const end = text.data() + text.size();
+  char* out = end;
+  auto rest = static_cast<std::uint64_t>(std::abs(cents));
+  for (int place = 0; place < 3 || rest > 0; ++place) {
+    if (place == 2) *--out = ',';
+    if (place > 2 && (place - 2) % 3 == 0) *--out = '.';
+    *--out = static_cast<char>('0' + rest % 10);
+    rest /= 10;
   }
-  const std::size_t whole = text.size() - 2;
-  for (std::size_t i = 0; i < whole; ++i) {
-    if (i > 0 && (whole - i) % 3 == 0) money.Append('.');
-    money.Append(text[i]);
-  }
-  return money.Append(',').Append(text.substr(whole));
+  if (cents < 0) *--out = '-';
+  return std::string_view(out, static_cast<std::size_t>(end - out));
 }
 
+// Halves go away from zero.
 ShortText Inteiro(double number, std::size_t digits) {
   std::array<char, 40> text{};
-  const auto* const end =
+  const char* const end =
       std::to_chars(text.data(), text.data() + text.size(), std::round(number), std::chars_format::fixed, 0)
           .ptr;
   const std::string_view plain(text.data(), static_cast<std::size_t>(end - text.data()));
@@ -62,6 +61,8 @@ ShortText FomataValor(std::string_view cents) {
   constexpr std::size_t kMaisLongo = 40;              // beyond it, no number fits the currency
   if (cents.size() > kMaisLongo)
     throw RuntimeError(IsNumeric(cents) ? erro::kEstouro : erro::kTiposIncompativeis);
+  if (cents.size() > 1 && cents.size() < 16 && OnlyDigits(cents))
+    return Moeda(static_cast<std::int64_t>(Val(cents)));
   const std::string_view decimals = Right(cents, 2);
   ShortText masked = cents.substr(0, cents.size() - decimals.size());
   masked.Append(decimals.size() == 1 ? ", " : ",").Append(decimals);
@@ -100,11 +101,11 @@ ShortText Mascara(std::string_view mask, std::string_view text) {
   for (const char c : mask) {
     if (c != '@') {
       result.Append(c);
-    } else if (missing > 0) {
+    } else if (missing > 0 || text.empty()) {
       result.Append(' ');
       --missing;
     } else {
-      result.Append(text.substr(0, 1));
+      result.Append(text.front());
       text.remove_prefix(1);
     }
   }

@@ -1,6 +1,7 @@
 #include "checks/numbers.h"
 
 #include <cstddef>
+#include <cstdint>
 
 #include "checks/text.h"
 #include "host/runtime_error.h"
@@ -14,24 +15,6 @@ std::string_view Trim(std::string_view text) {
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
-
-// True for digits and nothing else, at least one: nearly every numeric field of a file.
-bool OnlyDigits(std::string_view text) {
-  unsigned others = text.empty() ? 1 : 0;
-  for (const char c : text)
-    others |= static_cast<unsigned>(!IsDigit(c));
-  return others == 0;
-}
-
-// The number that a text of digits writes.
-std::uint64_t DigitsValue(std::string_view digits) {
-  std::uint64_t value = 0;
-  for (const char c : digits)
-    value = value * 10 + static_cast<std::uint64_t>(c - '0');
-  return value;
-}
-
-constexpr std::size_t kMostDigits = 19;  // of a 64-bit number
 
 double LeadingNumber(std::string_view text, std::string_view separators) {
   double digits = 0;
@@ -60,11 +43,25 @@ double LeadingNumber(std::string_view text, std::string_view separators) {
 }  // namespace
 
 double Val(std::string_view text) {
-  if (text.size() <= kMostDigits && OnlyDigits(text)) return static_cast<double>(DigitsValue(text));
-  return LeadingNumber(text, ".");
+  constexpr std::size_t kMostDigits = 19;  // that any 64-bit number holds
+  if (text.size() > kMostDigits) return LeadingNumber(text, ".");
+  std::uint64_t value = 0;
+  unsigned others = 0;
+  for (const char c : text) {
+    value = value * 10 + static_cast<unsigned char>(c) - '0';
+    others |= static_cast<unsigned>(!IsDigit(c));
+  }
+  return others == 0 ? static_cast<double>(value) : LeadingNumber(text, ".");
 }
 
 int IntVal(std::string_view text) { return static_cast<int>(Val(text)); }
+
+bool OnlyDigits(std::string_view text) {
+  unsigned others = text.empty() ? 1 : 0;
+  for (const char c : text)
+    others |= static_cast<unsigned>(!IsDigit(c));
+  return others == 0;
+}
 
 bool IsNumeric(std::string_view text) {
   text = Trim(text);

@@ -13,6 +13,9 @@ namespace tremvik {
 /// `Val` of a text known to hold a whole number of at most nine digits.
 [[nodiscard]] int IntVal(std::string_view text);
 
+/// True for digits and nothing else, at least one.
+[[nodiscard]] bool OnlyDigits(std::string_view text);
+
 /// The runtime's permissive numeric test: spaces around, one leading sign, digits with at most one decimal
 /// comma or point, at least one digit.
 [[nodiscard]] bool IsNumeric(std::string_view text);
