@@ -25,8 +25,8 @@ need() {
     fail "missing packages; as root: apt-get install ${missing[*]}"
   fi
   if ((${#as_root[@]})); then sudo -v || fail "sudo is needed to install: ${missing[*]}"; fi
-  step setup "installing ${#missing[@]} Debian packages" install_packages
-  echo "  ${missing[*]}"
+  echo "missing Debian packages: ${missing[*]}"
+  step setup "installing them" install_packages
 }
 
 # Installs `missing` with the package lists at hand; fetches the lists only when they are absent or too old.

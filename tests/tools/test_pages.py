@@ -1,6 +1,6 @@
-"""README.md tells the truth: its commands print what it shows, its code is the example's.
+"""The pages tell the truth: README's commands print what it shows, its code is the example's, links lead somewhere.
 
-usage: test_readme.py ROOT TREMVIK     (TREMVIK: the program)
+usage: test_pages.py ROOT TREMVIK     (TREMVIK: the program)
 Each ```text block that begins with "$ tremvik ..." is run from ROOT; each ```cpp and ```cmake block stands in
 examples/cpp_host.
 """
@@ -43,4 +43,10 @@ with tempfile.TemporaryDirectory() as home:
             compare(f"examples/cpp_host, {language}", text, examples[language])
 if not runs:
     faults.append("README.md shows no run of the program")
+for page in [*root.glob("*.md"), *root.glob("[a-z]*/*.md"), *root.glob("[a-z]*/[a-z]*/*.md")]:
+    if page.relative_to(root).parts[0].startswith("build"):
+        continue
+    for link in re.findall(r"\]\((?!https?:|#)([^)#\s]+)", page.read_text(encoding="utf-8")):
+        if not (page.parent / link).exists():
+            faults.append(f"{page.relative_to(root)}: there is no {link}")
 sys.exit("\n".join(faults) or 0)
