@@ -138,6 +138,12 @@ std::string Sentence(const RuntimeError& error, const Pedido& pedido) {
 }  // namespace
 
 Saida Execute(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err) {
+  std::error_code ignored;
+  if (std::filesystem::exists(pedido.pasta, ignored) &&
+      !std::filesystem::is_directory(pedido.pasta, ignored)) {
+    err.Write("tremvik: \"" + Visible(pedido.pasta) + "\" não é uma pasta. Escolha outra com --pasta.\n");
+    return Saida::kAmbiente;
+  }
   try {
     return Dispatch(pedido, terminal, out, err);
   } catch (const RuntimeError& error) {

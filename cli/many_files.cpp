@@ -114,13 +114,17 @@ class Queue {
   std::exception_ptr failure_;
 };
 
-void Work(Queue& queue, const RunOptions& options, const Terminal& terminal) {
+// The hosts are made one after the other: the first one makes what the folder lacks.
+void Work(Queue& queue, const RunOptions& options, const Terminal& terminal, std::mutex& making) {
   try {
     Output out;
     Output err;
     std::optional<Importer> importer;
     for (auto job = queue.Take(); job; job = queue.Take()) {
-      if (!importer) importer.emplace(options, terminal, out, err);
+      if (!importer) {
+        const std::scoped_lock alone(making);
+        importer.emplace(options, terminal, out, err);
+      }
       const Saida saida = importer->Run(job->path);
       queue.Give(job->number, {saida, out.Take(), err.Take()});
     }
@@ -144,10 +148,11 @@ Saida ValidateMany(FileNames& names, const RunOptions& options, const Terminal& 
                    Output& out, Output& err) {
   EndOnSignal();
   Queue queue(names, std::size_t{workers} * 16, out, err);
+  std::mutex making;
   std::vector<std::jthread> threads;
   for (unsigned i = 1; i < workers; ++i)
-    threads.emplace_back([&] { Work(queue, options, terminal); });
-  Work(queue, options, terminal);
+    threads.emplace_back([&] { Work(queue, options, terminal, making); });
+  Work(queue, options, terminal, making);
   for (auto& thread : threads)
     thread.join();
   if (queue.failure()) std::rethrow_exception(queue.failure());

@@ -1,0 +1,156 @@
+"""Stories of importing, validating and listing, told by the JSON lines."""
+
+import hashlib
+import json
+import resource
+import subprocess
+import unittest
+
+from command import MEASURE_MEMORY, SAMPLES, Story, main
+
+ACCEPTED = SAMPLES / "aceito.txt"
+ASKS = SAMPLES / "pergunta.txt"
+SUCCESS = "A importação foi concluída com sucesso!"
+
+
+class Importing(Story):
+    def test_an_accepted_file_is_kept_listed_and_refused_the_second_time(self):
+        run = self.run_piped("importar", ACCEPTED, "--json")
+        self.assertEqual((run.status, run.err), (0, ""))
+        lines = ACCEPTED.read_bytes().splitlines()
+        self.assertEqual([one["registro"] for one in run.of("gravacao")],
+                         [line[:2].decode() for line in lines if not line.startswith(b"01")])
+        self.assertEqual([one["operacao"] for one in run.of("banco")], ["Preparar", "Abrir", "Encerrar"])
+        self.assertEqual([list(one) for one in run.of("consulta")],
+                         [["tipo", "ie", "uf", "regime", "referencia", "referenciaInicial", "existe"]] * 6)
+        self.assertEqual(run.objects()[-3:], [
+            {"tipo": "mensagem", "texto": SUCCESS, "estilo": 64, "titulo": "Arquivo Pré-Formatado", "resposta": 1},
+            {"tipo": "banco", "operacao": "Encerrar"},
+            {"tipo": "fim", "bolRetMonitora": False, "NroLinha": len(lines) + 1, "Mensagem": ""}])
+
+        listed = self.run_piped("listar", "--json").objects()
+        self.assertEqual(sum(sum(one["registros"].values()) for one in listed), len(lines) - 1)
+        self.assertEqual({one["origem"] for one in listed}, {"aceito.txt"})
+
+        again = self.run_piped("importar", ACCEPTED)
+        self.assertEqual(again.status, 1)
+        self.assertIn("Esta Referência já existente, Posição 3.\nLinha nº 2\n", again.out)
+        self.assertIn("Nota: a mensagem diz posição 3; no leiaute o campo ocupa as colunas 38 a 43.\n", again.out)
+        self.assertEqual(self.run_piped("listar", "--json").objects(), listed)
+
+    def test_one_declaration_is_found_by_every_form_of_its_key(self):
+        self.run_piped("importar", ACCEPTED)
+        declaration = self.run_piped("listar", "--json").objects()[0]
+        ie, (year, month) = declaration["ie"], declaration["referencia"].split("-")
+        first = self.run_piped("listar", ie, f"{month}/{year}", "--json").objects()
+        self.assertEqual(len(first), sum(declaration["registros"].values()))
+        self.assertEqual((first[0]["registro"], first[0]["campos"]["ie"]), ("05", ie))
+        for key in (f"{year}{month}", f"{year}-{month}"):
+            self.assertEqual(self.run_piped("listar", ie.replace(".", ""), key, "--json").objects(), first)
+        missing = self.run_piped("listar", ie, "201912")
+        self.assertEqual(missing.status, 2)
+        self.assertIn(f"a declaração de {ie} de 12/2019 não está em", missing.err)
+
+    def test_validar_says_what_importar_says_and_keeps_nothing(self):
+        for answer in ("sim", "nao"):
+            for sample in (ACCEPTED, ASKS, SAMPLES / "recusado-soma.txt"):
+                validated = self.run_piped("validar", sample, "--json", "--responder", answer)
+                self.assertEqual([path.name for path in self.home.iterdir()], ["tblFixas.fix"])
+                elsewhere = self.folder / f"outra-{answer}-{sample.name}"
+                imported = self.run_piped("importar", sample, "--json", "--responder", answer, "--pasta", elsewhere)
+                self.assertEqual((validated.status, validated.out), (imported.status, imported.out))
+        self.assertEqual(list(self.folder.glob("tremvik-*")), [])
+
+    def test_a_question_is_answered_as_told_and_no_where_nobody_can_be_asked(self):
+        for options, reply in ((["--responder", "sim"], 6), (["--responder", "nao"], 7), ([], 7)):
+            run = self.run_piped("validar", ASKS, "--json", *options)
+            self.assertEqual(run.status, 0 if reply == 6 else 1)
+            self.assertEqual([one["resposta"] for one in run.of("mensagem") if one["estilo"] == 324], [reply])
+            self.assertEqual("não há terminal para perguntar" in run.err, not options)
+            closes = {"tipo": "evento", "nome": "Fechar"} in run.objects()
+            ends = {"tipo": "banco", "operacao": "Encerrar"} in run.objects()
+            self.assertEqual((closes, ends), (False, reply == 6))
+
+    def test_a_reader_that_goes_away_does_not_end_the_import(self):
+        with subprocess.Popen(self.command(["importar", ACCEPTED, "--json"]), cwd=self.folder,
+                              env=self.environment, stdout=subprocess.PIPE) as process:
+            process.stdout.close()
+            self.assertEqual(process.wait(), 0)
+        self.assertEqual(len(self.run_piped("listar", "--json").objects()), 6)
+
+
+class ManyFiles(Story):
+    def test_every_sample_gives_its_message_place_and_status(self):
+        cases = json.loads((SAMPLES / "esperado.json").read_text(encoding="utf-8"))
+        cases = [case for case in cases if case.get("responder", "nao") == "nao"]
+        names = [str(SAMPLES / case["arquivo"]) for case in cases]
+        run = self.run_piped("validar", *names, "--json", "--responder", "nao", "--paralelo", "3")
+        self.assertEqual(run.status, max(case["saida"] for case in cases))
+        files = {name: [] for name in names}
+        for one in run.objects():
+            files[one.pop("arquivo")].append(one)
+        self.assertEqual([one["arquivo"] for one in run.objects() if one["tipo"] == "fim"], names)
+        for case, objects in zip(cases, files.values()):
+            with self.subTest(case["arquivo"]):
+                boxes = [one for one in objects if one["tipo"] == "mensagem"]
+                places = [one for one in objects if one["tipo"] == "inconsistencia"]
+                self.assertEqual([{key: box[key] for key in ("texto", "estilo", "titulo")} for box in boxes],
+                                 case["mensagens"])
+                self.assertEqual([{key: place[key] for key in ("linha", "registro", "campo", "posicao")}
+                                  for place in places], case["inconsistencias"])
+                self.assertEqual((objects[-1]["tipo"], objects[-1]["bolRetMonitora"]), ("fim", case["saida"] == 1))
+
+    def test_names_come_from_standard_input_and_the_order_is_theirs(self):
+        names = [str(SAMPLES / name) for name in ("recusado-soma.txt", "aceito.txt", "recusado-texto.txt")] * 20
+        by_argument = self.run_piped("validar", *names, "--paralelo", "1")
+        self.assertTrue(by_argument.out.endswith("60 arquivos: 20 aceitos, 40 recusados.\n"))
+        verdicts = [line for line in by_argument.out.splitlines() if line.startswith(str(SAMPLES))]
+        self.assertEqual([line.split(": ")[0] for line in verdicts], names)
+        self.assertEqual(verdicts[1], f"{names[1]}: aceito (6 declarações, 114 registros)")
+        for stdin in ("\n".join(names), "\r\n".join([*names, ""]), "\0".join(names), "\0".join([*names, ""])):
+            piped = self.run_piped("validar", "-", "--paralelo", "4", stdin=stdin.encode())
+            self.assertEqual((piped.status, piped.out), (1, by_argument.out))
+        none = self.run_piped("validar", "-")
+        self.assertEqual((none.status, none.out), (0, "0 arquivos: 0 aceitos, 0 recusados.\n"))
+
+    def test_the_worst_file_gives_the_status(self):
+        run = self.run_piped("validar", ACCEPTED, "nada.txt", SAMPLES / "recusado-soma.txt")
+        self.assertEqual(run.status, 2)
+        self.assertIn("nada.txt: não validado\nErro 53 -  Arquivo não encontrado\n", run.out)
+        self.assertTrue(run.out.endswith("3 arquivos: 1 aceito, 1 recusado, 1 não validado.\n"))
+        self.assertIn('o arquivo "nada.txt" não existe', run.err)
+
+
+class Samples(Story):
+    def test_the_same_seed_gives_the_same_accepted_file(self):
+        digests = set()
+        for target in ("um.txt", "dois.txt"):
+            run = self.run_piped("exemplo", "--semente", "7", "--declaracoes", "20", "--saida", target)
+            self.assertEqual((run.status, run.out, run.err), (0, "", ""))
+            digests.add(hashlib.sha256((self.folder / target).read_bytes()).digest())
+        printed = self.run_piped("exemplo", "--semente", "7", "--declaracoes", "20")
+        digests.add(hashlib.sha256(printed.raw).digest())
+        self.assertEqual(len(digests), 1)
+        self.assertEqual(self.run_piped("validar", "um.txt").status, 0)
+
+    def test_the_longest_file_is_accepted_and_one_line_more_is_not(self):
+        for records, status, message in ((32766, 0, ""), (32767, 1, "6 - Estouro")):
+            self.run_piped("exemplo", "--registros", str(records), "--declaracoes", "900", "--saida", "g.txt")
+            run = self.run_piped("validar", "g.txt", "--json")
+            end = run.objects()[-1]
+            self.assertEqual((run.status, end["NroLinha"], end["Mensagem"]), (status, 32767, message))
+
+    @unittest.skipUnless(MEASURE_MEMORY, "the sanitizers take more")
+    def test_memory_does_not_grow_with_the_file_or_a_line(self):
+        self.run_piped("exemplo", "--registros", "32766", "--declaracoes", "900", "--saida", "g.txt")
+        with (self.folder / "longa.txt").open("wb") as long_line:
+            long_line.write(b"07")
+            long_line.truncate(256 << 20)
+        def limit():
+            resource.setrlimit(resource.RLIMIT_DATA, (30 << 20, 30 << 20))
+
+        for name, status in (("g.txt", 0), ("longa.txt", 1)):
+            self.assertEqual(self.run_piped("validar", name, preexec_fn=limit).status, status)
+
+
+main()

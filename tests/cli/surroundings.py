@@ -1,0 +1,134 @@
+"""Stories of wrong use, of a machine where something is missing, and of the reference tables."""
+
+import os
+import shutil
+import unittest
+
+from command import PROGRAM, SAMPLES, Story, main
+
+ACCEPTED = SAMPLES / "aceito.txt"
+
+WRONG_USE = (
+    ("", "Uso: tremvik VERBO"),
+    ("importr x", 'o verbo "importr" não existe'),
+    ("--json", 'a opção "--json" não existe'),
+    ("importar", "falta ARQUIVO"),
+    ("importar a b", "só um ARQUIVO de cada vez"),
+    ("importar a --foo", 'a opção "--foo" não existe'),
+    ("importar a --pasta", "--pasta pede um valor"),
+    ("importar a --pasta=", "--pasta pede"),
+    ("importar a --responder talvez", 'o valor é sim ou nao, e não "talvez"'),
+    ("importar a --json=3", "--json não leva valor"),
+    ("validar a --paralelo 0", "não é um número inteiro de 1 a 256"),
+    ("listar 123", '"123" não é uma inscrição estadual'),
+    ("listar 110042490114 13/2012", '"13/2012" não é uma referência'),
+    ("exemplo --declaracoes 10000", "não é um número inteiro de 1 a 9999"),
+    ("exemplo --declaracoes 9000 --registros 10", "registros"),
+    ("exemplo x", 'o argumento "x" sobra'),
+    ("tabelas", "construir ou verificar"),
+    ("tabelas x", 'o verbo "x" não existe'),
+)
+
+
+class CommandLine(Story):
+    def test_wrong_use_is_said_in_a_sentence(self):
+        for line, sentence in WRONG_USE:
+            with self.subTest(line):
+                run = self.run_piped(*line.split())
+                self.assertEqual((run.status, run.out), (2, ""))
+                self.assertIn(sentence, run.err)
+
+    def test_every_verb_has_help_in_portuguese_with_examples(self):
+        for verb in ("", "importar", "validar", "listar", "exemplo", "tabelas", "tabelas construir",
+                     "tabelas verificar"):
+            with self.subTest(verb):
+                run = self.run_piped(*verb.split(), "--help")
+                self.assertEqual((run.status, run.err), (0, ""))
+                self.assertIn(f"Uso: tremvik {verb}".rstrip(), run.out)
+                self.assertRegex(run.out, "Exemplos?:\n  tremvik")
+                self.assertNotRegex(run.out, "Usage|OPTIONS|Options|Positionals|Subcommand|REQUIRED|TEXT|Print")
+                self.assertRegex(self.run_piped(*verb.split(), "--versao").out, r"^tremvik \d+\.\d+\.\d+\n$")
+
+
+class Machine(Story):
+    def expect_environment(self, sentence, *arguments, stdout=None):
+        run = self.run_piped(*arguments) if stdout is None else self.run_piped(*arguments, stdout=stdout)
+        self.assertEqual(run.status, 2, run.out + run.err)
+        self.assertIn(sentence, run.err)
+        return run
+
+    def test_a_file_that_cannot_be_read_is_named_with_what_to_do(self):
+        (self.folder / "pasta").mkdir()
+        os.mkfifo(self.folder / "canal")
+        for name, number, sentence in (("nada.txt", 53, 'o arquivo "nada.txt" não existe.'),
+                                       ("pasta", 75, '"pasta" é uma pasta.'),
+                                       ("canal", 75, '"canal" não é um arquivo comum.')):
+            with self.subTest(name):
+                self.expect_environment(sentence, "importar", name)
+                run = self.expect_environment(sentence, "importar", name, "--json")
+                self.assertEqual([one["tipo"] for one in run.objects()], ["ponteiro", "mensagem", "fim"])
+                self.assertTrue(run.of("mensagem")[0]["texto"].startswith(f"Erro {number} -  "))
+                self.assertEqual(run.of("fim"), [{"tipo": "fim", "bolRetMonitora": True, "NroLinha": 0,
+                                                  "Mensagem": ""}])
+
+    @unittest.skipIf(os.geteuid() == 0, "root may read and write everything")
+    def test_missing_permissions_are_named(self):
+        self.write("fechado.txt", ACCEPTED.read_bytes()).chmod(0)
+        self.expect_environment('sem permissão para ler "fechado.txt"', "validar", "fechado.txt")
+        self.home.mkdir(mode=0o555)
+        self.expect_environment("não foi possível usar a pasta", "importar", ACCEPTED)
+
+    def test_a_folder_that_is_none_and_damaged_databases_are_named(self):
+        self.write("arquivo", b"")
+        for command in (("importar", ACCEPTED), ("validar", ACCEPTED), ("listar",)):
+            self.expect_environment('"arquivo" não é uma pasta.', *command, "--pasta", "arquivo")
+        self.home.mkdir()
+        (self.home / "tblFixas.fix").write_bytes(b"isto nada tem de banco de dados" * 100)
+        self.expect_environment("tremvik tabelas verificar", "validar", ACCEPTED)
+        (self.home / "tblFixas.fix").unlink()
+        (self.home / "tremvik.db").write_bytes(b"isto tampouco" * 100)
+        for command in (("importar", ACCEPTED), ("listar",)):
+            self.expect_environment("as declarações guardadas", *command)
+
+    def test_a_result_that_cannot_be_written_is_no_success(self):
+        with open("/dev/full", "wb") as full:
+            self.expect_environment("disco cheio", "validar", ACCEPTED, "--json", stdout=full)
+        self.expect_environment("a pasta não existe", "exemplo", "--saida", "nenhuma/x.txt")
+
+    def test_an_empty_store_says_how_to_fill_it(self):
+        run = self.run_piped("listar")
+        self.assertEqual((run.status, run.err), (0, ""))
+        self.assertIn("Para guardar: tremvik importar ARQUIVO", run.out)
+        self.assertFalse(self.home.exists())
+
+    def test_without_a_folder_given_the_users_data_folder_is_used(self):
+        self.environment["XDG_DATA_HOME"] = str(self.folder / "dados")
+        self.home = self.folder / "dados" / "tremvik"
+        self.command = lambda arguments: [str(PROGRAM), *(str(argument) for argument in arguments)]
+        self.assertEqual(self.run_piped("importar", ACCEPTED).status, 0)
+        self.assertTrue((self.home / "tremvik.db").exists())
+
+
+class Tables(Story):
+    def test_tables_are_built_checked_and_used(self):
+        self.assertEqual(self.run_piped("tabelas", "construir", "t.fix").status, 0)
+        run = self.run_piped("tabelas", "verificar", "t.fix")
+        self.assertEqual((run.status, run.out), (0, 'As tabelas de "t.fix" estão completas.\n'))
+
+    def test_faulty_rows_are_named_and_the_old_tables_stay(self):
+        data = self.folder / "dados"
+        shutil.copytree(SAMPLES.parent / "data", data)
+        self.run_piped("tabelas", "construir", "--dados", "dados", "t.fix")
+        before = (self.folder / "t.fix").read_bytes()
+        states = data / "tblEstados.csv"
+        states.write_bytes(states.read_bytes() + b"so,uma,linha,com,colunas,demais\n")
+        run = self.run_piped("tabelas", "construir", "--dados", "dados", "t.fix")
+        self.assertEqual(run.status, 1)
+        self.assertRegex(run.out, r"tblEstados\.csv:\d+: ")
+        self.assertIn('Nada foi escrito em "t.fix".', run.out)
+        self.assertEqual((self.folder / "t.fix").read_bytes(), before)
+        self.assertEqual(self.run_piped("tabelas", "construir", "--dados", "nenhuma", "t.fix").status, 2)
+        self.assertEqual(self.run_piped("tabelas", "verificar", "nenhuma.fix").status, 2)
+
+
+main()
