@@ -148,16 +148,15 @@ std::vector<DetalheCfop> SortearCfops(Sorteio& sorteio, int ref, int regime) {
   auto candidatos = Candidatos(ref, regime);
   sorteio.Embaralhar(candidatos);
   std::vector<Candidato> escolhidos;
-  Mover(
-      4, [ref](const Candidato& c) { return c.grupo->de == ref || c.grupo->ate == ref; }, candidatos,
-      escolhidos);
-  Mover(
-      1, [](const Candidato& c) { return Interestadual(c.codigo); }, candidatos, escolhidos);
-  const auto livres = sorteio.Entre<std::size_t>(1, 4);
-  Mover(
-      livres, [](const Candidato&) { return true; }, candidatos, escolhidos);
+  const auto no_limite = [ref](const Candidato& c) { return c.grupo->de == ref || c.grupo->ate == ref; };
+  const auto interestadual = [](const Candidato& c) { return Interestadual(c.codigo); };
+  const auto qualquer = [](const Candidato&) { return true; };
+  Mover(4, no_limite, candidatos, escolhidos);
+  Mover(1, interestadual, candidatos, escolhidos);
+  Mover(sorteio.Entre<std::size_t>(1, 4), qualquer, candidatos, escolhidos);
   std::ranges::sort(escolhidos, {}, &Candidato::codigo);
   std::vector<DetalheCfop> detalhes;
+  detalhes.reserve(escolhidos.size());
   for (const Candidato& candidato : escolhidos)
     detalhes.push_back(Sortear(sorteio, candidato, ref));
   return detalhes;

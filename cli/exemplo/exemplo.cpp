@@ -70,7 +70,7 @@ class Agenda {
   Contribuinte QuemDeclara(int ref) {
     const bool recente = ref >= kPrimeiraDoGrupoOito;
     if (sorteio_.Chance(60) && (!recente || novos_recentes_ > 0)) {
-      const Contribuinte antigo = contribuintes_[sorteio_.Entre<std::size_t>(0, contribuintes_.size() - 1)];
+      const Contribuinte& antigo = contribuintes_[sorteio_.Entre<std::size_t>(0, contribuintes_.size() - 1)];
       const bool aceita = recente || !antigo.ie.starts_with('8');
       if (aceita && usadas_.insert({antigo.ie, ref}).second) return antigo;
     }
@@ -163,7 +163,7 @@ std::string Mestre(Sorteio& sorteio, std::size_t declaracoes) {
   Montador<Cr01> registro;
   registro.Texto(Cr01::kTipoDocto, "01")
       .Numero(Cr01::kDataGeracao, 20150100 + sorteio.Entre(1, 31))
-      .Numero(Cr01::kHoraGeracao, sorteio.Entre(8, 17) * 10000)
+      .Numero(Cr01::kHoraGeracao, sorteio.Entre<std::int64_t>(8, 17) * 10000)
       .Texto(Cr01::kVersaoPref, "0210")
       .Numero(Cr01::kQ05, static_cast<std::int64_t>(declaracoes));
   return registro.bytes();

@@ -141,6 +141,16 @@ void Escolher(const Escolhidos& candidatos, int quantidade, Condicao condicao, E
   }
 }
 
+// One sub-item for each kind of detail record, and one of free text.
+void EscolherTodosOsTipos(const Escolhidos& candidatos, Escolhidos& escolhidos) {
+  for (const auto detalhamento : {kIE, kSubstituto, kSubstituido, kAutorizacao}) {
+    const auto detalhado = [detalhamento](const SubItem& s) { return s.detalhamento == detalhamento; };
+    Escolher(candidatos, 1, detalhado, escolhidos);
+  }
+  const auto livre = [](const SubItem& s) { return s.codigo.ends_with("99"); };
+  Escolher(candidatos, 1, livre, escolhidos);
+}
+
 Escolhidos EscolherSubItens(Sorteio& sorteio, const Contexto& contexto) {
   Escolhidos candidatos;
   for (const SubItem& subitem : kSubItens) {
@@ -148,20 +158,12 @@ Escolhidos EscolherSubItens(Sorteio& sorteio, const Contexto& contexto) {
   }
   sorteio.Embaralhar(candidatos);
   Escolhidos escolhidos;
-  if (contexto.completa) {
-    for (const auto detalhamento : {kIE, kSubstituto, kSubstituido, kAutorizacao}) {
-      Escolher(
-          candidatos, 1, [=](const SubItem& s) { return s.detalhamento == detalhamento; }, escolhidos);
-    }
-    Escolher(
-        candidatos, 1, [](const SubItem& s) { return s.codigo.ends_with("99"); }, escolhidos);
-  }
+  if (contexto.completa) EscolherTodosOsTipos(candidatos, escolhidos);
   const int ref = contexto.ref;
-  Escolher(
-      candidatos, 4, [ref](const SubItem& s) { return s.de == ref || s.ate == ref; }, escolhidos);
-  const int livres = sorteio.Entre(0, 4);
-  Escolher(
-      candidatos, livres, [](const SubItem&) { return true; }, escolhidos);
+  const auto no_limite = [ref](const SubItem& s) { return s.de == ref || s.ate == ref; };
+  const auto qualquer = [](const SubItem&) { return true; };
+  Escolher(candidatos, 4, no_limite, escolhidos);
+  Escolher(candidatos, sorteio.Entre(0, 4), qualquer, escolhidos);
   return escolhidos;
 }
 

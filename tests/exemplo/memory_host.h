@@ -78,20 +78,20 @@ class MemoryHost final : public Screen,
   }
 
   std::vector<Box> boxes;
-  std::vector<Place> places;
+  std::vector<Place> places;                        // of refusals, a question answered No included
   std::map<std::string, int, std::less<>> written;  // records per code
 
   int MsgBox(std::string_view text, int style, std::string_view title) override {
     boxes.push_back({std::string(text), style, std::string(title)});
-    return (style & estilo::kSimNao) != 0 ? answer_ : resposta::kOk;
+    if ((style & estilo::kSimNao) == 0) return resposta::kOk;
+    if (answer_ == resposta::kNao) places.push_back(doubt_);
+    return answer_;
   }
   void SetPointer(int /*pointer*/) override {}
   void Progresso() override {}
   void Fechar() override {}
-  void Inconsistencia(const FaultLocation& where) override {
-    places.push_back({where.linha, std::string(where.registro), std::string(where.campo), where.posicao});
-  }
-  void Duvida(const FaultLocation& /*where*/) override {}
+  void Inconsistencia(const FaultLocation& where) override { places.push_back(ToPlace(where)); }
+  void Duvida(const FaultLocation& where) override { doubt_ = ToPlace(where); }
 
   bool Exists(std::string_view /*path*/) override { return false; }
   void Delete(std::string_view /*path*/) override {}
@@ -123,6 +123,10 @@ class MemoryHost final : public Screen,
   }
 
  private:
+  static Place ToPlace(const FaultLocation& where) {
+    return {where.linha, std::string(where.registro), std::string(where.campo), where.posicao};
+  }
+
   struct Banco final : BancoTemporario {
     void Preparar() override {}
     std::int16_t Abrir(std::string_view /*caminho*/) override { return 1; }
@@ -146,6 +150,7 @@ class MemoryHost final : public Screen,
   ReferenceFolder& reference_;
   std::string_view file_;
   std::size_t at_ = 0;
+  Place doubt_{};
   int answer_ = resposta::kNao;
 };
 
