@@ -1,6 +1,7 @@
 #include "adapters/sqlite/temporary_database.h"
 
 #include <cstdio>
+#include <new>
 
 #include "adapters/sqlite/store_schema.h"
 
@@ -21,7 +22,7 @@ void RemoverArquivos(const std::string& banco) {
 }  // namespace
 
 void TemporaryDatabase::Preparar() {
-  Descartar();
+  Remover();
   sqlite::Connection vazio(folder_.File(arquivo::kTemporarioVazio),
                            SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
   vazio.Execute(kSemGarantias);
@@ -59,11 +60,19 @@ void TemporaryDatabase::Fechar() {
   connection_.Close();
 }
 
-void TemporaryDatabase::Descartar() noexcept {
+void TemporaryDatabase::Remover() {
   Fechar();
   encerrado_ = false;
   RemoverArquivos(folder_.File(arquivo::kTemporarioVazio));
   RemoverArquivos(folder_.File(arquivo::kTemporario));
+}
+
+void TemporaryDatabase::Descartar() noexcept {
+  try {
+    Remover();
+  } catch (const std::bad_alloc&) {
+    encerrado_ = false;  // the files stay until the next run removes them
+  }
 }
 
 std::string TemporaryDatabase::Encerrado() const {

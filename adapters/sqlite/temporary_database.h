@@ -51,6 +51,7 @@ class TemporaryDatabase {
 
  private:
   void Fechar();
+  void Remover();
 
   const ComponentFolder& folder_;
   std::function<int()> linha_;
