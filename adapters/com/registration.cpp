@@ -126,13 +126,18 @@ HRESULT Unregister(Scope scope) {
     };
     remove(keys.clsid);
     remove(keys.platform);
-    if (!HasNoSubkeys(keys.root, keys.language)) return;  // the other architecture is still registered
-    remove(keys.prog_id);
-    remove(keys.library);
-    for (const REGSAM view : {REGSAM{KEY_WOW64_64KEY}, REGSAM{KEY_WOW64_32KEY}}) {
-      remove(keys.dual, view);
-      remove(keys.events, view);
+    if (HasNoSubkeys(keys.root, keys.language)) {  // or else the other architecture is still registered
+      remove(keys.prog_id);
+      remove(keys.library);
+      for (const REGSAM view : {REGSAM{KEY_WOW64_64KEY}, REGSAM{KEY_WOW64_32KEY}}) {
+        remove(keys.dual, view);
+        remove(keys.events, view);
+      }
     }
+    // The user's part often holds nothing else, and then the registration made these keys.
+    if (scope == Scope::kMachine) return;
+    for (const wchar_t* shared : {L"CLSID", L"TypeLib", L"Interface"})
+      DeleteIfEmpty(keys.root, Keys::Classes(shared));
   });
   return FAILED(guarded) ? guarded : Result(status);
 }

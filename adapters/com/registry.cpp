@@ -39,13 +39,29 @@ LSTATUS DeleteTree(HKEY root, const std::wstring& path, REGSAM view) {
   return status == ERROR_SUCCESS ? RegDeleteKeyExW(root, path.c_str(), view, 0) : status;
 }
 
-bool HasNoSubkeys(HKEY root, const std::wstring& path) {
-  RegistryKey key;
-  if (RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE, key.Receive()) != ERROR_SUCCESS) return true;
+namespace {
+
+struct Contents {
   DWORD subkeys = 0;
-  RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, nullptr, nullptr,
-                   nullptr, nullptr, nullptr);
-  return subkeys == 0;
+  DWORD values = 0;
+};
+
+Contents ContentsOf(HKEY root, const std::wstring& path) {
+  RegistryKey key;
+  Contents found;
+  if (RegOpenKeyExW(root, path.c_str(), 0, KEY_QUERY_VALUE, key.Receive()) != ERROR_SUCCESS) return found;
+  RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &found.subkeys, nullptr, nullptr, &found.values,
+                   nullptr, nullptr, nullptr, nullptr);
+  return found;
+}
+
+}  // namespace
+
+bool HasNoSubkeys(HKEY root, const std::wstring& path) { return ContentsOf(root, path).subkeys == 0; }
+
+void DeleteIfEmpty(HKEY root, const std::wstring& path) {
+  const Contents found = ContentsOf(root, path);
+  if (found.subkeys == 0 && found.values == 0) RegDeleteKeyW(root, path.c_str());
 }
 
 }  // namespace tremvik::com

@@ -19,5 +19,7 @@ namespace tremvik::com {
 [[nodiscard]] LSTATUS DeleteTree(HKEY root, const std::wstring& path, REGSAM view = 0);
 /// True when key `path` is not there or holds no other key.
 [[nodiscard]] bool HasNoSubkeys(HKEY root, const std::wstring& path);
+/// Deletes key `path` if it is there and holds nothing.
+void DeleteIfEmpty(HKEY root, const std::wstring& path);
 
 }  // namespace tremvik::com

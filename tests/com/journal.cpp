@@ -1,0 +1,126 @@
+#include "journal.h"
+
+#include <array>
+#include <cstdio>
+#include <set>
+
+#include "adapters/com/text.h"
+#include "adapters/com/windows_api.h"
+
+namespace tremvik::com_test {
+namespace {
+
+constexpr int kTextControl = 0xFFFF;
+constexpr DWORD kPoll = 5;  // milliseconds
+
+std::string WindowText(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+  return com::Utf8(std::wstring_view(text).substr(0, static_cast<std::size_t>(length)));
+}
+
+HWND Button(HWND box, int id) { return GetDlgItem(box, id); }
+
+bool IsDefault(HWND button) { return (GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON; }
+
+// The style bits that the box on the screen was made with, as far as it shows them.
+int StyleOf(HWND box) {
+  int style = 0;
+  if (Button(box, IDYES) && Button(box, IDNO)) style |= MB_YESNO;
+  if (Button(box, IDNO) && IsDefault(Button(box, IDNO))) style |= MB_DEFBUTTON2;
+  HICON icon = nullptr;
+  for (HWND child = GetWindow(box, GW_CHILD); child && !icon; child = GetWindow(child, GW_HWNDNEXT))
+    icon = reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
+  if (!icon) return style;
+  if (icon == LoadIconW(nullptr, IDI_HAND)) return style | MB_ICONHAND;
+  if (icon == LoadIconW(nullptr, IDI_ASTERISK)) return style | MB_ICONINFORMATION;
+  return style | MB_ICONMASK;  // none that the system uses
+}
+
+void Answer(HWND box) {
+  const int answer = Button(box, IDYES) ? Journal::Of().answer() : IDOK;
+  Journal::Of().Write("mensagem", {{"texto", Quoted(WindowText(GetDlgItem(box, kTextControl)))},
+                                   {"estilo", std::to_string(StyleOf(box))},
+                                   {"titulo", Quoted(WindowText(box))},
+                                   {"resposta", std::to_string(answer)}});
+  const HWND button = Button(box, answer);
+  PostMessageW(box, WM_COMMAND, MAKEWPARAM(answer, BN_CLICKED), reinterpret_cast<LPARAM>(button));
+}
+
+// Answers each box of this process that stands and was not answered yet.
+void AnswerAll(std::set<HWND>& answered) {
+  std::set<HWND> standing;
+  for (HWND box = nullptr; (box = FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr;) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(box, &process);
+    if (process != GetCurrentProcessId() || !IsWindowVisible(box)) continue;
+    if (!answered.contains(box)) Answer(box);
+    standing.insert(box);
+  }
+  answered = standing;
+}
+
+}  // namespace
+
+Journal& Journal::Of() {
+  static Journal journal;
+  return journal;
+}
+
+void Journal::Start(const std::wstring& path) {
+  const std::lock_guard lock(mutex_);
+  path_ = path;
+}
+
+void Journal::Write(std::string_view tipo,
+                    const std::vector<std::pair<std::string_view, std::string>>& members) {
+  const std::lock_guard lock(mutex_);
+  if (path_.empty()) return;
+  std::string line = "{\"tipo\":" + Quoted(tipo);
+  for (const auto& [name, value] : members)
+    line += "," + Quoted(name) + ":" + value;
+  line += "}\n";
+  FILE* const file = _wfopen(path_.c_str(), L"ab");
+  if (!file) return;
+  std::fwrite(line.data(), 1, line.size(), file);
+  std::fclose(file);
+}
+
+std::string Quoted(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"' || c == '\\') {
+      quoted += '\\';
+      quoted += c;
+    } else if (static_cast<unsigned char>(c) < 0x20) {
+      std::array<char, 8> escape{};
+      std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(c));
+      quoted += escape.data();
+    } else {
+      quoted += c;
+    }
+  }
+  return quoted + '"';
+}
+
+std::string Truth(bool value) { return value ? "true" : "false"; }
+
+BoxWatcher::BoxWatcher()
+    : stop_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
+      thread_(CreateThread(nullptr, 0, &BoxWatcher::Watch, stop_, 0, nullptr)) {}
+
+BoxWatcher::~BoxWatcher() {
+  SetEvent(stop_);
+  WaitForSingleObject(thread_, INFINITE);
+  CloseHandle(thread_);
+  CloseHandle(stop_);
+}
+
+unsigned long BoxWatcher::Watch(void* stop) {
+  std::set<HWND> answered;
+  while (WaitForSingleObject(stop, kPoll) == WAIT_TIMEOUT)
+    AnswerAll(answered);
+  return 0;
+}
+
+}  // namespace tremvik::com_test
