@@ -112,7 +112,7 @@ std::string_view Statement::Text(int column) const {
 
 Connection::Connection(const std::string& path, int flags, int wait_ms) {
   sqlite3* opened = nullptr;
-  const int code = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
+  const int code = sqlite3_open_v2(path.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   connection_.reset(opened);
   if (code != SQLITE_OK) throw EngineError(opened, code);
   sqlite3_busy_timeout(opened, wait_ms);

@@ -57,7 +57,7 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-/// An open database file.
+/// An open database file, for one thread at a time.
 class Connection {
  public:
   Connection() = default;
