@@ -1,0 +1,183 @@
+// Numbers, dates, texts and display forms; the members that a host may call without a run.
+#include <gtest/gtest.h>
+
+#include "checks/dates.h"
+#include "checks/display.h"
+#include "checks/numbers.h"
+#include "checks/text.h"
+#include "tests/support/cases.h"
+
+namespace tremvik::test {
+namespace {
+
+// The number of the run-time error that `action` raises, 0 when it raises none.
+template <typename Action>
+int ErrorOf(const Action& action) {
+  try {
+    (void)action();
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+TEST(Values, Val) {
+  const std::pair<std::string_view, double> cases[] = {
+      {"", 0},
+      {"12", 12},
+      {" 1 2", 12},
+      {"1\t2\n3", 123},
+      {"-1", -1},
+      {"+7", 7},
+      {"- 3", -3},
+      {"1.5", 1.5},
+      {"1,5", 1},
+      {"1.5.5", 1.5},
+      {"12G", 12},
+      {"G12", 0},
+      {"--1", 0},
+      {"1-1", 1},
+      {"1e2", 1},
+      {"\r1", 0},
+      {".5", 0.5},
+      {"-", 0},
+      {"000000000012345", 12345},
+      {"999999999999999", 999999999999999.0},
+  };
+  for (const auto& [text, value] : cases)
+    EXPECT_EQ(Val(text), value) << text;
+}
+
+TEST(Values, NumericTests) {
+  struct Numeric {
+    std::string_view text;
+    bool numeric, field;  // as a number; as a field of the file
+  };
+  constexpr Numeric kCases[] = {
+      {"0", true, true},       {"007", true, true},   {"+7", true, true},
+      {" 7", true, false},     {"7 ", true, false},   {"-7", true, false},
+      {"1.5", true, false},    {"1,5", true, false},  {"7,", true, false},
+      {",7", true, false},     {"", false, false},    {" ", false, false},
+      {"-", false, false},     {",", false, false},   {"1.5.5", false, false},
+      {"1,5.5", false, false}, {"1 2", false, false}, {"1e2", false, false},
+      {"&H1", false, false},   {"R$1", false, false}, {"7-", false, false},
+      {"- 7", false, false},   {"--7", false, false}, {std::string_view("\0\0", 2), false, false},
+      {"\t7", false, false},   {"1A", false, false},
+  };
+  for (const auto& [text, numeric, field] : kCases) {
+    EXPECT_EQ(IsNumeric(text), numeric) << text;
+    EXPECT_EQ(LefRigNumChr(text), !field) << text;
+  }
+  EXPECT_FALSE(LefRigNumChr("000"));
+  EXPECT_TRUE(LefRigNumChr("000", true));
+  EXPECT_FALSE(LefRigNumChr("001", true));
+}
+
+TEST(Values, Integers) {
+  EXPECT_EQ(ToInt16(std::string_view("32767")), 32767);
+  EXPECT_EQ(ErrorOf([] { return ToInt16(std::string_view("32768")); }), 6);
+  EXPECT_EQ(ToInt16(std::string_view("-32768")), -32768);
+  EXPECT_EQ(ErrorOf([] { return ToInt16(std::string_view("-32769")); }), 6);
+  EXPECT_EQ(ErrorOf([] { return ToInt16(std::string_view("000G")); }), 13);
+  EXPECT_EQ(ErrorOf([] { return ToInt16(std::string_view("")); }), 13);
+}
+
+TEST(Values, Dates) {
+  const std::pair<std::string_view, bool> dates[] = {
+      {"20120229", true},  {"19000229", true},  {"21000229", true},  {"20130229", false}, {"20120230", false},
+      {"20120431", false}, {"20120430", true},  {"20120131", true},  {"20120132", false}, {"20121231", true},
+      {"20120100", false}, {"20120001", false}, {"20121301", false}, {"00000101", false}, {"00010101", true},
+      {"2012G101", false}, {"201201G1", false}, {"", false},         {"201201", true},    {"201212", true},
+      {"201200", false},   {"201213", false},   {"000012", false},   {"000112", true},
+  };
+  for (const auto& [text, valid] : dates)
+    EXPECT_EQ(ValidarData(text), !valid) << text;
+  const std::pair<std::string_view, bool> times[] = {
+      {"000000", true},  {"235959", true},  {"240000", true},  {"245959", true},
+      {"250000", false}, {"126000", false}, {"125960", false}, {"120060", false},
+      {"12AB00", false}, {"AB0000", false}, {"1200AB", false}, {"", false},
+  };
+  for (const auto& [text, valid] : times)
+    EXPECT_EQ(ValidarHora(text), !valid) << text;
+  EXPECT_EQ(ErrorOf([] { return ValidarHora("12-100"); }), 6);
+}
+
+TEST(Values, Texts) {
+  for (const std::string_view text : {"12a", "Z", "z", "A", "1 b"})
+    EXPECT_TRUE(ContemLetra(text)) << text;
+  for (const std::string_view text : {"", "123", "\xE7\xC3", "@[`{", " "})
+    EXPECT_FALSE(ContemLetra(text)) << text;
+  EXPECT_TRUE(ChaveHexaValida("0123456789abcdefABCDEF9876543210"));
+  EXPECT_FALSE(ChaveHexaValida("0123456789abcdefABCDEF987654321g"));
+  EXPECT_FALSE(ChaveHexaValida("/123456789abcdefABCDEF9876543210"));
+  EXPECT_FALSE(ChaveHexaValida("0123456789abcdef"));
+  EXPECT_EQ(Utf8("\xE7\x80 \x81"), "ç€ \xC2\x81");
+}
+
+TEST(Values, FomataValor) {
+  const Instance instance;
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"000000000000000", "0,00"},
+      {"000000000012345", "123,45"},
+      {"000000000000005", "0,05"},
+      {"000000000000050", "0,50"},
+      {"000000000100000", "1.000,00"},
+      {"123456789", "1.234.567,89"},
+      {"99999", "999,99"},
+      {"999999999999999", "9.999.999.999.999,99"},
+  };
+  for (const auto& [cents, text] : cases)
+    EXPECT_EQ(instance.tremvik.FomataValor(cents), text);
+  EXPECT_EQ(ErrorOf([&] { return instance.tremvik.FomataValor("00000000000012G"); }), 13);
+}
+
+TEST(Values, TiraZeros) {
+  const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
+      {"200301", "510200", "5102"}, {"200212", "510200", "512"},   {"200212", "112000", "112"},
+      {"200212", "000000", "0"},    {"200212", "327670", "32767"}, {"200301", "000000", "0000"},
+      {"200213", "510200", "5102"},
+  };
+  for (const auto& [ref, cfop, code] : cases)
+    EXPECT_EQ(TiraZeros(ref, cfop).view(), code) << ref << cfop;
+  EXPECT_EQ(ErrorOf([] { return TiraZeros("200212", "327680"); }), 6);
+  EXPECT_EQ(ErrorOf([] { return TiraZeros("200212", "111111"); }), 6);
+}
+
+// Called by a host before any run, the members see empty records.
+TEST(Values, MembersOutsideARun) {
+  Instance instance;
+  Tremvik& tremvik = instance.tremvik;
+  EXPECT_EQ(tremvik.TiraZeros("510200"), "512");
+  EXPECT_TRUE(tremvik.Validar_Cod_CredAcumulado());
+  EXPECT_TRUE(tremvik.LefRigNumChr("0", true));
+  EXPECT_FALSE(tremvik.LefRigNumChr("0", false, true));
+  EXPECT_EQ(tremvik.linha(), "");
+  EXPECT_EQ(tremvik.Mensagem(), "");
+  EXPECT_EQ(tremvik.NroLinha(), 0);
+  EXPECT_EQ(tremvik.database_name(), "");
+  tremvik.set_database_name("outra");
+  tremvik.set_idxBanco(-3);
+  tremvik.set_bolRetMonitora(true);
+  EXPECT_EQ(tremvik.database_name(), "outra");
+  EXPECT_EQ(tremvik.idxBanco(), -3);
+  EXPECT_TRUE(tremvik.bolRetMonitora());
+
+  tremvik.ErroSair();
+  EXPECT_EQ(instance.host.boxes.front().text, Report("", "", 0));
+  EXPECT_EQ(instance.host.boxes.front().style, 0);
+  EXPECT_EQ(instance.host.boxes.front().title, "");
+  EXPECT_EQ(instance.host.log, (std::vector<std::string>{"Caixa", "Fechar", "Encerrar "}));
+}
+
+// After a run they go on with its last records.
+TEST(Values, MembersAfterARun) {
+  Instance instance;
+  instance.Import(FileBuilder("05 20 28").Bytes());
+  EXPECT_TRUE(instance.Succeeded());
+  EXPECT_FALSE(instance.tremvik.Validar_Cod_CredAcumulado());
+  EXPECT_EQ(instance.tremvik.TiraZeros("510200"), "5102");
+  EXPECT_EQ(instance.tremvik.linha(), "");
+}
+
+}  // namespace
+}  // namespace tremvik::test
