@@ -11,7 +11,7 @@ RuntimeError Named(int number, std::string_view what, sqlite3* connection) {
   const char* const path = connection == nullptr ? nullptr : sqlite3_db_filename(connection, "main");
   std::string text(what);
   if (path != nullptr && *path != '\0') text.append(" '").append(path).append("'");
-  return RuntimeError(number, text.append("."));
+  return {number, text.append(".")};
 }
 
 // The engine tells an unknown name, an unknown table and a malformed text apart; here all three are one code
@@ -22,13 +22,13 @@ RuntimeError QueryError(std::string_view words) {
   std::string text;
   if (words.starts_with("no such table")) {
     text.append("Tabela não encontrada: '").append(name).append("'.");
-    return RuntimeError(erro::kTabelaNaoEncontrada, text);
+    return {erro::kTabelaNaoEncontrada, text};
   }
   if (words.starts_with("no such column")) {
     text.append("Parâmetros insuficientes: a coluna '").append(name).append("' não existe.");
-    return RuntimeError(erro::kParametrosInsuficientes, text);
+    return {erro::kParametrosInsuficientes, text};
   }
-  return RuntimeError(erro::kSintaxeDaConsulta, text.append("Erro de sintaxe na consulta: ").append(words));
+  return {erro::kSintaxeDaConsulta, text.append("Erro de sintaxe na consulta: ").append(words)};
 }
 
 RuntimeError CannotOpen(sqlite3* connection) {
@@ -92,9 +92,8 @@ bool Statement::Step() {
   const int code = sqlite3_step(statement_.get());
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
-  const RuntimeError error = EngineError(sqlite3_db_handle(statement_.get()), code);
-  Reset();
-  throw error;
+  Reset();  // gives the same code again, and keeps the connection's words about it
+  throw EngineError(sqlite3_db_handle(statement_.get()), code);
 }
 
 void Statement::Run() {
@@ -118,12 +117,12 @@ Connection::Connection(const std::string& path, int flags, int wait_ms) {
   sqlite3_busy_timeout(opened, wait_ms);
 }
 
-void Connection::Execute(const std::string& sql) {
+void Connection::Execute(const std::string& sql) const {
   const int code = sqlite3_exec(get(), sql.c_str(), nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) throw EngineError(get(), code);
 }
 
-Statement Connection::Prepare(std::string_view sql, bool lasting) {
+Statement Connection::Prepare(std::string_view sql, bool lasting) const {
   sqlite3_stmt* made = nullptr;
   const char* rest = nullptr;
   const unsigned int flags = lasting ? SQLITE_PREPARE_PERSISTENT : 0;
@@ -137,7 +136,7 @@ Statement Connection::Prepare(std::string_view sql, bool lasting) {
   return statement;
 }
 
-std::int64_t Connection::Number(std::string_view sql) {
+std::int64_t Connection::Number(std::string_view sql) const {
   Statement statement = Prepare(sql);
   return statement.Step() ? statement.Integer(0) : 0;
 }

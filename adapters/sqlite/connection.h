@@ -67,11 +67,11 @@ class Connection {
   [[nodiscard]] explicit operator bool() const { return connection_ != nullptr; }
   [[nodiscard]] sqlite3* get() const { return connection_.get(); }
   /// Runs statements without parameters and rows.
-  void Execute(const std::string& sql);
+  void Execute(const std::string& sql) const;
   /// `lasting`: the statement is kept for long.
-  [[nodiscard]] Statement Prepare(std::string_view sql, bool lasting = false);
+  [[nodiscard]] Statement Prepare(std::string_view sql, bool lasting = false) const;
   /// The one number that `sql` gives.
-  [[nodiscard]] std::int64_t Number(std::string_view sql);
+  [[nodiscard]] std::int64_t Number(std::string_view sql) const;
   void Close() { connection_.reset(); }
 
  private:

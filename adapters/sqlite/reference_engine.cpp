@@ -34,6 +34,8 @@ class Answer final : public Recordset {
     }
   }
 
+  virtual ~Answer() = default;
+
   long RecordCount() override { return found_ ? 1 : 0; }
   std::string_view Field(std::string_view name) override {
     if (!found_) throw RuntimeError(sqlite::kSemRegistroAtual, "Nenhum registro atual.");
@@ -63,6 +65,8 @@ class ReferenceDatabase final : public Database {
       throw sqlite::EngineError(connection_.get(), SQLITE_NOTADB);
     }
   }
+
+  virtual ~ReferenceDatabase() = default;
 
   Recordset& OpenRecordset(std::string_view sql, int type) override {
     if (type != kSnapshot) throw RuntimeError(erro::kArgumentoInvalido);

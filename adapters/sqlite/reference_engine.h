@@ -16,7 +16,7 @@ class SqliteReferenceEngine final : public ReferenceEngine {
  public:
   /// `folder` must outlive this object.
   explicit SqliteReferenceEngine(const ComponentFolder& folder);
-  ~SqliteReferenceEngine();
+  ~SqliteReferenceEngine() override;
   SqliteReferenceEngine(const SqliteReferenceEngine&) = delete;
   SqliteReferenceEngine& operator=(const SqliteReferenceEngine&) = delete;
 

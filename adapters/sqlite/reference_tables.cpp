@@ -13,6 +13,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <span>
 
 #include "adapters/local/local_files.h"
 #include "adapters/sqlite/csv_reader.h"
@@ -84,7 +85,7 @@ class CargaDeTabela {
     }
     for (std::size_t i = 0; i < nomes.size(); ++i) {
       const bool conhecida = std::ranges::count(tabela_.colunas, nomes[i], &ColunaFixa::nome) > 0;
-      const bool repetida = std::ranges::find(nomes, nomes[i]) - nomes.begin() != std::ptrdiff_t(i);
+      const bool repetida = std::ranges::count(std::span(nomes).first(i), nomes[i]) > 0;
       if (!conhecida) Anotar(1, Texto({"a coluna '", nomes[i], "' não é desta tabela"}));
       if (conhecida && repetida) Anotar(1, Texto({"a coluna '", nomes[i], "' aparece mais de uma vez"}));
     }
@@ -106,7 +107,7 @@ class CargaDeTabela {
         continue;
       }
       for (std::size_t i = 0; i < lugares.size(); ++i) {
-        inserir.Bind(static_cast<int>(i) + 1, std::string_view(campos[lugares[i]]));
+        inserir.Bind(static_cast<int>(i) + 1, std::string_view{campos[lugares[i]]});
       }
       inserir.Run();
       linhas_.push_back(leitor.linha());
@@ -144,22 +145,28 @@ void CriarIndices(sqlite::Connection& banco, const TabelaFixa& tabela) {
   }
 }
 
-// The row counts that "tables.json" states, by file.
-std::map<std::string, std::size_t, std::less<>> Contagens(const Leitor& ler, Problemas& problemas) {
-  std::map<std::string, std::size_t, std::less<>> contagens;
-  const auto texto = ler("tables.json");
-  if (!texto) return contagens;
-  try {
-    const auto descricao = nlohmann::json::parse(*texto);
-    for (const auto& tabela : descricao.at("tables")) {
-      if (tabela.contains("rows")) {
-        contagens[tabela.at("file").get<std::string>()] = tabela.at("rows").get<std::size_t>();
-      }
-    }
-  } catch (const nlohmann::json::exception& erro) {
-    problemas.push_back(Texto({"tables.json: não foi possível entender o arquivo: ", erro.what(), "."}));
+using ContagensPorArquivo = std::map<std::string, std::size_t, std::less<>>;
+
+// Raises nlohmann's errors.
+ContagensPorArquivo LerContagens(const std::string& json) {
+  ContagensPorArquivo contagens;
+  const auto descricao = nlohmann::json::parse(json);
+  for (const auto& tabela : descricao.at("tables")) {
+    if (!tabela.contains("rows")) continue;
+    contagens[tabela.at("file").get<std::string>()] = tabela.at("rows").get<std::size_t>();
   }
   return contagens;
+}
+
+// The row counts that "tables.json" states; none without that file.
+ContagensPorArquivo Contagens(const Leitor& ler, Problemas& problemas) {
+  const auto json = ler("tables.json");
+  try {
+    return json ? LerContagens(*json) : ContagensPorArquivo();
+  } catch (const nlohmann::json::exception& erro) {
+    problemas.push_back(Texto({"tables.json: não foi possível entender o arquivo: ", erro.what(), "."}));
+    return {};
+  }
 }
 
 void Carregar(sqlite::Connection& banco, const Leitor& ler, Problemas& problemas) {

@@ -31,7 +31,7 @@ void ConferirVersao(sqlite::Connection& banco) {
 class Anexo {
  public:
   Anexo(sqlite::Connection& banco, const std::string& arquivo) : banco_(banco) {
-    banco_.Prepare("ATTACH ? AS prf").Bind(1, std::string_view(arquivo)).Run();
+    banco_.Prepare("ATTACH ? AS prf").Bind(1, std::string_view{arquivo}).Run();
   }
   ~Anexo() { sqlite3_exec(banco_.get(), "DETACH prf", nullptr, nullptr, nullptr); }
   Anexo(const Anexo&) = delete;

@@ -54,7 +54,7 @@ std::string_view Iso(Forma forma, std::string_view texto, std::string& formados)
   } else {
     return texto;
   }
-  return std::string_view(formados).substr(inicio);
+  return std::string_view{formados}.substr(inicio);
 }
 
 bool SoZeros(std::string_view texto) { return texto.find_first_not_of('0') == std::string_view::npos; }
@@ -102,25 +102,29 @@ void TableWriter::Vincular(sqlite::Statement& insercao, int parametro, Forma for
   insercao.Bind(parametro, Iso(forma, texto, formados_));
 }
 
+void TableWriter::VincularCampos(sqlite::Statement& insercao) {
+  int parametro = ColunasDeChave(tabela_) + 1;
+  for (std::size_t i = 0; i < lugares_.size(); ++i) {
+    const Lugar& lugar = lugares_[i];
+    const Forma forma = tabela_.colunas[i].forma;
+    const int depois = parametro + (forma == Forma::kValor ? 2 : 1);
+    if (lugar.dado) {
+      Vincular(insercao, parametro, forma, std::string_view{textos_}.substr(lugar.inicio, lugar.tamanho));
+    } else {
+      for (int p = parametro; p < depois; ++p)
+        insercao.BindNull(p);
+    }
+    parametro = depois;
+  }
+}
+
 void TableWriter::Gravar() {
   try {
     sqlite::Statement& insercao = temporario_.Insercao(tabela_.registro);
     const ChaveDeRegistro chave = temporario_.NovaChave(tabela_.registro);
     insercao.Bind(1, chave.declaracao).Bind(2, chave.linha);
     if (tabela_.pai) insercao.Bind(3, chave.pai);
-    int parametro = ColunasDeChave(tabela_) + 1;
-    for (std::size_t i = 0; i < lugares_.size(); ++i) {
-      const Lugar& lugar = lugares_[i];
-      const Forma forma = tabela_.colunas[i].forma;
-      const int parametros = forma == Forma::kValor ? 2 : 1;
-      if (lugar.dado) {
-        Vincular(insercao, parametro, forma, std::string_view(textos_).substr(lugar.inicio, lugar.tamanho));
-      } else {
-        for (int p = 0; p < parametros; ++p)
-          insercao.BindNull(parametro + p);
-      }
-      parametro += parametros;
-    }
+    VincularCampos(insercao);
     insercao.Run();
   } catch (const RuntimeError&) {
     Limpar();

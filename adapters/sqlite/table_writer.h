@@ -30,6 +30,7 @@ class TableWriter final : public Gravador {
     bool dado = false;
   };
   void Vincular(sqlite::Statement& insercao, int parametro, Forma forma, std::string_view texto);
+  void VincularCampos(sqlite::Statement& insercao);
   void Limpar();
 
   TemporaryDatabase& temporario_;
