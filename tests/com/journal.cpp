@@ -11,7 +11,7 @@ namespace tremvik::com_test {
 namespace {
 
 constexpr int kTextControl = 0xFFFF;
-constexpr DWORD kPoll = 5;  // milliseconds
+constexpr DWORD kPoll = 2;  // milliseconds
 
 std::string WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');

@@ -196,6 +196,8 @@ def stage(architecture, builds, cli, work):
     shutil.copy(builds["x86_64"] / "tests/com/sql_server.exe", folder)
     for script in ("client.vbs", "client.js", "create.vbs"):
         shutil.copy(HERE / script, folder)
+    for sample in ("aceito", "recusado-quantidades", "recusado-segundo-mestre", "recusado-vazio", "recusado-versao"):
+        shutil.copy(ROOT / "samples" / f"{sample}.txt", folder)
     subprocess.run([cli, "tabelas", "construir", folder / "tblFixas.fix"], check=True, stdout=subprocess.DEVNULL)
     return folder
 
@@ -222,7 +224,9 @@ def main():
             for locale in LOCALES:
                 for client in ("client.exe", "client.vbs", "client.js"):
                     run_client(architecture, client, locale, everything, folder, work)
-                run = wine(folder / "com_test.exe", locale=locale)
+                # A count of cycles in one locale is enough.
+                cycles = () if locale == LOCALES[0] else ("--gtest_filter=-*Cycles*",)
+                run = wine(folder / "com_test.exe", *cycles, locale=locale)
                 check(f"{architecture} {locale[:5]} com_test", run.returncode == 0, run.stdout[-6000:])
     finally:
         subprocess.run(["wineserver", "-k"], check=False)

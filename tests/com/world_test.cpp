@@ -1,0 +1,174 @@
+// What the library reaches: registry, files, engine, components, windows; and what a process sees of it.
+#include <thread>
+
+#include "adapters/com/registry.h"
+#include "adapters/com/win_files.h"
+#include "com_support.h"
+#include "host/runtime_error.h"
+
+namespace tremvik::com_test {
+namespace {
+
+/// A registry text that stands for the length of a test.
+class Setting {
+ public:
+  Setting(HKEY root, std::wstring path, std::wstring name, const std::wstring& text)
+      : root_(root),
+        path_(std::move(path)),
+        name_(std::move(name)),
+        before_(com::ReadText(root, path_, name_)) {
+    EXPECT_EQ(com::WriteText(root_, path_, name_, text), ERROR_SUCCESS);
+  }
+  Setting(const Setting&) = delete;
+  Setting& operator=(const Setting&) = delete;
+  ~Setting() {
+    if (before_)
+      EXPECT_EQ(com::WriteText(root_, path_, name_, *before_), ERROR_SUCCESS);
+    else
+      RegDeleteKeyValueW(root_, path_.c_str(), name_.c_str());
+  }
+
+ private:
+  HKEY root_;
+  std::wstring path_;
+  std::wstring name_;
+  std::optional<std::wstring> before_;
+};
+
+const std::wstring kRedirections = LR"(Software\DllTremvik\Componentes)";
+const std::wstring kNoClass = L"{00000000-1111-2222-3333-444444444444}";
+
+class World : public ComTest {
+ protected:
+  std::string MessageOf(std::string_view sample) {
+    const auto tremvik = Make();
+    EXPECT_EQ(Monitora(tremvik, Sample(sample)), S_OK);
+    return Mensagem(tremvik);
+  }
+};
+
+TEST_F(World, ComponentsAreRedirectedForTheUserBeforeTheMachine) {
+  const Setting machine(HKEY_LOCAL_MACHINE, kRedirections, L"Brunsel.BancoTemporario", L"Maquina.Banco");
+  EXPECT_EQ(MessageOf("aceito"), "429 - O componente ActiveX não pode criar o objeto: 'Maquina.Banco'");
+  const Setting user(HKEY_CURRENT_USER, kRedirections, L"Brunsel.BancoTemporario", L"Usuario.Banco");
+  EXPECT_EQ(MessageOf("aceito"), "429 - O componente ActiveX não pode criar o objeto: 'Usuario.Banco'");
+  const Setting back(HKEY_CURRENT_USER, kRedirections, L"Brunsel.BancoTemporario",
+                     L"Brunsel.BancoTemporario");
+  EXPECT_EQ(MessageOf("aceito"), "");
+}
+
+TEST_F(World, TheLaterEngineStandsInForTheFirst) {
+  const Setting first(HKEY_LOCAL_MACHINE, LR"(Software\Classes\DAO.DBEngine.36\CLSID)", L"", kNoClass);
+  EXPECT_EQ(MessageOf("aceito"), "");
+  const Setting later(HKEY_LOCAL_MACHINE, LR"(Software\Classes\DAO.DBEngine.120\CLSID)", L"", kNoClass);
+  EXPECT_EQ(MessageOf("aceito"), "429 - O componente ActiveX não pode criar o objeto: 'DAO.DBEngine.120'");
+}
+
+TEST_F(World, ErrorsOfTheEngineKeepNumberAndWords) {
+  const std::wstring tables = com::Wide(Folder() + "\\tblFixas.fix");
+  ASSERT_TRUE(MoveFileW(tables.c_str(), (tables + L".fora").c_str()));
+  EXPECT_EQ(MessageOf("aceito"),
+            "3024 - Não foi possível localizar o arquivo '" + Folder() + "\\tblFixas.fix'.");
+  ASSERT_TRUE(MoveFileW((tables + L".fora").c_str(), tables.c_str()));
+}
+
+TEST_F(World, TheCurrentDatabaseIsTheUsersSetting) {
+  const Setting setting(HKEY_CURRENT_USER, LR"(Software\VB and VBA Program Settings\Brunsel\DB)", L"DbAtual",
+                        L"C:\\Declarações\\Base.mdb");
+  const auto tremvik = Make();
+  Monitora(tremvik, Sample("recusado-versao"));
+  Bstr name;
+  ASSERT_EQ(tremvik->get_database_name(name.Receive()), S_OK);
+  EXPECT_EQ(com::Utf8(com::View(name.get())), "C:\\Declarações\\Base.mdb");
+}
+
+TEST_F(World, BoxesAreModalToTheActiveWindow) {
+  const HWND host = CreateWindowW(L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 90, 90, nullptr,
+                                  nullptr, nullptr, nullptr);
+  SetActiveWindow(host);
+  diario_->Call(L"Encerrar");  // the box is answered here
+  HWND owner = nullptr;
+  BOOL enabled = TRUE;
+  std::thread watcher([&] {
+    HWND box = nullptr;
+    while (!(box = FindWindowW(L"#32770", L"Mensagem...")) || !IsWindowVisible(box))
+      Sleep(2);
+    owner = GetWindow(box, GW_OWNER);
+    enabled = IsWindowEnabled(host);
+    PostMessageW(box, WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED), 0);
+  });
+  Monitora(Make(), Sample("recusado-vazio"));
+  watcher.join();
+  EXPECT_EQ(owner, host);
+  EXPECT_FALSE(enabled);
+  DestroyWindow(host);
+}
+
+// What an operation on a file raises; 0: nothing.
+template <class Operation>
+int ErrorOf(Operation&& operation) {
+  try {
+    operation();
+    return 0;
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+}
+
+void WriteFileAt(const std::wstring& path, std::string_view bytes) {
+  const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  DWORD written = 0;
+  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  CloseHandle(file);
+}
+
+TEST(WinFiles, LongAndAccentedNamesWork) {
+  std::string folder = Folder() + "\\cópia";
+  CreateDirectoryW(com::Wide(folder).c_str(), nullptr);
+  for (int i = 0; i < 3; ++i) {
+    folder += "\\" + std::string(100, 'x');
+    CreateDirectoryW((LR"(\\?\)" + com::Wide(folder)).c_str(), nullptr);
+  }
+  const std::string first = folder + "\\declaração.txt";
+  const std::string second = folder + "\\€.txt";
+  WriteFileAt(LR"(\\?\)" + com::Wide(first), "abc");
+  com::WinFiles files;
+  EXPECT_TRUE(files.Exists(first));
+  EXPECT_FALSE(files.Exists(folder)) << "a folder is no file";
+  files.Open(1, first);
+  EXPECT_EQ(files.FreeFile(), 2);
+  std::string bytes(8, '?');
+  EXPECT_EQ(files.Read(1, bytes.data(), bytes.size()), 3U);
+  EXPECT_EQ(files.Read(1, bytes.data(), bytes.size()), 0U);
+  files.Close(1);
+  files.Rename(first, second);
+  EXPECT_TRUE(files.Exists(second));
+  files.Delete(second);
+  EXPECT_FALSE(files.Exists(second));
+}
+
+TEST(WinFiles, FailuresAreTheRuntimesErrors) {
+  const std::string file = Folder() + "\\um.txt";
+  const std::string other = Folder() + "\\outro.txt";
+  WriteFileAt(com::Wide(file), "1");
+  WriteFileAt(com::Wide(other), "2");
+  com::WinFiles files;
+  char byte = 0;
+  EXPECT_EQ(ErrorOf([&] { files.Open(1, Folder() + "\\nada.txt"); }), 53);
+  EXPECT_EQ(ErrorOf([&] { files.Open(1, Folder() + "\\nada\\nada.txt"); }), 76);
+  EXPECT_EQ(ErrorOf([&] { files.Open(1, Folder()); }), 75);
+  EXPECT_EQ(ErrorOf([&] { files.Rename(file, other); }), 58);
+  EXPECT_EQ(ErrorOf([&] { files.Delete(Folder() + "\\nada.txt"); }), 53);
+  EXPECT_EQ(ErrorOf([&] { files.Read(9, &byte, 1); }), 52);
+  files.Open(1, file);
+  EXPECT_EQ(ErrorOf([&] { files.Open(1, other); }), 55);
+  const HANDLE writer =
+      CreateFileW(com::Wide(other).c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_EQ(ErrorOf([&] { files.Open(2, other); }), 70) << "still being written";
+  CloseHandle(writer);
+  EXPECT_EQ(ErrorOf([&] { files.Close(5); }), 0);
+}
+
+}  // namespace
+}  // namespace tremvik::com_test

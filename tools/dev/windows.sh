@@ -1,0 +1,84 @@
+#!/usr/bin/env bash
+# builds the automation library for Windows, tries it under Wine and fills dist/
+packages_windows=("${packages_build[@]}" g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev
+  googletest locales python3 libodbc2 libsqliteodbc)
+windows=$PWD/build/windows
+
+# cross_build ARCHITECTURE : in build/windows/ARCHITECTURE.
+cross_build() {
+  step "configure-$1" "Windows $1: configure" cmake -S . -B "$windows/$1" -G Ninja -DWIN_ARCH="$1" \
+    -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/toolchain-mingw.cmake" -DTREMVIK_CLI=OFF -DTREMVIK_TESTS=OFF
+  step "build-$1" "Windows $1: build" cmake --build "$windows/$1" --parallel "$(nproc)"
+}
+
+# The locales that the library is tried in, for these runs alone: without them accented file names are lost.
+make_locales() {
+  local locale
+  for locale in pt_BR en_US; do
+    [[ -d $LOCPATH/$locale.UTF-8 ]] || localedef -i "$locale" -f UTF-8 "$LOCPATH/$locale.UTF-8"
+  done
+}
+
+# What a maker of hosts needs: both libraries, type library, descriptions, the page, examples.
+fill_dist() {
+  rm -rf dist
+  mkdir -p dist/exemplos
+  local architecture
+  for architecture in "${architectures[@]}"; do
+    mkdir -p "dist/$architecture"
+    cp "$windows/$architecture/adapters/com/DllTremvik.dll" "dist/$architecture/"
+  done
+  cp "$windows/x86_64/adapters/com/tremvik_idl/DllTremvik.tlb" adapters/com/DllTremvik.idl docs/windows.md \
+    docs/componentes.idl dist/
+  cp -r examples/windows/. dist/exemplos/
+}
+
+# A library that needs anything but the system's own would not load on a user's machine.
+system_libraries_only() {
+  local architecture foreign status=0
+  for architecture in "${architectures[@]}"; do
+    foreign=$("$architecture-w64-mingw32-objdump" -p "dist/$architecture/DllTremvik.dll" | sed -n 's/.*DLL Name: //p' |
+      grep -viE '^(advapi32|kernel32|msvcrt|ole32|oleaut32|user32)\.dll$') || continue
+    echo "$architecture needs $foreign"
+    status=1
+  done
+  return $status
+}
+
+need "${packages_windows[@]}"
+export WINEPREFIX=$windows/prefix LOCPATH=$windows/locale
+mkdir -p "$LOCPATH"
+unset WINEDLLPATH
+architectures=(x86_64)
+left_out=
+if ! (need g++-mingw-w64-i686-posix); then
+  left_out="the 32-bit compiler is not to be had"
+elif ! run_logged wine-32bit "Wine: 32-bit parts" cmake/wine-32bit "$windows/wine32"; then
+  left_out="the 32-bit parts of Wine are not to be had; build/log/wine-32bit.log says why"
+else
+  architectures+=(i686)
+  export WINEDLLPATH=$windows/wine32
+fi
+
+build_preset release "program"
+for architecture in "${architectures[@]}"; do
+  cross_build "$architecture"
+done
+fill_dist
+check windows-imports "Windows: system libraries only" system_libraries_only || true
+step wine-locales "Wine: locales" make_locales
+step wine-prefix "Wine: prefix" cmake/wine-prefix
+builds=()
+for architecture in "${architectures[@]}"; do
+  builds+=(--build "$architecture=$windows/$architecture")
+done
+check windows-clients "Windows: real clients under Wine" \
+  python3 -B tests/com/run.py --cli build/release/cli/tremvik --work "$windows/try" "${builds[@]}" || true
+tail -n 1 "$log_dir/windows-clients.log"
+
+echo "dist/: $(cd dist && echo */DllTremvik.dll), DllTremvik.tlb, descriptions, page and examples"
+if [[ $left_out ]]; then echo "left out: the 32-bit library and its tests ($left_out)"; fi
+if ((${#failed_steps[@]})); then
+  printf 'failed: %s\n' "${failed_steps[@]}"
+  exit 1
+fi
