@@ -1,8 +1,8 @@
-"""The pages tell the truth: README's commands print what it shows, its code is the example's, links lead somewhere.
+"""The pages tell the truth: commands print what they show, the code is the example's, links lead somewhere.
 
 usage: test_pages.py ROOT TREMVIK     (TREMVIK: the program)
-Each ```text block that begins with "$ tremvik ..." is run from ROOT; each ```cpp and ```cmake block stands in
-examples/cpp_host.
+In README.md and docs/json.md each block that begins with "$ tremvik ..." is run from ROOT; each cpp and cmake block
+stands in examples/cpp_host.
 """
 import difflib
 import os
@@ -14,7 +14,8 @@ import sys
 import tempfile
 
 root, program = pathlib.Path(sys.argv[1]), sys.argv[2]
-blocks = re.findall(r"^```(\w+)\n(.*?)^```$", (root / "README.md").read_text(encoding="utf-8"), re.MULTILINE | re.DOTALL)
+pages = "".join((root / page).read_text(encoding="utf-8") for page in ("README.md", "docs/json.md"))
+blocks = re.findall(r"^```(\w*)\n(.*?)^```$", pages, re.MULTILINE | re.DOTALL)
 faults = []
 
 
@@ -27,7 +28,7 @@ def run(command, home):
 
 def compare(title, shown, found):
     shown, found = ([line.rstrip() for line in text.splitlines()] for text in (shown, found))
-    faults.extend(difflib.unified_diff(shown, found, "README.md", title, lineterm=""))
+    faults.extend(difflib.unified_diff(shown, found, "the page", title, lineterm=""))
 
 
 examples = {"cpp": (root / "examples/cpp_host/main.cpp").read_text(encoding="utf-8"),
@@ -35,14 +36,14 @@ examples = {"cpp": (root / "examples/cpp_host/main.cpp").read_text(encoding="utf
 runs = 0
 with tempfile.TemporaryDirectory() as home:
     for language, text in blocks:
-        if language == "text" and text.startswith("$ tremvik "):
+        if text.startswith("$ tremvik "):
             command, _, shown = text.partition("\n")
             compare(command, shown, run(command.removeprefix("$ tremvik "), home))
             runs += 1
         elif language in examples and text not in examples[language]:
             compare(f"examples/cpp_host, {language}", text, examples[language])
 if not runs:
-    faults.append("README.md shows no run of the program")
+    faults.append("the pages show no run of the program")
 for page in [*root.glob("*.md"), *root.glob("[a-z]*/*.md"), *root.glob("[a-z]*/[a-z]*/*.md")]:
     if page.relative_to(root).parts[0].startswith("build"):
         continue
