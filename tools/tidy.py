@@ -47,9 +47,13 @@ def key(source, command, tidy_version):
     return digest.hexdigest()
 
 
-def examine(source, clang_tidy, build):
+def examine(source, clang_tidy, build, passed):
+    """What clang-tidy says of `source`, or an empty text when it passed; that is noted in the file `passed`."""
     run = subprocess.run([clang_tidy, "-p", str(build), "--quiet", str(source)], capture_output=True, text=True)
-    return run.returncode, run.stdout
+    if run.returncode == 0:
+        passed.touch()
+        return ""
+    return run.stdout + (run.stderr if not run.stdout else "")
 
 
 def main():
@@ -63,12 +67,11 @@ def main():
 
     failures = 0
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        for source, (status, said) in zip(todo, pool.map(lambda each: examine(each, clang_tidy, build), todo)):
-            if status == 0:
-                (passed / keys[source]).touch()
-                continue
-            failures += 1
-            print(f"{source.relative_to(ROOT)}:\n{said}", flush=True)
+        said = pool.map(lambda source: examine(source, clang_tidy, build, passed / keys[source]), todo)
+        for source, faults in zip(todo, said):
+            if faults:
+                failures += 1
+                print(f"{source.relative_to(ROOT)}:\n{faults}", flush=True)
     print(f"clang-tidy: {len(keys)} sources, {len(todo)} examined, {failures} failed")
     return 1 if failures else 0
 
