@@ -121,22 +121,26 @@ bool IsNumber(const TabelaGuardada& tabela, std::size_t column) {
          });
 }
 
+TextTable TableForPeople(const TabelaGuardada& tabela) {
+  TextTable table;
+  table.rows.resize(tabela.linhas.size());
+  for (std::size_t i = 0; i < tabela.colunas.size(); ++i) {
+    if (!IsForPeople(tabela.colunas[i])) continue;
+    table.columns.push_back({Visible(tabela.colunas[i]), IsNumber(tabela, i)});
+    for (std::size_t row = 0; row < table.rows.size(); ++row) {
+      table.rows[row].push_back(TextOf(tabela.linhas[row][i]));
+    }
+  }
+  return table;
+}
+
 void WriteRecords(const std::vector<TabelaGuardada>& tabelas, const Terminal& terminal, Output& out) {
   for (const auto& tabela : tabelas) {
-    TextTable table;
-    table.rows.resize(tabela.linhas.size());
-    for (std::size_t i = 0; i < tabela.colunas.size(); ++i) {
-      if (!IsForPeople(tabela.colunas[i])) continue;
-      table.columns.push_back({Visible(tabela.colunas[i]), IsNumber(tabela, i)});
-      for (std::size_t row = 0; row < table.rows.size(); ++row) {
-        table.rows[row].push_back(TextOf(tabela.linhas[row][i]));
-      }
-    }
     const std::string heading = "CR=" + std::string(Codigo(tabela.registro)) + " " + Visible(tabela.nome) +
                                 " (" + Count(tabela.linhas.size(), "registro", "registros") + ")";
     if (&tabela != &tabelas.front()) out.Write("\n");
-    out.Write(Styled(heading, Style::kGood, terminal.colour) + "\n" +
-              table.Render(terminal.width, terminal.colour));
+    out.Write(Styled(heading, Style::kGood, terminal.colour) + "\n");
+    out.Write(TableForPeople(tabela).Render(terminal.width, terminal.colour));
   }
 }
 

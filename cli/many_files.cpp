@@ -115,19 +115,25 @@ class Queue {
 };
 
 // The hosts are made one after the other: the first one makes what the folder lacks.
+void RunJobs(Queue& queue, const RunOptions& options, const Terminal& terminal, std::mutex& making) {
+  auto job = queue.Take();
+  if (!job) return;
+  Output out;
+  Output err;
+  std::optional<Importer> importer;
+  {
+    const std::scoped_lock alone(making);
+    importer.emplace(options, terminal, out, err);
+  }
+  for (; job; job = queue.Take()) {
+    const Saida saida = importer->Run(job->path);
+    queue.Give(job->number, {saida, out.Take(), err.Take()});
+  }
+}
+
 void Work(Queue& queue, const RunOptions& options, const Terminal& terminal, std::mutex& making) {
   try {
-    Output out;
-    Output err;
-    std::optional<Importer> importer;
-    for (auto job = queue.Take(); job; job = queue.Take()) {
-      if (!importer) {
-        const std::scoped_lock alone(making);
-        importer.emplace(options, terminal, out, err);
-      }
-      const Saida saida = importer->Run(job->path);
-      queue.Give(job->number, {saida, out.Take(), err.Take()});
-    }
+    RunJobs(queue, options, terminal, making);
   } catch (...) {
     queue.Fail(std::current_exception());
   }

@@ -18,12 +18,12 @@ std::string PortugueseFormatter::make_usage(const CLI::App* app, std::string nam
 }
 
 std::string PortugueseFormatter::make_option_opts(const CLI::Option* option) const {
-  const std::string text = option->get_option_text();
+  const std::string& text = option->get_option_text();
   return text.empty() ? text : " " + text;
 }
 
 std::string InPortuguese(const CLI::ParseError& error) {
-  const std::string text = error.what();
+  std::string text = error.what();
   const std::string name = text.substr(0, text.find_first_of(": "));
   if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) return "falta " + name;
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
