@@ -37,11 +37,15 @@ int StyleOf(HWND box) {
   return style | MB_ICONMASK;  // none that the system uses
 }
 
+// Wine has no icons for 32-bit programs, so there they cannot be seen in a box.
+bool IconsAreSeen() { return LoadIconW(nullptr, IDI_HAND) != nullptr; }
+
 void Answer(HWND box) {
   const int answer = Button(box, IDYES) ? Journal::Of().answer() : IDOK;
   Journal::Of().Write("mensagem", {{"texto", Quoted(WindowText(GetDlgItem(box, kTextControl)))},
                                    {"estilo", std::to_string(StyleOf(box))},
                                    {"titulo", Quoted(WindowText(box))},
+                                   {"icones", Truth(IconsAreSeen())},
                                    {"resposta", std::to_string(answer)}});
   const HWND button = Button(box, answer);
   PostMessageW(box, WM_COMMAND, MAKEWPARAM(answer, BN_CLICKED), reinterpret_cast<LPARAM>(button));
