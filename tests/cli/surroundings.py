@@ -75,8 +75,8 @@ class Machine(Story):
     def test_missing_permissions_are_named(self):
         self.write("fechado.txt", ACCEPTED.read_bytes()).chmod(0)
         self.expect_environment('sem permissão para ler "fechado.txt"', "validar", "fechado.txt")
-        self.home.mkdir(mode=0o555)
-        self.expect_environment("não foi possível usar a pasta", "importar", ACCEPTED)
+        (self.folder / "fechada").mkdir(mode=0o555)
+        self.expect_environment("não foi possível usar a pasta", "importar", ACCEPTED, "--pasta", "fechada")
 
     def test_a_folder_that_is_none_and_damaged_databases_are_named(self):
         self.write("arquivo", b"")
