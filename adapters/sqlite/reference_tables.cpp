@@ -1,11 +1,13 @@
 #include "adapters/sqlite/reference_tables.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -197,9 +199,11 @@ void Carregar(sqlite::Connection& banco, const Leitor& ler, Problemas& problemas
 // A file that is removed unless it took the target's place.
 class Substituto {
  public:
-  explicit Substituto(std::string_view alvo)
-      : alvo_(alvo), nome_(Texto({alvo, ".novo-", std::to_string(::getpid())})) {
-    std::remove(nome_.c_str());
+  explicit Substituto(std::string_view alvo) : alvo_(alvo), nome_(Texto({alvo, ".novo-XXXXXX"})) {
+    const int descritor = ::mkostemp(nome_.data(), O_CLOEXEC);
+    if (descritor < 0) throw RuntimeError(FileErrorNumber(errno));
+    ::fchmod(descritor, S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
+    ::close(descritor);
   }
   ~Substituto() {
     if (!nome_.empty()) std::remove(nome_.c_str());
