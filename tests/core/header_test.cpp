@@ -130,10 +130,8 @@ TEST(Payments, FieldsAndPeriod) {
 }
 
 TEST(Payments, FiveOfAKindWithDatesOfTheirOwn) {
-  constexpr std::string_view kSixth =
-      "; 07#6.PrópriaOuST=1; 07#7.PrópriaOuST=1; 07#8.PrópriaOuST=1;"
-      "07#9.PrópriaOuST=1; 07#10.PrópriaOuST=1";
-  const std::string ten(kSixth);
+  const std::string ten =
+      "07#6.PrópriaOuST=1; 07#7.PrópriaOuST=1; 07#8.PrópriaOuST=1; 07#9.PrópriaOuST=1; 07#10.PrópriaOuST=1";
   const std::string eleven = ten + "; 07#11.PrópriaOuST=1";
   const Case cases[] = {
       {"05 07*2", "07#2.Data=20120301", 4, "Tabela 20, CR=07, Campo - Data", "Pagamentos com mesma data"},

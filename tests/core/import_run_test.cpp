@@ -9,8 +9,8 @@ namespace {
 
 using ::testing::ElementsAreArray;
 
-constexpr std::string_view kBase = "C:\\App\\BDTempPrf.fix";
-const std::string kEncerrar = "Encerrar C:\\App\\BDTempPrf.fix";
+constexpr std::string_view kBase = R"(C:\App\BDTempPrf.fix)";
+const std::string kEncerrar = R"(Encerrar C:\App\BDTempPrf.fix)";
 
 // All that a host sees of an accepted file with every kind, in order.
 TEST(ImportRun, Success) {
@@ -21,7 +21,18 @@ TEST(ImportRun, Success) {
                  .Bytes());
   const std::string zeros14(138, '0');
   const std::string zeros18(51, '0');
-  const std::string head = "CódSubItem=";
+  const std::string header =
+      "Gravar 05 IE=110.042.490.101 CNPJ=12.345.678/0001-95 CNAE=0000000 RegTrib=01 Ref=201203 RefInicial=000000"
+      " Tipo=00 Movimento=0 Transmitida=0 SaldoCredPeriodoAnt=0,05 SaldoCredPeriodoAntST=0,00"
+      " SemRegra=0000000000000ç OrigemPreDig=0 ICMSFixPer=0,00 ChaveInterna=00000000000000000000000000000000"
+      " Q07=0001 Q10=0001 Q20=0004 Q30=0001 Q31=0001";
+  const std::string cfop =
+      "Gravar 10 CFOP=6101 Descrição=Compra de teste ValorContábil=1.234.567,89 BaseCálculo=1.000,00 Imposto=250,00"
+      " IsentasNãoTrib=0,00 Outras=0,00 ImpostoRetidoST=0,00 ImpRetSubstitutoST=0,00 ImpRetSubstituÍdo=0,00"
+      " OutrosImpostos=0,00";
+  const std::string substitute =
+      "Gravar 26 CódSubItem=002.10 PrópriaOuST=0 IESubstituto=110.042.490.101 NF=000000001 DataInicio=20/01/2012"
+      " DataFim=20/02/2012 Valor=1,00";
   const std::vector<std::string> expected = {
       "Open 1 entrada.txt",
       "Close 1",
@@ -29,54 +40,48 @@ TEST(ImportRun, Success) {
       "Open 1 entrada.txt",
       "Close 1",
       "Progresso",
-      "Delete C:\\App\\BDTempPrf.fix",
+      R"(Delete C:\App\BDTempPrf.fix)",
       "Preparar",
       "GetSetting Brunsel DB DbAtual",
-      "Rename C:\\App\\BDTemp.mdb C:\\App\\BDTempPrf.fix",
-      "Abrir C:\\App\\BDTempPrf.fix",
+      R"(Rename C:\App\BDTemp.mdb C:\App\BDTempPrf.fix)",
+      R"(Abrir C:\App\BDTempPrf.fix)",
       "Open 1 entrada.txt",
       "Progresso",
       "Progresso",
       "Progresso",
-      "Consulta em C:\\App\\BDTempPrf.fix",
+      R"(Consulta em C:\App\BDTempPrf.fix)",
       "Existe 110.042.490.101 QZ 01 20/03/2012 ",
-      "Gravador 05 em C:\\App\\BDTempPrf.fix",
-      "Gravar 05 IE=110.042.490.101 CNPJ=12.345.678/0001-95 CNAE=0000000 RegTrib=01 Ref=201203 RefInicial=000000"
-      " Tipo=00 Movimento=0 Transmitida=0 SaldoCredPeriodoAnt=0,05 SaldoCredPeriodoAntST=0,00"
-      " SemRegra=0000000000000ç OrigemPreDig=0 ICMSFixPer=0,00 ChaveInterna=00000000000000000000000000000000"
-      " Q07=0001 Q10=0001 Q20=0004 Q30=0001 Q31=0001",
+      R"(Gravador 05 em C:\App\BDTempPrf.fix)",
+      header,
       "Progresso",
       "Progresso",
-      "Gravador 07 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 07 em C:\App\BDTempPrf.fix)",
       "Gravar 07 PrópriaOuST=0 Valor=123,45 Data=2012/03/01",
       "Progresso",
-      "Gravador 10 em C:\\App\\BDTempPrf.fix",
-      "Gravar 10 CFOP=6101 Descrição=Compra de teste ValorContábil=1.234.567,89 BaseCálculo=1.000,00 Imposto=250,00"
-      " IsentasNãoTrib=0,00 Outras=0,00 ImpostoRetidoST=0,00 ImpRetSubstitutoST=0,00 ImpRetSubstituÍdo=0,00"
-      " OutrosImpostos=0,00",
-      "Gravador 14 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 10 em C:\App\BDTempPrf.fix)",
+      cfop,
+      R"(Gravador 14 em C:\App\BDTempPrf.fix)",
       "Gravar 14 Registro=14" + zeros14 + "0001",
-      "Gravador 18 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 18 em C:\App\BDTempPrf.fix)",
       "Gravar 18 Registro=18" + zeros18,
       "Progresso",
       "Progresso",
-      "Gravador 20 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 20 em C:\App\BDTempPrf.fix)",
       "Gravar 20 CódSubItem=002.10 Valor=1,00 PrópriaOuST=0 FLegal= Ocorrência= Q25=0000 Q26=0001 Q27=0000 Q28=0000",
-      "Gravador 26 em C:\\App\\BDTempPrf.fix",
-      "Gravar 26 CódSubItem=002.10 PrópriaOuST=0 IESubstituto=110.042.490.101 NF=000000001 DataInicio=20/01/2012"
-      " DataFim=20/02/2012 Valor=1,00",
+      R"(Gravador 26 em C:\App\BDTempPrf.fix)",
+      substitute,
       "Gravar 20 CódSubItem=002.20 Valor=1,00 PrópriaOuST=0 FLegal= Ocorrência= Q25=0000 Q26=0000 Q27=0000 Q28=0001",
-      "Gravador 28 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 28 em C:\App\BDTempPrf.fix)",
       "Gravar 28 CódSubItem=002.20 PrópriaOuST=0 CodAutorizacao=100dubl00001 Valor=1,00",
       "Gravar 20 CódSubItem=007.01 Valor=1,00 PrópriaOuST=1 FLegal= Ocorrência= Q25=0000 Q26=0000 Q27=0001 Q28=0000",
-      "Gravador 27 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 27 em C:\App\BDTempPrf.fix)",
       "Gravar 27 CódSubItem=007.01 PrópriaOuST=1 IESubstituído=110.042.490.101 NF=000000001 Valor=1,00",
       "Gravar 20 CódSubItem=007.30 Valor=1,00 PrópriaOuST=0 FLegal= Ocorrência= Q25=0001 Q26=0000 Q27=0000 Q28=0000",
-      "Gravador 25 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 25 em C:\App\BDTempPrf.fix)",
       "Gravar 25 CódSubItem=007.30 PrópriaOuST=0 IE=110.042.490.101 Valor=1,00",
-      "Gravador 30 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 30 em C:\App\BDTempPrf.fix)",
       "Gravar 30 Registro=300000000000000000000001",
-      "Gravador 31 em C:\\App\\BDTempPrf.fix",
+      R"(Gravador 31 em C:\App\BDTempPrf.fix)",
       "Gravar 31 RE=00/0000000001",
       "Close 1",
       "Caixa",
@@ -90,7 +95,7 @@ TEST(ImportRun, Success) {
   EXPECT_EQ(run.tremvik.database_name(), "Base do usuário");
   EXPECT_EQ(run.tremvik.NroLinha(), 17);
   EXPECT_EQ(run.tremvik.Mensagem(), "");
-  EXPECT_EQ(run.host.files.count("C:\\App\\BDTemp.mdb"), 0U);
+  EXPECT_EQ(run.host.files.count(R"(C:\App\BDTemp.mdb)"), 0U);
   EXPECT_EQ(run.host.open_databases, 0);
 }
 
@@ -165,49 +170,63 @@ TEST(ImportRun, TheHostsEmptyDatabaseIsMissing) {
               ElementsAreArray(closing));
 }
 
-// Whatever fails ends in one message with its number and words; nothing is thrown and no file stays open.
+struct Failing {
+  std::string_view operation;
+  int good = 0;  // calls that succeed before it
+  int line = 0;  // the last one read, where it matters
+};
+
+// Told in one message with its number and words; nothing is thrown and no file stays open.
+void CheckFailure(const Failing& failing, int number, std::string_view text) {
+  SCOPED_TRACE(std::string(failing.operation) + " " + std::to_string(failing.good) + " " +
+               std::to_string(number));
+  Instance run;
+  run.host.files[std::string(kBase)] = "an old one";
+  run.host.Fail(failing.operation, number, failing.good);
+  run.Import(FileBuilder("05 10").Bytes());
+  ASSERT_EQ(run.host.boxes.size(), 1U);
+  EXPECT_EQ(run.host.boxes.front().text, Report(text, "", run.tremvik.NroLinha()));
+  EXPECT_TRUE(failing.line == 0 || run.tremvik.NroLinha() == failing.line);
+  EXPECT_EQ(run.tremvik.Mensagem(), text);
+  EXPECT_TRUE(run.tremvik.bolRetMonitora());
+  EXPECT_EQ(run.host.open_files(), 0U);
+  EXPECT_EQ(run.host.open_databases, 0);
+  EXPECT_EQ(std::ranges::count(run.host.log, "Fechar"), 1);
+  EXPECT_EQ(std::ranges::count_if(run.host.log, [](const auto& l) { return l.starts_with("Encerrar"); }), 2);
+}
+
 TEST(ImportRun, EveryFailureOfTheHostIsTold) {
-  struct Failing {
-    std::string_view operation;
-    int good;  // calls that succeed before it
-    int line;
-  };
   constexpr Failing kFailing[] = {
-      {"FreeFile", 1, 0},     {"Open", 1, 0},
-      {"Read", 2, 0},         {"Close", 1, 3},
-      {"Progresso", 0, 0},    {"Progresso", 1, 3},
-      {"Exists", 0, 0},       {"Delete", 0, 0},
-      {"Preparar", 0, 0},     {"GetSetting", 0, 0},
-      {"Rename", 0, 0},       {"Abrir", 0, 0},
-      {"FreeFile", 2, 0},     {"Open", 2, 0},
-      {"Read", 4, 1},         {"Progresso", 2, 2},
-      {"ValidarIE", 0, 2},    {"Existe", 0, 2},
-      {"OpenDatabase", 0, 3}, {"OpenRecordset", 0, 3},
-      {"Gravar", 0, 2},       {"CriarGravador", 1, 3},
-      {"Gravar", 1, 3},       {"CriarConsultaDeclaracoes", 0, 2},
-      {"Close", 2, 4},        {"CriarValidadorDocumentos", 0, 2},
+      {"FreeFile", 1},
+      {"Open", 1},
+      {"Read", 2},
+      {"Close", 1, 3},
+      {"Progresso"},
+      {"Progresso", 1, 3},
+      {"Exists"},
+      {"Delete"},
+      {"Preparar"},
+      {"GetSetting"},
+      {"Rename"},
+      {"Abrir"},
+      {"FreeFile", 2},
+      {"Open", 2},
+      {"Read", 4, 1},
+      {"ValidarIE", 0, 2},
+      {"Existe", 0, 2},
+      {"Gravar", 0, 2},
+      {"OpenDatabase", 0, 3},
+      {"OpenRecordset", 0, 3},
+      {"Gravar", 1, 3},
+      {"Progresso", 2, 2},
+      {"Close", 2, 4},
+      {"CriarGravador", 1, 3},
+      {"CriarConsultaDeclaracoes", 0, 2},
+      {"CriarValidadorDocumentos", 0, 2},
   };
-  for (const auto& [operation, good, line] : kFailing) {
-    for (const int number : {75, 0}) {
-      SCOPED_TRACE(std::string(operation) + " " + std::to_string(good) + " " + std::to_string(number));
-      Instance run;
-      run.host.files[std::string(kBase)] = "an old one";
-      run.host.Fail(operation, number, good);
-      run.Import(FileBuilder("05 10").Bytes());
-      ASSERT_EQ(run.host.boxes.size(), 1U);
-      const std::string text = number == 75 ? "75 - Erro de acesso ao caminho/arquivo"
-                                            : "5 - Chamada de procedimento ou argumento inválido";
-      const std::string& shown = run.host.boxes.front().text;
-      EXPECT_EQ(shown, Report(text, "", run.tremvik.NroLinha()));
-      EXPECT_TRUE(line == 0 || run.tremvik.NroLinha() == line);
-      EXPECT_EQ(run.tremvik.Mensagem(), text);
-      EXPECT_TRUE(run.tremvik.bolRetMonitora());
-      EXPECT_EQ(run.host.open_files(), 0U);
-      EXPECT_EQ(run.host.open_databases, 0);
-      EXPECT_EQ(std::ranges::count(run.host.log, "Fechar"), 1);
-      EXPECT_EQ(std::ranges::count_if(run.host.log, [](const auto& l) { return l.starts_with("Encerrar"); }),
-                2);
-    }
+  for (const Failing& failing : kFailing) {
+    CheckFailure(failing, 75, "75 - Erro de acesso ao caminho/arquivo");
+    CheckFailure(failing, 0, "5 - Chamada de procedimento ou argumento inválido");
   }
 }
 

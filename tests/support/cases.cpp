@@ -33,6 +33,29 @@ void CheckPlace(const Place& place, const FileBuilder& file) {
                 .substr(static_cast<std::size_t>(place.position) - 1, static_cast<std::size_t>(place.width)));
 }
 
+// The box, the place, and the order of a refusal's end.
+Place CheckRefusal(const Case& given, const FileBuilder& file, const Instance& run) {
+  if (run.host.boxes.size() != 1) return {};
+  const Box& box = run.host.boxes.front();
+  EXPECT_EQ(box.text, Report(given.first, given.second, given.line));
+  EXPECT_EQ(box.style, 64);
+  EXPECT_EQ(box.title, "Atenção");
+  EXPECT_TRUE(run.tremvik.bolRetMonitora());
+  const std::string encerrar = "Encerrar C:\\App\\BDTempPrf.fix";
+  if (given.first.substr(2, 3) == " - ") {  // a run-time error
+    EXPECT_THAT(Tail(run.host.log, 5), ElementsAre("Close 1", encerrar, "Caixa", "Fechar", encerrar));
+    return {};
+  }
+  EXPECT_EQ(run.host.places.size(), 1U);
+  if (run.host.places.size() != 1) return {};
+  const Place& place = run.host.places.front();
+  CheckPlace(place, file);
+  const std::string told =
+      "Inconsistência " + std::to_string(place.line) + " " + place.record + "." + place.field;
+  EXPECT_THAT(Tail(run.host.log, 6), ElementsAre(told, "Caixa", "Fechar", encerrar, "Close 1", "Ponteiro 0"));
+  return place;
+}
+
 }  // namespace
 
 std::string Report(std::string_view first, std::string_view second, int line) {
@@ -52,45 +75,26 @@ bool Instance::Succeeded() const {
 
 Place Check(const Case& given) {
   FileBuilder file(given.kinds);
-  for (const std::string_view edit : Split(given.edits, ';')) {
-    if (!edit.starts_with('~')) file.Edit(edit);
-  }
   Instance run;
+  const auto edit = [&](bool meanwhile) {
+    for (const std::string_view one : Split(given.edits, ';')) {
+      if (one.starts_with('~') == meanwhile) file.Edit(one.substr(meanwhile ? 1 : 0));
+    }
+  };
+  edit(false);
   const std::string before = file.Bytes();
-  for (const std::string_view edit : Split(given.edits, ';')) {
-    if (edit.starts_with('~')) file.Edit(edit.substr(1));
-  }
+  edit(true);
   if (file.Bytes() != before) run.host.third_opening = file.Bytes();
   run.Import(before);
 
   EXPECT_EQ(run.host.open_files(), 0U);
   EXPECT_EQ(run.host.open_databases, 0);
   EXPECT_EQ(run.host.boxes.size(), 1U);
-  if (given.line == kAccepted) {
-    EXPECT_TRUE(run.Succeeded()) << (run.host.boxes.empty() ? "" : run.host.boxes.back().text);
-    EXPECT_FALSE(run.tremvik.bolRetMonitora());
-    EXPECT_TRUE(run.host.places.empty());
-    return {};
-  }
-  if (run.host.boxes.size() != 1) return {};
-  const Box& box = run.host.boxes.front();
-  EXPECT_EQ(box.text, Report(given.first, given.second, given.line));
-  EXPECT_EQ(box.style, 64);
-  EXPECT_EQ(box.title, "Atenção");
-  EXPECT_TRUE(run.tremvik.bolRetMonitora());
-  const std::string encerrar = "Encerrar C:\\App\\BDTempPrf.fix";
-  if (given.first.substr(2, 3) == " - ") {  // a run-time error
-    EXPECT_THAT(Tail(run.host.log, 5), ElementsAre("Close 1", encerrar, "Caixa", "Fechar", encerrar));
-    return {};
-  }
-  EXPECT_EQ(run.host.places.size(), 1U);
-  if (run.host.places.size() != 1) return {};
-  const Place& place = run.host.places.front();
-  CheckPlace(place, file);
-  EXPECT_THAT(Tail(run.host.log, 6), ElementsAre("Inconsistência " + std::to_string(place.line) + " " +
-                                                     place.record + "." + place.field,
-                                                 "Caixa", "Fechar", encerrar, "Close 1", "Ponteiro 0"));
-  return place;
+  if (given.line != kAccepted) return CheckRefusal(given, file, run);
+  EXPECT_TRUE(run.Succeeded()) << (run.host.boxes.empty() ? "" : run.host.boxes.back().text);
+  EXPECT_FALSE(run.tremvik.bolRetMonitora());
+  EXPECT_TRUE(run.host.places.empty());
+  return {};
 }
 
 void CheckAll(std::span<const Case> cases) {
