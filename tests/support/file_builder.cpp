@@ -90,21 +90,17 @@ std::span<const std::string_view> Codes() {
 }
 
 const std::vector<Column>& ColumnsOf(std::string_view code) {
-  static const auto columns = [] {
-    std::map<std::string, std::vector<Column>, std::less<>> all;
-    for (const Layout& layout : kLayouts) {
-      auto& own = all[std::string(layout.code)];
-      int position = 1;
-      for (const std::string_view column : Split(layout.columns, ',')) {
-        const auto [name, width] = Cut(column, ' ');
-        own.push_back({std::string(name), position, Number(width)});
-        position += own.back().width;
-      }
-      own.push_back({"Separadores", position, 2});
-    }
-    return all;
-  }();
-  return columns.find(code)->second;
+  static std::map<std::string, std::vector<Column>, std::less<>> all;
+  auto& own = all[std::string(code)];
+  if (!own.empty()) return own;
+  int position = 1;
+  for (const std::string_view column : Split(LayoutOf(code).columns, ',')) {
+    const auto [name, width] = Cut(column, ' ');
+    own.push_back({std::string(name), position, Number(width)});
+    position += own.back().width;
+  }
+  own.push_back({"Separadores", position, 2});
+  return own;
 }
 
 FileBuilder::FileBuilder(std::string_view kinds) {
