@@ -55,13 +55,17 @@ class Writer {
  public:
   explicit Writer(HKEY root) : root_(root) {}
   void Set(const std::wstring& path, std::wstring_view text, const std::wstring& name = {}) {
-    if (status_ == ERROR_SUCCESS) status_ = WriteText(root_, path, name, std::wstring(text));
+    if (status_ != ERROR_SUCCESS) return;
+    status_ = WriteText(root_, path, name, std::wstring(text));
+    if (status_ == ERROR_SUCCESS) wrote_ = true;
   }
   [[nodiscard]] LSTATUS status() const { return status_; }
+  [[nodiscard]] bool wrote() const { return wrote_; }
 
  private:
   HKEY root_;
   LSTATUS status_ = ERROR_SUCCESS;
+  bool wrote_ = false;
 };
 
 void WriteClass(Writer& writer, const Keys& keys, const std::wstring& file) {
@@ -110,9 +114,10 @@ HRESULT Register(Scope scope) {
     WriteClass(writer, keys, file);
     WriteLibrary(writer, keys, file);
     status = writer.status();
+    // What an earlier registration wrote stays where this one could write nothing at all.
+    if (status != ERROR_SUCCESS && writer.wrote()) static_cast<void>(Unregister(scope));
   });
   if (FAILED(guarded)) return guarded;
-  if (status != ERROR_SUCCESS) static_cast<void>(Unregister(scope));
   return Result(status);
 }
 

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <thread>
 
+#include "adapters/com/registry.h"
 #include "com_support.h"
 
 namespace tremvik::com_test {
@@ -140,6 +141,35 @@ TEST_F(Process, AnotherApartmentCallsThroughTheTypeLibrary) {
   }
   other.join();
   EXPECT_EQ(seen, 42);
+}
+
+// What DllRegisterServer does for somebody who may not write for the machine.
+TEST_F(Process, WithoutTheMachinesRightTheUserAloneIsRegistered) {
+  const auto kept = Make();
+  const HMODULE library = GetModuleHandleW(L"DllTremvik.dll");
+  const auto entry = [library](const char* name) {
+    return reinterpret_cast<void*>(GetProcAddress(library, name));
+  };
+  const auto enter = reinterpret_cast<HRESULT(WINAPI*)()>(entry("DllRegisterServer"));
+  const auto install = reinterpret_cast<HRESULT(WINAPI*)(BOOL, LPCWSTR)>(entry("DllInstall"));
+  const std::wstring prog_id = LR"(Software\Classes\DllTremvik.Tremvik)";
+  com::RegistryKey key;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, prog_id.c_str(), 0, KEY_READ | WRITE_DAC, key.Receive()), 0);
+  SECURITY_DESCRIPTOR everybody{};
+  SECURITY_DESCRIPTOR nobody{};
+  ACL empty{};
+  InitializeAcl(&empty, sizeof(empty), ACL_REVISION);
+  InitializeSecurityDescriptor(&everybody, SECURITY_DESCRIPTOR_REVISION);
+  SetSecurityDescriptorDacl(&everybody, TRUE, nullptr, FALSE);
+  InitializeSecurityDescriptor(&nobody, SECURITY_DESCRIPTOR_REVISION);
+  SetSecurityDescriptorDacl(&nobody, TRUE, &empty, FALSE);
+  ASSERT_EQ(RegSetKeySecurity(key.get(), DACL_SECURITY_INFORMATION, &nobody), 0);
+  const HRESULT registered = enter();
+  EXPECT_EQ(RegSetKeySecurity(key.get(), DACL_SECURITY_INFORMATION, &everybody), 0);
+  EXPECT_EQ(registered, S_OK);
+  EXPECT_TRUE(com::ReadText(HKEY_CURRENT_USER, prog_id + L"\\CLSID", L"")) << "registered for the user";
+  EXPECT_EQ(install(FALSE, L"user"), S_OK);
+  EXPECT_FALSE(com::ReadText(HKEY_CURRENT_USER, prog_id + L"\\CLSID", L""));
 }
 
 TEST_F(Process, TheLibraryUnloads) {
