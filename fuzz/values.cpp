@@ -1,0 +1,68 @@
+// The published conversions, which a host may call with any text, and the tests of dates and times.
+#include <algorithm>
+#include <string>
+
+#include "checks/dates.h"
+#include "component/tremvik.h"
+#include "fuzz/memory_host.h"
+#include "fuzz/target.h"
+#include "host/runtime_error.h"
+
+namespace tremvik::fuzz {
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// What `call` returns, or its error as a text; only overflow and texts that are no number may raise.
+template <typename Call>
+std::string Result(const Call& call) {
+  try {
+    return std::string(call());
+  } catch (const RuntimeError& error) {
+    Expect(error.number() == erro::kEstouro || error.number() == erro::kTiposIncompativeis,
+           "conversions raise 6 or 13 only");
+    return "erro " + std::to_string(error.number());
+  }
+}
+
+// Digits of the shown value without zeros in front are those of the given one.
+bool SameDigits(std::string shown, std::string given) {
+  std::erase_if(shown, [](char c) { return !IsDigit(c); });
+  shown.erase(0, shown.find_first_not_of('0'));
+  given.erase(0, given.find_first_not_of('0'));
+  return shown == given;
+}
+
+}  // namespace
+
+const std::size_t kFileAt = std::string_view::npos;
+
+void CheckValues(std::string_view bytes) {
+  static References references;
+  MemoryHost host(references, {});
+  const Tremvik tremvik(host.host());
+  const std::string text(bytes);
+  const auto value = [&](const std::string& cents) {
+    return Result([&] { return tremvik.FomataValor(cents); });
+  };
+  const std::string shown = value(text);
+  if (text.size() > 1 && std::ranges::all_of(text, IsDigit)) {
+    Expect(value("+" + text) == shown || text.size() > 38, "a plus sign changes nothing");
+    Expect(value("0" + text) == shown || text.size() > 38, "a zero in front changes nothing");
+    Expect(shown == "erro 6" || SameDigits(shown, text), "the digits shown are those given");
+  }
+  constexpr std::size_t kValueWidth = 15;
+  if (text.size() == kValueWidth && !tremvik.LefRigNumChr(text)) {
+    Expect(!shown.starts_with("erro"), "a value field that passes its test can be shown");
+  }
+  (void)Result([&] { return tremvik.TiraZeros(text); });
+  (void)Result([&] { return ValidarData(text) ? "" : "data"; });
+  (void)Result([&] { return ValidarHora(text) ? "" : "hora"; });
+}
+
+}  // namespace tremvik::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  tremvik::fuzz::CheckValues(tremvik::fuzz::AsText(data, size));
+  return 0;
+}
