@@ -201,7 +201,8 @@ class Substituto {
  public:
   explicit Substituto(std::string_view alvo) : alvo_(alvo), nome_(Texto({alvo, ".novo-XXXXXX"})) {
     const int descritor = ::mkostemp(nome_.data(), O_CLOEXEC);
-    if (descritor < 0) throw RuntimeError(FileErrorNumber(errno));
+    if (descritor < 0)
+      throw RuntimeError(errno == ENOENT ? erro::kBancoNaoEncontrado : FileErrorNumber(errno));
     ::fchmod(descritor, S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
     ::close(descritor);
   }
