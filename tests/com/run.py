@@ -168,6 +168,8 @@ def changes(before, after):
 def check_registration(folders):
     for architecture, folder in folders.items():  # what an earlier run left
         regsvr32(architecture, folder / "DllTremvik.dll", "/u")
+        # The script host registers itself when it is first used.
+        wine(SYSTEM[architecture] + "\\cscript.exe", "//nologo", f"Z:{folder / 'create.vbs'}")
     wine("reg", "add", "HKCU\\Software\\Classes", "/f")
     before = registry()
     for architecture, folder in folders.items():

@@ -19,6 +19,12 @@ make_locales() {
   done
 }
 
+# Fetched apart from the step's usual report, since the 64-bit library is built and tried without them too.
+fetch_32bit() {
+  mkdir -p "$log_dir"
+  cmake/wine-32bit "$windows/wine32" >"$log_dir/wine-32bit.log" 2>&1
+}
+
 # What a maker of hosts needs: both libraries, type library, descriptions, the page, examples.
 fill_dist() {
   rm -rf dist
@@ -53,7 +59,7 @@ architectures=(x86_64)
 left_out=
 if ! (need g++-mingw-w64-i686-posix); then
   left_out="the 32-bit compiler is not to be had"
-elif ! run_logged wine-32bit "Wine: 32-bit parts" cmake/wine-32bit "$windows/wine32"; then
+elif ! fetch_32bit; then
   left_out="the 32-bit parts of Wine are not to be had; build/log/wine-32bit.log says why"
 else
   architectures+=(i686)
