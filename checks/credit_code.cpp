@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 #include "checks/numbers.h"
@@ -28,7 +29,7 @@ std::array<char, 3> Base36(double number) {
   auto rest = static_cast<std::uint64_t>(std::abs(number));
   std::array<char, 3> digits{};
   for (char& digit : digits) {
-    digit = kAlfabeto[rest % kAlfabeto.size()];
+    digit = kAlfabeto[static_cast<std::size_t>(rest % kAlfabeto.size())];
     rest /= kAlfabeto.size();
   }
   return digits;
