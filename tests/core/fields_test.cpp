@@ -232,6 +232,53 @@ TEST(Fields, FewerRecordsThanAnnounced) {
   CheckAll(kCases);
 }
 
+// Where a message names two fields, or another record than the one read, the place is the one at fault.
+TEST(Fields, PlacesOfFaultsBetweenFields) {
+  struct Placed {
+    Case given;
+    int line;
+    std::string_view field;
+  };
+  constexpr std::string_view kSubItem = "Tabela 06, CR=20, Campo - CódSubitem";
+  constexpr std::string_view kLetters = "Falta informação (Flegal e ou Ocorrência), Posição 24 e ou 124 ";
+  constexpr std::string_view kWithheld = "Tabela 03, CR=10, Campo - ImpRetSubstitutoST_x_ImpRetSubstituÍdo";
+  constexpr Placed kCases[] = {
+      {{"05 07*2", "cut=2", 4, "Tabela 2, CR=05 Campo - Q07", "inconsistente, Posição 114"}, 2, "Q07"},
+      {{"05 10*2", "cut=2", 4, "Tabela 2, CR=05 Campo - Q10", "inconsistente, Posição 114"}, 2, "Q10"},
+      {{"05 20*2", "cut=2", 4, "Tabela 3, CR=05, Campo - Q10", "inconsistente, Posição 118"}, 2, "Q20"},
+      {{"05 10 14 18*2", "cut=2", 6, "Tabela 4, CR=14 Campo - Q18", "inconsistente, Posição 141"}, 4, "Q18"},
+      {{"05 20 26*2", "cut=2", 5, "Tabela 16, CR=26 Campo - Q26", "inconsistente, Posição 48"}, 3, "Q26"},
+      {{"05 20 26", "05.Ref=200112", 3, "Tabela 06, CR=20, Campo - Q26 _x_Q27",
+        "Posição 428_x_432. Inconsistente "},
+       3,
+       "Q26"},
+      {{"05 20 27", "05.Ref=200112", 3, "Tabela 06, CR=20, Campo - Q26 _x_Q27",
+        "Posição 428_x_432. Inconsistente "},
+       3,
+       "Q27"},
+      {{"05 20", "20.CódSubItem=00399; 20.FLegal=1; 20.Ocorrência=a", 3, kSubItem, kLetters}, 3, "FLegal"},
+      {{"05 20", "20.CódSubItem=00399; 20.FLegal=a; 20.Ocorrência=1", 3, kSubItem, kLetters},
+       3,
+       "Ocorrência"},
+      {{"05 10", "05.Ref=200112; 10.ImpRetSubstitutoST=1", 3, kWithheld, "Inconsistente, Posição 99_x_114"},
+       3,
+       "ImpRetSubstitutoST"},
+      {{"05 10", "05.Ref=200112; 10.ImpRetSubstituÍdo=1", 3, kWithheld, "Inconsistente, Posição 99_x_114"},
+       3,
+       "ImpRetSubstituÍdo"},
+      {{"05 20 25*2", "20.Valor=201", 5, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
+        "O campo Valor é diferente da somatória do campo Valor dos CR=25 ou 26 ou 27. "},
+       3,
+       "Valor"},
+  };
+  for (const auto& [given, line, field] : kCases) {
+    SCOPED_TRACE(given.edits);
+    const Place place = Check(given);
+    EXPECT_EQ(place.line, line);
+    EXPECT_EQ(place.field, field);
+  }
+}
+
 // Line ends that the text passes take, but no block has.
 TEST(Fields, OtherLineEndsAreRefusedAtTheFirstRecord) {
   constexpr Case kCases[] = {

@@ -132,7 +132,11 @@ TEST(Occurrence, QuantitiesBySubItem) {
   constexpr std::string_view kQ28 = "Tabela 13, CR=20, Campo - Q28";
   constexpr Case kCases[] = {
       {"05 20 25", "20.CódSubItem=00301", 3, kQ25, "Posição 424. Inconsistente "},
+      {"05 20 25", "20.CódSubItem=00217", 3, kQ25, "Posição 424. Inconsistente "},
+      {"05 20 25", "20.CódSubItem=00227", 3, kQ25, "Posição 424. Inconsistente "},
       {"05 20 25", "20.CódSubItem=00728", 3, kQ25, "Posição 424. Inconsistente "},
+      {"05 20 25", "20.CódSubItem=00731", 3, kQ25, "Posição 424. Inconsistente "},
+      {"05 20 25", "20.CódSubItem=00749", 3, kQ25, "Posição 424. Inconsistente "},
       {"05 20 25", "20.CódSubItem=01729", 3, kQ25, "Posição 424. Inconsistente "},  // the whole code counts
       {"05 20 25", "20.CódSubItem=00708; 05.Ref=201004", 3, kQ25, "Posição 424. Inconsistente "},
       {"05 20 26", "20.CódSubItem=00209", 3, "Tabela 06, CR=20, Campo - Q26", "Posição 428. Inconsistente "},

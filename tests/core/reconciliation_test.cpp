@@ -110,6 +110,8 @@ TEST(Reconciliation, AnUnknownCodeGoesTheCommonWay) {
   EXPECT_EQ(run.host.boxes.front().text, Report("CR = 9ç Inconsistente, Posição 1", "", 3));
   EXPECT_EQ(run.host.boxes.front().style, 0);
   EXPECT_EQ(run.tremvik.Mensagem(), "CR = 9ç Inconsistente, Posição 1");
+  EXPECT_EQ(run.host.places.front().position, 1);
+  EXPECT_EQ(run.host.places.front().width, 2);
   const std::vector<std::string> log = {"Progresso", "Open 1 f", "Inconsistência 3 .CR", "Caixa", "Fechar",
                                         "Encerrar ", "Close 1"};
   EXPECT_EQ(run.host.log, log);

@@ -70,6 +70,7 @@ TEST(Values, NumericTests) {
   }
   EXPECT_FALSE(LefRigNumChr("000"));
   EXPECT_TRUE(LefRigNumChr("000", true));
+  EXPECT_TRUE(LefRigNumChr("+00", true));
   EXPECT_FALSE(LefRigNumChr("001", true));
 }
 
