@@ -16,7 +16,7 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
   const auto raw = [max_size](std::string& bytes) {
     const std::size_t before = bytes.size();
     bytes.resize(std::max(max_size - kFileAt, before));
-    auto* const begin = reinterpret_cast<std::uint8_t*>(bytes.data());  // NOLINT(*-reinterpret-cast)
+    auto* const begin = reinterpret_cast<std::uint8_t*>(bytes.data());
     bytes.resize(LLVMFuzzerMutate(begin, before, max_size - kFileAt));
   };
   const std::string file =

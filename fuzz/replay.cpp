@@ -28,7 +28,7 @@ std::string Content(const std::filesystem::path& path) {
 }
 
 void Run(const std::string& input) {
-  const auto* const data = reinterpret_cast<const std::uint8_t*>(input.data());  // NOLINT(*-reinterpret-cast)
+  const auto* const data = reinterpret_cast<const std::uint8_t*>(input.data());
   LLVMFuzzerTestOneInput(data, input.size());
 }
 

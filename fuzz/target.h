@@ -24,7 +24,7 @@ inline void Expect(bool holds, const char* property) {
 
 /// The bytes of an input as a text.
 inline std::string_view AsText(const std::uint8_t* data, std::size_t size) {
-  return {reinterpret_cast<const char*>(data), size};  // NOLINT(*-reinterpret-cast): bytes are characters
+  return {reinterpret_cast<const char*>(data), size};
 }
 
 }  // namespace tremvik::fuzz

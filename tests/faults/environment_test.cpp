@@ -173,7 +173,7 @@ TEST(Environment, FullDisk) {
     EXPECT_NE(end.output.find("está cheio"), std::string::npos) << end.output;
     EXPECT_NE(end.output.find("Libere espaço"), std::string::npos) << end.output;
     EXPECT_EQ(DeclarationsIn(pasta), 1);
-    disk.FillUpTo(400 * 1024);
+    disk.FillUpTo(std::uintmax_t{400} * 1024);
     EXPECT_EQ(RunProgram(Import(scene, pasta)).status, kAccepted) << "with room again";
   }
   EXPECT_GT(told, 1);

@@ -31,7 +31,7 @@ struct alignas(std::max_align_t) File {
 };
 
 sqlite3_file* Real(sqlite3_file* file) {
-  return reinterpret_cast<sqlite3_file*>(reinterpret_cast<File*>(file) + 1);  // NOLINT(*-reinterpret-cast)
+  return reinterpret_cast<sqlite3_file*>(reinterpret_cast<File*>(file) + 1);
 }
 
 int Close(sqlite3_file* file) { return Real(file)->pMethods->xClose(Real(file)); }

@@ -44,6 +44,8 @@ class FaultHost final : public Screen,
   /// `inner`'s objects and `plan` must outlive this object, and this object every component made with it.
   FaultHost(const Host& inner, FaultPlan& plan);
   ~FaultHost() override;
+  FaultHost(const FaultHost&) = delete;
+  FaultHost& operator=(const FaultHost&) = delete;
   [[nodiscard]] Host host() { return {*this, *this, *this, *this, *this, *this, *this}; }
   [[nodiscard]] std::size_t open_files() const { return open_.size(); }
 

@@ -2,10 +2,10 @@
 // TREMVIK_KILLS is how often (40 by default; ./dev fuzz asks for 200).
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <random>

@@ -20,7 +20,7 @@ void* Allocate(std::size_t size) {
     counter.struck = true;
     throw std::bad_alloc();
   }
-  void* const memory = std::malloc(size == 0 ? 1 : size);  // NOLINT(*-no-malloc): this is the allocator
+  void* const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
@@ -29,10 +29,10 @@ void* Allocate(std::size_t size) {
 
 void* operator new(std::size_t size) { return Allocate(size); }
 void* operator new[](std::size_t size) { return Allocate(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }                 // NOLINT(*-no-malloc)
-void operator delete[](void* memory) noexcept { std::free(memory); }               // NOLINT(*-no-malloc)
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }    // NOLINT(*-no-malloc)
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }  // NOLINT(*-no-malloc)
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace tremvik::test {
 
