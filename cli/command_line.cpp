@@ -196,7 +196,7 @@ void Parser::AddExemplo() {
             "Quantas declarações; o normal são doze")
       ->option_text("N")
       ->group(kOptions);
-  AddNumber(verb, "--registros", pedido_.exemplo.registros, 1, 32'767,
+  AddNumber(verb, "--registros", pedido_.exemplo.registros, 1, 99'999,
             "Quantos registros (linhas) exatamente")
       ->option_text("N")
       ->group(kOptions);
