@@ -62,6 +62,7 @@ TEST(State, SumsOfCfopDetails) {
       {"201203", "5351", "", false, true, 1},        {"201203", "7399", "", false, true, 1},
       {"201203", "5400", "", false, true, -1},       {"201203", "5349", "", false, true, 2},
       {"201203", "5251", "", false, true, 3},        {"201203", "5153", "", false, true, 3},
+      {"201203", "6153", "", false, true, 3},        {"201203", "6154", "", false, true, -1},
       {"200301", "5153", "", false, true, 3},        {"200301", "5101", kSales, false, true, 0},
       {"200212", "511", kSales, false, true, 0},     {"200212", "515", kSales, false, true, 0},
       {"200212", "513", kSales, false, true, -1},    {"200212", "563", "", false, true, 1},
@@ -69,7 +70,7 @@ TEST(State, SumsOfCfopDetails) {
   };
   for (const auto& [ref, cfop, activity, inward, outward, family] : kSums) {
     SCOPED_TRACE(std::string(ref) + " " + std::string(cfop));
-    FileBuilder file("05 10 30");
+    FileBuilder file(cfop.starts_with('6') ? "05 10 14 30" : "05 10 30");
     file.With("05.Ref", ref).With("10.CFOP", std::string(cfop) + std::string(6 - cfop.size(), '0'));
     file.Edit("10.BaseCálculo=100; 10.Imposto=1; 10.IsentasNãoTrib=20; 10.Outras=3; 10.OutrosImpostos=9");
     if (!activity.empty()) file.With("05.CNAE", activity);
