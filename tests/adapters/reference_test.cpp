@@ -19,9 +19,7 @@ using testing::IsEmpty;
 class ReferenceTest : public testing::Test {
  protected:
   std::string Path(std::string_view name) { return std::string(scratch_.path()).append("/").append(name); }
-  Recordset& Query(std::string_view sql) {
-    return engine_.OpenDatabase(folder_.path() + "\\tblFixas.fix").OpenRecordset(sql, kSnapshot);
-  }
+  Recordset& Query(std::string_view sql) { return engine_.OpenDatabase(folder_.path() + "\\tblFixas.fix").OpenRecordset(sql, kSnapshot); }
   bool Found(std::string_view sql) { return Query(sql).RecordCount() > 0; }
   void CopyData() {
     std::filesystem::create_directory(Path("dados"));
@@ -46,9 +44,8 @@ TEST_F(ReferenceTest, DeliveredRowsBuildAndVerify) {
   ASSERT_THAT(ConstruirTabelas(DATA_DIR, Path("tblFixas.fix")), IsEmpty());
   EXPECT_THAT(VerificarTabelas(Path("tblFixas.fix")), IsEmpty());
   ConstruirTabelasPadrao(Path("padrao.fix"));
-  for (const auto* const sql :
-       {"SELECT * FROM tblTodosCFOPs", "SELECT * FROM tblQuadroCFOPs", "SELECT * FROM [tblQuadroOcorrências]",
-        "SELECT * FROM [tblMunicípiosZFM_ALC]"}) {
+  for (const auto* const sql : {"SELECT * FROM tblTodosCFOPs", "SELECT * FROM tblQuadroCFOPs", "SELECT * FROM [tblQuadroOcorrências]",
+                                "SELECT * FROM [tblMunicípiosZFM_ALC]"}) {
     EXPECT_EQ(Rows(Path("tblFixas.fix"), sql), Rows(Path("padrao.fix"), sql)) << sql;
   }
 }
@@ -61,10 +58,8 @@ TEST_F(ReferenceTest, AnswersTheQueriesOfTheSystem) {
   EXPECT_TRUE(Found("Select CódMunicípio From tblMunicípiosZFM_ALC Where CódMunicípio = '1302603'"));
   EXPECT_TRUE(Found("Select Códmunicípio From tblmunicípios Where Códmunicípio = '3550308'"));
   EXPECT_TRUE(Found("Select código From tblcódigosdipam Where código = '1.1'"));
-  EXPECT_TRUE(
-      Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.23' and OpPróprias"));
-  EXPECT_TRUE(
-      Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.01' and NOT OpPróprias"));
+  EXPECT_TRUE(Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.23' and OpPróprias"));
+  EXPECT_TRUE(Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.01' and NOT OpPróprias"));
   const auto cfop = [](std::string_view code, std::string_view condition) {
     return std::string("SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '")
         .append(code)
@@ -111,9 +106,7 @@ TEST_F(ReferenceTest, UnusableDatabasesHaveTheEnginesNumbers) {
   std::filesystem::remove(file);
   Write(file, "");
   EXPECT_EQ(error(), 3343);
-  Write(
-      file,
-      "isto não é um banco de dados, mas tem bem mais de cem bytes, para que o cabeçalho seja lido inteiro");
+  Write(file, "isto não é um banco de dados, mas tem bem mais de cem bytes, para que o cabeçalho seja lido inteiro");
   EXPECT_EQ(error(), 3343);
   ConstruirTabelasPadrao(file);
   std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
@@ -154,8 +147,7 @@ TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
       {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,4,0\n", ":2: CFOP '1.102': Conjunto deve ser"},
       {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,1,0\n", "no Conjunto 1 o CFOP"},
       {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,2,x\n", "GRUPO deve ser um número inteiro"},
-      {"tblQuadroCFOPs.csv",
-       "Descrição,Grupo 15,Grupo 26,Grupo 37,Conjunto\n\"a\nb\",1.102,,,2\nc,2.102,,,2\n",
+      {"tblQuadroCFOPs.csv", "Descrição,Grupo 15,Grupo 26,Grupo 37,Conjunto\n\"a\nb\",1.102,,,2\nc,2.102,,,2\n",
        "tblQuadroCFOPs.csv:4: Descrição 'c': Grupo 15 deve"},
       {"tblcodigosdipam.csv", "código\n1.11\n", "código deve ter de um a três"},
       {"tables.json", "{", "tables.json: não foi possível entender"},
@@ -167,8 +159,7 @@ TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
   }
   EXPECT_THAT(ConstruirTabelas(Path("nada"), Path("tblFixas.fix")), ElementsAre(HasSubstr("não existe")));
   std::filesystem::remove(Path("dados/tblEstados.csv"));
-  EXPECT_THAT(ConstruirTabelas(Path("dados"), Path("x.fix")),
-              ElementsAre(HasSubstr("tblEstados.csv: o arquivo não")));
+  EXPECT_THAT(ConstruirTabelas(Path("dados"), Path("x.fix")), ElementsAre(HasSubstr("tblEstados.csv: o arquivo não")));
   for (const auto& entry : std::filesystem::directory_iterator(scratch_.path())) {
     EXPECT_THAT(entry.path().filename().string(), testing::AnyOf("dados", "tblFixas.fix"));
   }
@@ -195,9 +186,8 @@ TEST_F(ReferenceTest, VerifyListsWhatIsWrong) {
   }
   const auto problems = VerificarTabelas(file);
   for (const auto* const problem :
-       {"tblmunicípios: a tabela não existe.", "tblEstados: falta a coluna 'Sigla'.",
-        "tblcódigosdipam: a tabela não tem nenhuma linha.", "tblTodosCFOPs: e mais 156 problema(s).",
-        "tblCNAEsRegimeDispensado: CNAE '5131400': CNAE deve ser um texto."}) {
+       {"tblmunicípios: a tabela não existe.", "tblEstados: falta a coluna 'Sigla'.", "tblcódigosdipam: a tabela não tem nenhuma linha.",
+        "tblTodosCFOPs: e mais 156 problema(s).", "tblCNAEsRegimeDispensado: CNAE '5131400': CNAE deve ser um texto."}) {
     EXPECT_THAT(problems, testing::Contains(problem));
   }
   EXPECT_EQ(problems.size(), 4U + 11U);

@@ -14,9 +14,7 @@
 
 namespace tremvik::test {
 
-inline void Write(const std::string& path, std::string_view text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
+inline void Write(const std::string& path, std::string_view text) { std::ofstream(path, std::ios::binary) << text; }
 
 inline std::string ReadAll(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -50,9 +48,7 @@ inline std::vector<std::string> Rows(const std::string& database, std::string_vi
 
 /// A host side that nobody watches.
 struct Nobody final : Screen, Events, Diagnostics {
-  int MsgBox(std::string_view /*text*/, int /*style*/, std::string_view /*title*/) override {
-    return resposta::kOk;
-  }
+  int MsgBox(std::string_view /*text*/, int /*style*/, std::string_view /*title*/) override { return resposta::kOk; }
   void SetPointer(int /*pointer*/) override {}
   void Progresso() override {}
   void Fechar() override {}

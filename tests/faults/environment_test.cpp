@@ -28,9 +28,7 @@ std::vector<std::string> Import(const Scene& scene, const std::string& pasta) {
 // A file held by another program as long as this lives.
 class Held {
  public:
-  explicit Held(const std::string& file) : connection_(file, SQLITE_OPEN_READWRITE) {
-    connection_.Execute("BEGIN EXCLUSIVE");
-  }
+  explicit Held(const std::string& file) : connection_(file, SQLITE_OPEN_READWRITE) { connection_.Execute("BEGIN EXCLUSIVE"); }
 
  private:
   sqlite::Connection connection_;
@@ -46,19 +44,14 @@ struct Case {
 void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
 
 const std::vector<Case> kCases{
-    {"tables_missing", [](const std::string& pasta) { fs::remove(pasta + "/tblFixas.fix"); }, kAccepted,
-     "concluída com sucesso"},
-    {"tables_empty", [](const std::string& pasta) { WriteFile(pasta + "/tblFixas.fix", ""); }, kEnvironment,
+    {"tables_missing", [](const std::string& pasta) { fs::remove(pasta + "/tblFixas.fix"); }, kAccepted, "concluída com sucesso"},
+    {"tables_empty", [](const std::string& pasta) { WriteFile(pasta + "/tblFixas.fix", ""); }, kEnvironment, "tabelas construir"},
+    {"tables_truncated", [](const std::string& pasta) { fs::resize_file(pasta + "/tblFixas.fix", 5000); }, kEnvironment,
      "tabelas construir"},
-    {"tables_truncated", [](const std::string& pasta) { fs::resize_file(pasta + "/tblFixas.fix", 5000); },
-     kEnvironment, "tabelas construir"},
-    {"tables_of_another_format",
-     [](const std::string& pasta) { WriteFile(pasta + "/tblFixas.fix", std::string(4096, 'x')); },
-     kEnvironment, "tabelas construir"},
+    {"tables_of_another_format", [](const std::string& pasta) { WriteFile(pasta + "/tblFixas.fix", std::string(4096, 'x')); }, kEnvironment,
+     "tabelas construir"},
     {"tables_of_another_database",
-     [](const std::string& pasta) {
-       fs::copy_file(pasta + "/tremvik.db", pasta + "/tblFixas.fix", fs::copy_options::overwrite_existing);
-     },
+     [](const std::string& pasta) { fs::copy_file(pasta + "/tremvik.db", pasta + "/tblFixas.fix", fs::copy_options::overwrite_existing); },
      kEnvironment, "tabelas construir"},
     {"tables_are_a_folder",
      [](const std::string& pasta) {
@@ -66,8 +59,7 @@ const std::vector<Case> kCases{
        fs::create_directory(pasta + "/tblFixas.fix");
      },
      kEnvironment, "Confira"},
-    {"old_temporary_is_a_folder",
-     [](const std::string& pasta) { fs::create_directories(pasta + "/BDTemp.mdb/x"); }, kEnvironment,
+    {"old_temporary_is_a_folder", [](const std::string& pasta) { fs::create_directories(pasta + "/BDTemp.mdb/x"); }, kEnvironment,
      "Confira"},
 };
 
@@ -82,8 +74,7 @@ TEST_P(SpoiltFolder, IsToldAndNothingIsLost) {
   EXPECT_EQ(DeclarationsIn(scene.pasta()), GetParam().status == kAccepted ? 2 : 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(, SpoiltFolder, testing::ValuesIn(kCases),
-                         [](const auto& tested) { return tested.param.name; });
+INSTANTIATE_TEST_SUITE_P(, SpoiltFolder, testing::ValuesIn(kCases), [](const auto& tested) { return tested.param.name; });
 
 TEST(Environment, DatabasesHeldByAnotherProgram) {
   for (const char* const file : {"/tblFixas.fix", "/tremvik.db"}) {
@@ -96,8 +87,7 @@ TEST(Environment, DatabasesHeldByAnotherProgram) {
 }
 
 TEST(Environment, DamagedStoreIsLeftAlone) {
-  for (const std::string& bytes :
-       {std::string(4096, 'x'), ReadFile(Scene().pasta() + "/tremvik.db").substr(0, 6000)}) {
+  for (const std::string& bytes : {std::string(4096, 'x'), ReadFile(Scene().pasta() + "/tremvik.db").substr(0, 6000)}) {
     const Scene scene;
     WriteFile(scene.pasta() + "/tremvik.db", bytes);
     const ProgramEnd end = RunProgram(Import(scene, scene.pasta()));
@@ -114,8 +104,7 @@ TEST(Environment, FolderThatMayOnlyBeRead) {
   fs::permissions(scene.pasta(), fs::perms(0555));
   ProgramEnd end = RunProgram(Import(scene, scene.pasta()), true);
   EXPECT_EQ(end.status, kEnvironment) << end.output;
-  EXPECT_NE(end.output.find("Confira se ela existe e se você pode gravar nela"), std::string::npos)
-      << end.output;
+  EXPECT_NE(end.output.find("Confira se ela existe e se você pode gravar nela"), std::string::npos) << end.output;
   // Validating needs nothing but to read.
   end = RunProgram({"validar", scene.sample(), "--pasta", scene.pasta(), "--responder", "sim"}, true);
   EXPECT_EQ(end.status, kAccepted) << end.output;

@@ -44,15 +44,13 @@ TEST(KilledImport, LeavesAWholeStore) {
     for (const char* const suffix : {"", "-journal"})
       std::filesystem::remove(pasta + "/tremvik.db" + suffix);
     // A killed one may have left anything else in the folder: the next one begins there.
-    const auto moment = std::chrono::microseconds(
-        std::uniform_int_distribution<long>(0, static_cast<long>(whole.count()))(random));
+    const auto moment = std::chrono::microseconds(std::uniform_int_distribution<long>(0, static_cast<long>(whole.count()))(random));
     const pid_t program = StartProgram(arguments, nowhere);
     std::this_thread::sleep_for(moment);
     kill(program, SIGKILL);
     const int status = WaitFor(program);
     const int held = DeclarationsIn(pasta);
-    EXPECT_TRUE(held == 0 || held == kDeclarations)
-        << held << " declarations after " << moment.count() << " us";
+    EXPECT_TRUE(held == 0 || held == kDeclarations) << held << " declarations after " << moment.count() << " us";
     EXPECT_TRUE(status == -1 || held == kDeclarations);
     killed += status == -1 ? 1 : 0;
     as_before += held == 0 ? 1 : 0;
