@@ -1,9 +1,12 @@
 // The record length pass, against a few lines of code that say the same in another way.
 #include "layout/length_pass.h"
 
-#include "fuzz/memory_host.h"
+#include <string>
+#include <vector>
+
 #include "fuzz/target.h"
 #include "layout/kinds.h"
+#include "tests/support/memory_host.h"
 
 namespace tremvik::fuzz {
 namespace {
@@ -29,16 +32,17 @@ bool AllLinesRight(std::string_view file) {
   }
 }
 
-// The trace of a pass whose reads give `piece` bytes.
-std::string Pass(std::string_view bytes, std::size_t piece) {
-  static References references;
-  MemoryHost host(references, {.file = bytes, .read_at_most = piece});
+// The boxes of a pass whose reads give `piece` bytes.
+std::vector<test::Box> Pass(std::string_view bytes, std::size_t piece) {
+  test::MemoryHost host;
+  host.files[std::string(test::kInputPath)] = bytes;
+  host.most_read = piece;
   std::uint8_t number = 0;
-  const bool refused = ValidarTamanhos(kInputPath, {host, host, host}, number);
+  const bool refused = ValidarTamanhos(test::kInputPath, {host, host, host}, number);
   Expect(refused == !AllLinesRight(bytes), "refused when, and only when, a line is wrong");
-  Expect(host.boxes() == (refused ? 1 : 0), "one box for a refusal");
+  Expect(host.boxes.size() == (refused ? 1 : 0), "one box for a refusal");
   Expect(host.open_files() == 0, "the file is closed");
-  return host.trace();
+  return host.boxes;
 }
 
 }  // namespace
@@ -46,7 +50,7 @@ std::string Pass(std::string_view bytes, std::size_t piece) {
 const std::size_t kFileAt = 0;
 
 void CheckLengthPass(std::string_view bytes) {
-  const std::string whole = Pass(bytes, bytes.size() + 1);
+  const auto whole = Pass(bytes, bytes.size() + 1);
   Expect(Pass(bytes, 1 + bytes.size() % 7) == whole, "short reads change nothing");
 }
 

@@ -4,9 +4,9 @@
 
 #include "checks/dates.h"
 #include "component/tremvik.h"
-#include "fuzz/memory_host.h"
 #include "fuzz/target.h"
 #include "host/runtime_error.h"
+#include "tests/support/tables_host.h"
 
 namespace tremvik::fuzz {
 namespace {
@@ -38,8 +38,8 @@ bool SameDigits(std::string shown, std::string given) {
 const std::size_t kFileAt = std::string_view::npos;
 
 void CheckValues(std::string_view bytes) {
-  static References references;
-  MemoryHost host(references, {});
+  static test::References references;
+  test::TablesHost host(references, "");
   const Tremvik tremvik(host.host());
   const std::string text(bytes);
   const auto value = [&](const std::string& cents) {

@@ -1,15 +1,19 @@
 // A whole run: the first byte holds the answers, the rest is the file.
 #include <algorithm>
-#include <limits>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "component/tremvik.h"
-#include "fuzz/memory_host.h"
 #include "fuzz/target.h"
 #include "layout/text_reader.h"
+#include "tests/support/tables_host.h"
 
 namespace tremvik::fuzz {
 namespace {
+
+using test::References;
+using test::TablesHost;
 
 constexpr int kForgetAfter = 20'000;
 
@@ -20,30 +24,58 @@ References& SharedReferences() {
   return references;
 }
 
+// One run's file and circumstances.
+struct Input {
+  std::string_view file;
+  unsigned
+      answers;  ///< bits 0 to 6: questions answered Yes, in turn; bit 7: the declarations are held already
+  std::size_t most_read = std::string_view::npos;  ///< bytes that one read gives
+};
+
+// A host on which that run can be made.
+class InputHost : public TablesHost {
+ public:
+  InputHost(References& references, const Input& input) : TablesHost(references, input.file) {
+    most_read = input.most_read;
+    holds_all = (input.answers & 0x80U) != 0;
+    for (unsigned bit = 1; bit < 0x80U; bit <<= 1U)
+      answers.push_back((input.answers & bit) != 0 ? resposta::kSim : resposta::kNao);
+  }
+};
+
+// What is observed of a run.
 struct Outcome {
   bool accepted = false;
   int linha = 0;
   int records = 0;
-  std::string trace;
+  std::vector<std::string> log;
+  std::vector<test::Box> boxes;
+  std::vector<test::Place> places, doubts;
+  friend bool operator==(const Outcome&, const Outcome&) = default;
 };
 
 Outcome Import(References& references, const Input& input) {
-  MemoryHost host(references, input);
+  InputHost host(references, input);
   Tremvik tremvik(host.host());
-  tremvik.Monitora(kInputPath);
+  tremvik.Monitora(test::kInputPath);
   Expect(host.open_files() == 0, "every file is closed after a run");
-  Expect(host.closings() <= 1, "at most one Fechar");
+  Expect(std::ranges::count(host.log, "Fechar") <= 1, "at most one Fechar");
   const bool accepted = !tremvik.bolRetMonitora();
-  const bool asked_and_refused = host.boxes() == 0 && host.last_title() == "Atenção";
-  Expect(host.boxes() == 1 || asked_and_refused, "exactly one word about the end of a run");
-  Expect(accepted == (host.last_title() == "Arquivo Pré-Formatado"), "success is told, and only then");
-  Expect(!accepted || host.places().empty(), "an accepted file has no fault");
-  return {accepted, tremvik.NroLinha(), host.records(), host.trace()};
+  const auto question = [](const test::Box& box) { return (box.style & estilo::kSimNao) != 0; };
+  const auto said = std::ranges::count_if(host.boxes, std::not_fn(question));
+  const std::string title = host.boxes.empty() ? "" : host.boxes.back().title;
+  Expect(said == 1 || (said == 0 && title == "Atenção"), "exactly one word about the end of a run");
+  Expect(accepted == (title == "Arquivo Pré-Formatado"), "success is told, and only then");
+  Expect(!accepted || host.places.empty(), "an accepted file has no fault");
+  int records = 0;
+  for (const auto& [code, written] : host.written)
+    records += written;
+  return {accepted, tremvik.NroLinha(), records, host.log, host.boxes, host.places, host.doubts};
 }
 
 int LinesAsText(References& references, const Input& input) {
-  MemoryHost host(references, input);
-  TextReader reader(host, host.FreeFile(), kInputPath);
+  InputHost host(references, input);
+  TextReader reader(host, host.FreeFile(), test::kInputPath);
   int lines = 0;
   for (TextReader::Line line; !reader.AtEnd(); ++lines)
     reader.ReadLine(line);
@@ -52,9 +84,9 @@ int LinesAsText(References& references, const Input& input) {
 
 // What the reconciliation counts, by the published member on its own.
 int RecordsAsText(References& references, const Input& input) {
-  MemoryHost host(references, input);
+  InputHost host(references, input);
   Tremvik tremvik(host.host());
-  Expect(!tremvik.CompararTotais(kInputPath), "the counts of an accepted file agree");
+  Expect(!tremvik.CompararTotais(test::kInputPath), "the counts of an accepted file agree");
   return tremvik.NroLinha();
 }
 
@@ -65,12 +97,12 @@ const std::size_t kFileAt = 1;
 void CheckWholeRun(std::string_view bytes) {
   if (bytes.empty()) return;
   References& references = SharedReferences();
-  const Input input{.file = bytes.substr(1), .answers = static_cast<std::uint8_t>(bytes.front())};
+  const Input input{.file = bytes.substr(1), .answers = static_cast<unsigned char>(bytes.front())};
   const Outcome outcome = Import(references, input);
 
   Input in_pieces = input;
-  in_pieces.read_at_most = 1 + bytes.size() % 97;
-  Expect(Import(references, in_pieces).trace == outcome.trace, "short reads change nothing");
+  in_pieces.most_read = 1 + bytes.size() % 97;
+  Expect(Import(references, in_pieces) == outcome, "short reads change nothing");
   if (!outcome.accepted) return;
 
   const int lines = static_cast<int>(std::ranges::count(input.file, '\n'));

@@ -19,77 +19,11 @@ TEST(ImportRun, Success) {
   run.Import(FileBuilder("05 07 10 14 18 20 26 20 28 20 27 20 25 30 31")
                  .Edit("05.SaldoCredPeriodoAnt=5; 05.SemRegra=\xE7; 10.BaseCálculo=100000; 10.Imposto=25000")
                  .Bytes());
-  const std::string zeros14(138, '0');
-  const std::string zeros18(51, '0');
-  const std::string header =
-      "Gravar 05 IE=110.042.490.101 CNPJ=12.345.678/0001-95 CNAE=0000000 RegTrib=01 Ref=201203 RefInicial=000000"
-      " Tipo=00 Movimento=0 Transmitida=0 SaldoCredPeriodoAnt=0,05 SaldoCredPeriodoAntST=0,00"
-      " SemRegra=0000000000000ç OrigemPreDig=0 ICMSFixPer=0,00 ChaveInterna=00000000000000000000000000000000"
-      " Q07=0001 Q10=0001 Q20=0004 Q30=0001 Q31=0001";
-  const std::string cfop =
-      "Gravar 10 CFOP=6101 Descrição=Compra de teste ValorContábil=1.234.567,89 BaseCálculo=1.000,00 Imposto=250,00"
-      " IsentasNãoTrib=0,00 Outras=0,00 ImpostoRetidoST=0,00 ImpRetSubstitutoST=0,00 ImpRetSubstituÍdo=0,00"
-      " OutrosImpostos=0,00";
-  const std::string substitute =
-      "Gravar 26 CódSubItem=002.10 PrópriaOuST=0 IESubstituto=110.042.490.101 NF=000000001 DataInicio=20/01/2012"
-      " DataFim=20/02/2012 Valor=1,00";
-  const std::vector<std::string> expected = {
-      "Open 1 entrada.txt",
-      "Close 1",
-      "Progresso",
-      "Open 1 entrada.txt",
-      "Close 1",
-      "Progresso",
-      R"(Delete C:\App\BDTempPrf.fix)",
-      "Preparar",
-      "GetSetting Brunsel DB DbAtual",
-      R"(Rename C:\App\BDTemp.mdb C:\App\BDTempPrf.fix)",
-      R"(Abrir C:\App\BDTempPrf.fix)",
-      "Open 1 entrada.txt",
-      "Progresso",
-      "Progresso",
-      "Progresso",
-      R"(Consulta em C:\App\BDTempPrf.fix)",
-      "Existe 110.042.490.101 QZ 01 20/03/2012 ",
-      R"(Gravador 05 em C:\App\BDTempPrf.fix)",
-      header,
-      "Progresso",
-      "Progresso",
-      R"(Gravador 07 em C:\App\BDTempPrf.fix)",
-      "Gravar 07 PrópriaOuST=0 Valor=123,45 Data=2012/03/01",
-      "Progresso",
-      R"(Gravador 10 em C:\App\BDTempPrf.fix)",
-      cfop,
-      R"(Gravador 14 em C:\App\BDTempPrf.fix)",
-      "Gravar 14 Registro=14" + zeros14 + "0001",
-      R"(Gravador 18 em C:\App\BDTempPrf.fix)",
-      "Gravar 18 Registro=18" + zeros18,
-      "Progresso",
-      "Progresso",
-      R"(Gravador 20 em C:\App\BDTempPrf.fix)",
-      "Gravar 20 CódSubItem=002.10 Valor=1,00 PrópriaOuST=0 FLegal= Ocorrência= Q25=0000 Q26=0001 Q27=0000 Q28=0000",
-      R"(Gravador 26 em C:\App\BDTempPrf.fix)",
-      substitute,
-      "Gravar 20 CódSubItem=002.20 Valor=1,00 PrópriaOuST=0 FLegal= Ocorrência= Q25=0000 Q26=0000 Q27=0000 Q28=0001",
-      R"(Gravador 28 em C:\App\BDTempPrf.fix)",
-      "Gravar 28 CódSubItem=002.20 PrópriaOuST=0 CodAutorizacao=100dubl00001 Valor=1,00",
-      "Gravar 20 CódSubItem=007.01 Valor=1,00 PrópriaOuST=1 FLegal= Ocorrência= Q25=0000 Q26=0000 Q27=0001 Q28=0000",
-      R"(Gravador 27 em C:\App\BDTempPrf.fix)",
-      "Gravar 27 CódSubItem=007.01 PrópriaOuST=1 IESubstituído=110.042.490.101 NF=000000001 Valor=1,00",
-      "Gravar 20 CódSubItem=007.30 Valor=1,00 PrópriaOuST=0 FLegal= Ocorrência= Q25=0001 Q26=0000 Q27=0000 Q28=0000",
-      R"(Gravador 25 em C:\App\BDTempPrf.fix)",
-      "Gravar 25 CódSubItem=007.30 PrópriaOuST=0 IE=110.042.490.101 Valor=1,00",
-      R"(Gravador 30 em C:\App\BDTempPrf.fix)",
-      "Gravar 30 Registro=300000000000000000000001",
-      R"(Gravador 31 em C:\App\BDTempPrf.fix)",
-      "Gravar 31 RE=00/0000000001",
-      "Close 1",
-      "Caixa",
-      kEncerrar};
+  std::vector<std::string> expected;
+  for (const Row& row : ReadTable("success.txt", 1))
+    expected.push_back(row.cells[0]);
   EXPECT_THAT(run.host.log, ElementsAreArray(expected));
-  ASSERT_TRUE(run.Succeeded());
-  EXPECT_EQ(run.host.boxes.front().style, 64);
-  EXPECT_EQ(run.host.boxes.front().title, "Arquivo Pré-Formatado");
+  EXPECT_EQ(run.host.boxes, (Boxes{{"A importação foi concluída com sucesso!", 64, "Arquivo Pré-Formatado"}}));
   EXPECT_FALSE(run.tremvik.bolRetMonitora());
   EXPECT_EQ(run.tremvik.idxBanco(), 7);
   EXPECT_EQ(run.tremvik.database_name(), "Base do usuário");
@@ -102,23 +36,20 @@ TEST(ImportRun, Success) {
 TEST(ImportRun, OtherFormsOfFields) {
   Instance run;
   run.tremvik.set_bolRetMonitora(true);  // left as it was by a success
-  run.Import(
-      FileBuilder("05 07 10 20 31")
-          .Edit("05.RegTrib=02; 05.Ref=201208; 05.RefInicial=201207; 05.ICMSFixPer=100; 07.Data=20120801;"
-                "31.RE=123456789012345; 20.CódSubItem=00399; 20.FLegal=art.  1; 20.Ocorrência=a\x80 b")
-          .Bytes());
+  run.Import(FileBuilder("05 07 10 20 31")
+                 .Edit("05.RegTrib=02; 05.Ref=201208; 05.RefInicial=201207; 05.ICMSFixPer=100; 07.Data=20120801;"
+                       "31.RE=123456789012345; 20.CódSubItem=00399; 20.FLegal=art.  1; 20.Ocorrência=a\x80 b")
+                 .Bytes());
   EXPECT_TRUE(run.Succeeded());
   EXPECT_TRUE(run.tremvik.bolRetMonitora());
   EXPECT_THAT(run.host.log, testing::Contains("Existe 110.042.490.101 QZ 02 20/08/2012 20/07/2012"));
   EXPECT_THAT(run.host.log, testing::Contains("Gravar 31 RE=45/6789012345"));
-  EXPECT_THAT(run.host.log,
-              testing::Contains(testing::HasSubstr(" FLegal=art.  1 Ocorrência=a€ b Q25=0000")));
+  EXPECT_THAT(run.host.log, testing::Contains(testing::HasSubstr(" FLegal=art.  1 Ocorrência=a€ b Q25=0000")));
 }
 
 TEST(ImportRun, ProgressOfDeclarations) {
-  const std::pair<std::string_view, int> cases[] = {{"05", 5},    {"05 07", 6},    {"05 10", 6},
-                                                    {"05 20", 6}, {"05 30 31", 5}, {"05 07 10 20 30 31", 8},
-                                                    {"05*3", 15}};
+  const std::pair<std::string_view, int> cases[] = {
+      {"05", 5}, {"05 07", 6}, {"05 10", 6}, {"05 20", 6}, {"05 30 31", 5}, {"05 07 10 20 30 31", 8}, {"05*3", 15}};
   for (const auto& [kinds, steps] : cases) {
     Instance run;
     run.Import(FileBuilder(kinds).Bytes());
@@ -139,16 +70,12 @@ TEST(ImportRun, DeclarationsThatDifferFromTheAnnounced) {
     const std::string before = file.Bytes();
     if (edit.starts_with('~')) run.host.third_opening = file.Edit(edit.substr(1)).Bytes();
     run.Import(before);
-    ASSERT_EQ(run.host.boxes.size(), 1U);
-    EXPECT_EQ(run.host.boxes.front().text, "Tabela 01, CR=01, Campo - Q05\r\nInconsistente, Posição 27");
-    EXPECT_EQ(run.host.boxes.front().style, 64);
-    EXPECT_EQ(run.host.boxes.front().title, "Atenção");
+    EXPECT_EQ(run.host.boxes, (Boxes{{"Tabela 01, CR=01, Campo - Q05\r\nInconsistente, Posição 27", 64, "Atenção"}}));
     EXPECT_TRUE(run.tremvik.bolRetMonitora());
     EXPECT_EQ(run.tremvik.NroLinha(), lines);
     EXPECT_EQ(run.tremvik.Mensagem(), "");
     const std::vector<std::string> closing = {"Inconsistência 1 01.Q05", "Caixa", "Close 1", "Ponteiro 0"};
-    EXPECT_THAT(std::vector<std::string>(run.host.log.end() - 4, run.host.log.end()),
-                ElementsAreArray(closing));
+    EXPECT_EQ(Tail(run.host.log, 4), closing);
     EXPECT_EQ(std::ranges::count(run.host.log, "Fechar"), 0);
     EXPECT_EQ(std::ranges::count(run.host.log, kEncerrar), 0);
   }
@@ -158,16 +85,12 @@ TEST(ImportRun, TheHostsEmptyDatabaseIsMissing) {
   Instance run;
   run.host.files.clear();
   run.Import(FileBuilder("05").Bytes());
-  ASSERT_EQ(run.host.boxes.size(), 1U);
-  EXPECT_EQ(run.host.boxes.front().text, Report("53 - Arquivo não encontrado", "", 0));
-  EXPECT_EQ(run.host.boxes.front().style,
-            0);  // the master record, which sets style and title, is not read yet
-  EXPECT_EQ(run.host.boxes.front().title, "");
+  // The master record, which sets style and title, is not read yet.
+  EXPECT_EQ(run.host.boxes, (Boxes{{Report("53 - Arquivo não encontrado", "", 0), 0, ""}}));
   EXPECT_TRUE(run.tremvik.bolRetMonitora());
   EXPECT_EQ(run.tremvik.Mensagem(), "53 - Arquivo não encontrado");
   const std::vector<std::string> closing = {"Encerrar ", "Caixa", "Fechar", "Encerrar "};
-  EXPECT_THAT(std::vector<std::string>(run.host.log.end() - 4, run.host.log.end()),
-              ElementsAreArray(closing));
+  EXPECT_EQ(Tail(run.host.log, 4), closing);
 }
 
 struct Failing {
@@ -178,8 +101,7 @@ struct Failing {
 
 // Told in one message with its number and words; nothing is thrown and no file stays open.
 void CheckFailure(const Failing& failing, int number, std::string_view text) {
-  SCOPED_TRACE(std::string(failing.operation) + " " + std::to_string(failing.good) + " " +
-               std::to_string(number));
+  SCOPED_TRACE(std::string(failing.operation) + " " + std::to_string(failing.good) + " " + std::to_string(number));
   Instance run;
   run.host.files[std::string(kBase)] = "an old one";
   run.host.Fail(failing.operation, number, failing.good);
@@ -196,34 +118,32 @@ void CheckFailure(const Failing& failing, int number, std::string_view text) {
 }
 
 TEST(ImportRun, EveryFailureOfTheHostIsTold) {
-  constexpr Failing kFailing[] = {
-      {"FreeFile", 1},
-      {"Open", 1},
-      {"Read", 2},
-      {"Close", 1, 3},
-      {"Progresso"},
-      {"Progresso", 1, 3},
-      {"Exists"},
-      {"Delete"},
-      {"Preparar"},
-      {"GetSetting"},
-      {"Rename"},
-      {"Abrir"},
-      {"FreeFile", 2},
-      {"Open", 2},
-      {"Read", 4, 1},
-      {"ValidarIE", 0, 2},
-      {"Existe", 0, 2},
-      {"Gravar", 0, 2},
-      {"OpenDatabase", 0, 3},
-      {"OpenRecordset", 0, 3},
-      {"Gravar", 1, 3},
-      {"Progresso", 2, 2},
-      {"Close", 2, 4},
-      {"CriarGravador", 1, 3},
-      {"CriarConsultaDeclaracoes", 0, 2},
-      {"CriarValidadorDocumentos", 0, 2},
-  };
+  constexpr Failing kFailing[] = {{"FreeFile", 1},
+                                  {"Open", 1},
+                                  {"Read", 2},
+                                  {"Close", 1, 3},
+                                  {"Progresso"},
+                                  {"Progresso", 1, 3},
+                                  {"Exists"},
+                                  {"Delete"},
+                                  {"Preparar"},
+                                  {"GetSetting"},
+                                  {"Rename"},
+                                  {"Abrir"},
+                                  {"FreeFile", 2},
+                                  {"Open", 2},
+                                  {"Read", 4, 1},
+                                  {"ValidarIE", 0, 2},
+                                  {"Existe", 0, 2},
+                                  {"Gravar", 0, 2},
+                                  {"OpenDatabase", 0, 3},
+                                  {"OpenRecordset", 0, 3},
+                                  {"Gravar", 1, 3},
+                                  {"Progresso", 2, 2},
+                                  {"Close", 2, 4},
+                                  {"CriarGravador", 1, 3},
+                                  {"CriarConsultaDeclaracoes", 0, 2},
+                                  {"CriarValidadorDocumentos", 0, 2}};
   for (const Failing& failing : kFailing) {
     CheckFailure(failing, 75, "75 - Erro de acesso ao caminho/arquivo");
     CheckFailure(failing, 0, "5 - Chamada de procedimento ou argumento inválido");
@@ -237,8 +157,7 @@ TEST(ImportRun, FailuresWhileAFailureIsTold) {
   closing.host.Fail("Close", 57, 2);
   closing.host.Fail("Encerrar", 70);
   closing.Import(FileBuilder("05").Bytes());
-  ASSERT_EQ(closing.host.boxes.size(), 1U);
-  EXPECT_EQ(closing.host.boxes.front().text, Report("61 - Disco cheio", "", 2));
+  EXPECT_EQ(closing.host.boxes, (Boxes{{Report("61 - Disco cheio", "", 2), 64, "Atenção"}}));
   EXPECT_TRUE(closing.tremvik.bolRetMonitora());
   EXPECT_EQ(std::ranges::count(closing.host.log, kEncerrar), 2);
   EXPECT_EQ(std::ranges::count(closing.host.log, "Fechar"), 1);
@@ -247,9 +166,7 @@ TEST(ImportRun, FailuresWhileAFailureIsTold) {
   Instance no_component;
   no_component.host.Fail("CriarBancoTemporario", 429);
   no_component.Import(FileBuilder("05").Bytes());
-  ASSERT_EQ(no_component.host.boxes.size(), 1U);
-  EXPECT_EQ(no_component.host.boxes.front().text,
-            Report("429 - O componente ActiveX não pode criar o objeto", "", 0));
+  EXPECT_EQ(no_component.host.boxes, (Boxes{{Report("429 - O componente ActiveX não pode criar o objeto", "", 0), 0, ""}}));
 
   Instance no_box;
   no_box.host.Fail("MsgBox", 5);
@@ -261,10 +178,8 @@ TEST(ImportRun, FailuresWhileAFailureIsTold) {
   Instance refused;  // the closing call after a refusal
   refused.host.Fail("Encerrar", 70);
   refused.Import(FileBuilder("05").With("05.Tipo", "09").Bytes());
-  ASSERT_EQ(refused.host.boxes.size(), 2U);
-  EXPECT_EQ(refused.host.boxes.front().text,
-            Report("Tabela 2, CR=05, Campo - Tipo", "Inconsistente, Posição 50 ", 2));
-  EXPECT_EQ(refused.host.boxes.back().text, Report("70 - Permissão negada", "", 2));
+  EXPECT_EQ(refused.host.boxes, (Boxes{{Report("Tabela 2, CR=05, Campo - Tipo", "Inconsistente, Posição 50 ", 2), 64, "Atenção"},
+                                       {Report("70 - Permissão negada", "", 2), 64, "Atenção"}}));
   EXPECT_EQ(refused.host.open_files(), 0U);
 
   Instance success;  // and after a success

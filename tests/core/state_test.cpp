@@ -26,7 +26,7 @@ class Declaration : Prompter {
  private:
   Verdict Perguntar(Refusal /*question*/) override { return Accepted; }
 
-  RecordingHost host_;
+  MemoryHost host_;
   std::int16_t line_ = 0;
   std::string path_;
   BlockReader reader_{host_, line_};
@@ -97,19 +97,6 @@ TEST(State, ACfopOfTwoFamilies) {
   EXPECT_EQ(declaration.state.acumuladores.SomaDipamCR10, (std::array<double, 4>{0, 7, 0, 7}));
 }
 
-TEST(State, DeclarationsFollowEachOther) {
-  constexpr Case kCases[] = {
-      {"05 07 10 14 18 20 25 30 31 05 07 10 14 18 20 25 30 31", ""},
-      {"05 07 10 20 30 31 05", ""},
-      {"05 05 07 10 20 30 31", ""},
-      {"05 20 28 05 20 28", ""},
-      {"05 10 14*2 10 14 10 14 18*2 14", ""},
-      {"05 20 25 05 20 25", "25#2.Valor=99", 7, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
-       "O campo Valor é diferente da somatória do campo Valor dos CR=25 ou 26 ou 27. "},
-  };
-  CheckAll(kCases);
-}
-
 // One instance serves one run: a second one goes on with the headers and the count of the first.
 TEST(State, ASecondRunOfAnInstance) {
   Instance again;
@@ -118,8 +105,7 @@ TEST(State, ASecondRunOfAnInstance) {
   EXPECT_TRUE(again.Succeeded());
   again.host.files["C:\\App\\BDTemp.mdb"] = "";
   again.Import(file);
-  EXPECT_EQ(again.host.boxes.back().text,
-            Report("Tabela 2, CR=05, Campo - IE_x_Ref", "Duplicado ou fora de seqüência. Posição 3_x_18", 2));
+  EXPECT_EQ(again.host.boxes.back().text, Report("Tabela 2, CR=05, Campo - IE_x_Ref", "Duplicado ou fora de seqüência. Posição 3_x_18", 2));
 
   Instance later;
   later.Import(file);
@@ -135,8 +121,7 @@ TEST(State, BuffersOfTheRunBefore) {
   payment.Import(FileBuilder("05 07").Bytes());
   payment.host.files["C:\\App\\BDTemp.mdb"] = "";
   payment.Import(FileBuilder("05 07").Edit("05.Ref=201204; 07.Data=20120401; cut=2").Bytes());
-  EXPECT_EQ(payment.host.boxes.back().text,
-            Report("Tabela 2, CR=05 Campo - Q07", "inconsistente, Posição 114", 3));
+  EXPECT_EQ(payment.host.boxes.back().text, Report("Tabela 2, CR=05 Campo - Q07", "inconsistente, Posição 114", 3));
 
   Instance master;  // whose separators stand in the buffer already: the run ends without a word
   master.Import(FileBuilder("05").Bytes());

@@ -1,6 +1,7 @@
 // Numbers, dates, texts and display forms; the members that a host may call without a run.
 #include <gtest/gtest.h>
 
+#include "checks/credit_code.h"
 #include "checks/dates.h"
 #include "checks/display.h"
 #include "checks/numbers.h"
@@ -22,28 +23,26 @@ int ErrorOf(const Action& action) {
 }
 
 TEST(Values, Val) {
-  const std::pair<std::string_view, double> cases[] = {
-      {"", 0},
-      {"12", 12},
-      {" 1 2", 12},
-      {"1\t2\n3", 123},
-      {"-1", -1},
-      {"+7", 7},
-      {"- 3", -3},
-      {"1.5", 1.5},
-      {"1,5", 1},
-      {"1.5.5", 1.5},
-      {"12G", 12},
-      {"G12", 0},
-      {"--1", 0},
-      {"1-1", 1},
-      {"1e2", 1},
-      {"\r1", 0},
-      {".5", 0.5},
-      {"-", 0},
-      {"000000000012345", 12345},
-      {"999999999999999", 999999999999999.0},
-  };
+  const std::pair<std::string_view, double> cases[] = {{"", 0},
+                                                       {"12", 12},
+                                                       {" 1 2", 12},
+                                                       {"1\t2\n3", 123},
+                                                       {"-1", -1},
+                                                       {"+7", 7},
+                                                       {"- 3", -3},
+                                                       {"1.5", 1.5},
+                                                       {"1,5", 1},
+                                                       {"1.5.5", 1.5},
+                                                       {"12G", 12},
+                                                       {"G12", 0},
+                                                       {"--1", 0},
+                                                       {"1-1", 1},
+                                                       {"1e2", 1},
+                                                       {"\r1", 0},
+                                                       {".5", 0.5},
+                                                       {"-", 0},
+                                                       {"000000000012345", 12345},
+                                                       {"999999999999999", 999999999999999.0}};
   for (const auto& [text, value] : cases)
     EXPECT_EQ(Val(text), value) << text;
 }
@@ -54,15 +53,13 @@ TEST(Values, NumericTests) {
     bool numeric, field;  // as a number; as a field of the file
   };
   constexpr Numeric kCases[] = {
-      {"0", true, true},       {"007", true, true},   {"+7", true, true},
-      {" 7", true, false},     {"7 ", true, false},   {"-7", true, false},
-      {"1.5", true, false},    {"1,5", true, false},  {"7,", true, false},
-      {",7", true, false},     {"", false, false},    {" ", false, false},
-      {"-", false, false},     {",", false, false},   {"1.5.5", false, false},
-      {"1,5.5", false, false}, {"1 2", false, false}, {"1e2", false, false},
-      {"&H1", false, false},   {"R$1", false, false}, {"7-", false, false},
-      {"- 7", false, false},   {"--7", false, false}, {std::string_view("\0\0", 2), false, false},
-      {"\t7", false, false},   {"1A", false, false},
+      {"0", true, true},     {"007", true, true},   {"+7", true, true},      {" 7", true, false},
+      {"7 ", true, false},   {"-7", true, false},   {"1.5", true, false},    {"1,5", true, false},
+      {"7,", true, false},   {",7", true, false},   {"", false, false},      {" ", false, false},
+      {"-", false, false},   {",", false, false},   {"1.5.5", false, false}, {"1,5.5", false, false},
+      {"1 2", false, false}, {"1e2", false, false}, {"&H1", false, false},   {"R$1", false, false},
+      {"7-", false, false},  {"- 7", false, false}, {"--7", false, false},   {std::string_view("\0\0", 2), false, false},
+      {"\t7", false, false}, {"1A", false, false},
   };
   for (const auto& [text, numeric, field] : kCases) {
     EXPECT_EQ(IsNumeric(text), numeric) << text;
@@ -85,18 +82,16 @@ TEST(Values, Integers) {
 
 TEST(Values, Dates) {
   const std::pair<std::string_view, bool> dates[] = {
-      {"20120229", true},  {"19000229", true},  {"21000229", true},  {"20130229", false}, {"20120230", false},
-      {"20120431", false}, {"20120430", true},  {"20120131", true},  {"20120132", false}, {"20121231", true},
-      {"20120100", false}, {"20120001", false}, {"20121301", false}, {"00000101", false}, {"00010101", true},
-      {"2012G101", false}, {"201201G1", false}, {"", false},         {"201201", true},    {"201212", true},
-      {"201200", false},   {"201213", false},   {"000012", false},   {"000112", true},
+      {"20120229", true},  {"19000229", true},  {"21000229", true},  {"20130229", false}, {"20120230", false}, {"20120431", false},
+      {"20120430", true},  {"20120131", true},  {"20120132", false}, {"20121231", true},  {"20120100", false}, {"20120001", false},
+      {"20121301", false}, {"00000101", false}, {"00010101", true},  {"2012G101", false}, {"201201G1", false}, {"", false},
+      {"201201", true},    {"201212", true},    {"201200", false},   {"201213", false},   {"000012", false},   {"000112", true},
   };
   for (const auto& [text, valid] : dates)
     EXPECT_EQ(ValidarData(text), !valid) << text;
   const std::pair<std::string_view, bool> times[] = {
-      {"000000", true},  {"235959", true},  {"240000", true},  {"245959", true},
-      {"250000", false}, {"126000", false}, {"125960", false}, {"120060", false},
-      {"12AB00", false}, {"AB0000", false}, {"1200AB", false}, {"", false},
+      {"000000", true},  {"235959", true},  {"240000", true},  {"245959", true},  {"250000", false}, {"126000", false},
+      {"125960", false}, {"120060", false}, {"12AB00", false}, {"AB0000", false}, {"1200AB", false}, {"", false},
   };
   for (const auto& [text, valid] : times)
     EXPECT_EQ(ValidarHora(text), !valid) << text;
@@ -117,16 +112,14 @@ TEST(Values, Texts) {
 
 TEST(Values, FomataValor) {
   const Instance instance;
-  const std::pair<std::string_view, std::string_view> cases[] = {
-      {"000000000000000", "0,00"},
-      {"000000000012345", "123,45"},
-      {"000000000000005", "0,05"},
-      {"000000000000050", "0,50"},
-      {"000000000100000", "1.000,00"},
-      {"123456789", "1.234.567,89"},
-      {"99999", "999,99"},
-      {"999999999999999", "9.999.999.999.999,99"},
-  };
+  const std::pair<std::string_view, std::string_view> cases[] = {{"000000000000000", "0,00"},
+                                                                 {"000000000012345", "123,45"},
+                                                                 {"000000000000005", "0,05"},
+                                                                 {"000000000000050", "0,50"},
+                                                                 {"000000000100000", "1.000,00"},
+                                                                 {"123456789", "1.234.567,89"},
+                                                                 {"99999", "999,99"},
+                                                                 {"999999999999999", "9.999.999.999.999,99"}};
   for (const auto& [cents, text] : cases)
     EXPECT_EQ(instance.tremvik.FomataValor(cents), text);
   EXPECT_EQ(ErrorOf([&] { return instance.tremvik.FomataValor("00000000000012G"); }), 13);
@@ -134,14 +127,44 @@ TEST(Values, FomataValor) {
 
 TEST(Values, TiraZeros) {
   const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
-      {"200301", "510200", "5102"}, {"200212", "510200", "512"},   {"200212", "112000", "112"},
-      {"200212", "000000", "0"},    {"200212", "327670", "32767"}, {"200301", "000000", "0000"},
-      {"200213", "510200", "5102"},
+      {"200301", "510200", "5102"},  {"200212", "510200", "512"},  {"200212", "112000", "112"},  {"200212", "000000", "0"},
+      {"200212", "327670", "32767"}, {"200301", "000000", "0000"}, {"200213", "510200", "5102"},
   };
   for (const auto& [ref, cfop, code] : cases)
     EXPECT_EQ(TiraZeros(ref, cfop).view(), code) << ref << cfop;
   EXPECT_EQ(ErrorOf([] { return TiraZeros("200212", "327680"); }), 6);
   EXPECT_EQ(ErrorOf([] { return TiraZeros("200212", "111111"); }), 6);
+}
+
+TEST(Values, CreditCode) {
+  struct Code {
+    std::string_view code, value, sub_item, ie;
+    bool rejected;
+  };
+  constexpr Code kCodes[] = {
+      {"100dubl00001", "000000000000100", "00220", "110042490114", false},
+      {"000dubl00001", "000000000000099", "00220", "110042490114", false},
+      {"c9nd000zzzzz", "000000012345678", "00220", "000000000114", false},
+      {"000a00100000", "000000004665600", "00221", "000001296114", false},  // 36 to the power 3, to the power 2
+      {"zzzt10000000", "000000004665599", "00740", "000000001114", false},
+      {"100rubl00000", "000000000000100", "00741", "110042490114", false},
+      {"100vubl00000", "000000000000100", "00223", "110042490114", false},
+      {"100cubl00000", "000000000000100", "00744", "110042490114", false},
+      {"100iubl00000", "000000000000100", "00745", "110042490114", false},
+      {"200dubl00001", "000000000000100", "00220", "110042490114", true},
+      {"110dubl00001", "000000000000100", "00220", "110042490114", true},
+      {"101dubl00001", "000000000000100", "00220", "110042490114", true},
+      {"100Dubl00001", "000000000000100", "00220", "110042490114", true},
+      {"100dvbl00001", "000000000000100", "00220", "110042490114", true},
+      {"100dubm00001", "000000000000100", "00220", "110042490114", true},
+      {"100dubl0000A", "000000000000100", "00220", "110042490114", true},
+      {"100dubl 0001", "000000000000100", "00220", "110042490114", true},
+      {"100dubl00001", "000000000000100", "00222", "110042490114", true},
+      {"100dubl00001", "000000000000100", "", "110042490114", true},
+  };
+  for (const auto& [code, value, sub_item, ie, rejected] : kCodes) {
+    EXPECT_EQ(CodCredAcumuladoRejeitado(code, value, sub_item, ie), rejected) << code << " " << sub_item;
+  }
 }
 
 // Called by a host before any run, the members see empty records.

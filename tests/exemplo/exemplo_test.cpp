@@ -5,25 +5,37 @@
 
 #include <cstdint>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <map>
+#include <memory>
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include "tests/exemplo/memory_host.h"
+#include "component/tremvik.h"
+#include "tests/support/tables_host.h"
 
 namespace tremvik {
 namespace {
 
 using exemplo::Gerar;
 using exemplo::Opcoes;
-using test::MemoryHost;
-using test::ReferenceFolder;
+using test::References;
+
+// One import; its questions are answered with `answer`.
+struct Import : test::TablesHost {
+  Import(References& references, const std::string& file, int answer = resposta::kNao) : TablesHost(references, file) {
+    answers = {answer};
+    keeps_log = false;
+    Tremvik tremvik(host());
+    tremvik.Monitora(test::kInputPath);
+    accepted = !tremvik.bolRetMonitora() && !boxes.empty() &&
+               boxes.back() == test::Box{"A importação foi concluída com sucesso!", 64, "Arquivo Pré-Formatado"};
+  }
+  bool accepted;
+};
 
 std::vector<std::string_view> Lines(std::string_view file) {
   std::vector<std::string_view> lines;
@@ -44,18 +56,18 @@ class Exemplo : public testing::Test {
  protected:
   // True when the file is accepted without a word and all its records reach their writers.
   static void ExpectAccepted(const std::string& file, const std::string& which) {
-    MemoryHost host(*reference_, file);
-    ASSERT_TRUE(host.Import()) << which << ": " << (host.boxes.empty() ? "no box" : host.boxes.back().texto);
-    EXPECT_EQ(host.boxes.size(), 1U) << which;
+    const Import import(*references_, file);
+    ASSERT_TRUE(import.accepted) << which << ": " << (import.boxes.empty() ? "no box" : import.boxes.back().text);
+    EXPECT_EQ(import.boxes.size(), 1U) << which;
     auto expected = RecordsPerCode(file);
     expected.erase("01");
-    EXPECT_EQ(host.written, expected) << which;
+    EXPECT_EQ(import.written, expected) << which;
     EXPECT_EQ(expected.size(), 12U) << which << ": a record kind is missing";
   }
 
-  static void SetUpTestSuite() { reference_ = new ReferenceFolder; }
-  static void TearDownTestSuite() { delete std::exchange(reference_, nullptr); }
-  static inline ReferenceFolder* reference_ = nullptr;
+  static void SetUpTestSuite() { references_ = std::make_unique<References>(); }
+  static void TearDownTestSuite() { references_.reset(); }
+  static inline std::unique_ptr<References> references_;
 };
 
 TEST_F(Exemplo, AThousandSeedsAreAccepted) {
@@ -67,11 +79,10 @@ TEST_F(Exemplo, AThousandSeedsAreAccepted) {
 }
 
 TEST_F(Exemplo, ALargeFileHoldsEveryRegimeAndBothSidesOfEveryPeriodLimit) {
-  const std::set<std::string> limits{
-      "200012", "200101", "200112", "200201", "200212", "200301", "200307", "200308", "200312", "200401",
-      "200412", "200501", "200512", "200601", "200606", "200607", "200712", "200801", "200804", "200805",
-      "200906", "200907", "200912", "201001", "201003", "201004", "201005", "201006", "201007", "201012",
-      "201101", "201110", "201111", "201112", "201201", "201212", "201301"};
+  const std::set<std::string> limits{"200012", "200101", "200112", "200201", "200212", "200301", "200307", "200308", "200312", "200401",
+                                     "200412", "200501", "200512", "200601", "200606", "200607", "200712", "200801", "200804", "200805",
+                                     "200906", "200907", "200912", "201001", "201003", "201004", "201005", "201006", "201007", "201012",
+                                     "201101", "201110", "201111", "201112", "201201", "201212", "201301"};
   for (const std::uint64_t seed : {1U, 2U, 3U}) {
     std::set<std::string> references;
     std::set<std::string> regimes;
@@ -98,9 +109,9 @@ TEST_F(Exemplo, TheSameSeedGivesTheSameBytesEverywhere) {
 }
 
 TEST_F(Exemplo, ANumberOfRecordsIsMetExactly) {
-  for (const Opcoes& options : {Opcoes{.registros = 1000}, Opcoes{.registros = 10'000},
-                                Opcoes{.registros = 32'766}, Opcoes{.declaracoes = 1, .registros = 32'766},
-                                Opcoes{.declaracoes = 300, .semente = 9, .registros = 20'000}}) {
+  for (const Opcoes& options :
+       {Opcoes{.registros = 1000}, Opcoes{.registros = 10'000}, Opcoes{.registros = 32'766}, Opcoes{.declaracoes = 1, .registros = 32'766},
+        Opcoes{.declaracoes = 300, .semente = 9, .registros = 20'000}}) {
     const std::string file = Gerar(options);
     EXPECT_EQ(Lines(file).size(), static_cast<std::size_t>(options.registros));
     ExpectAccepted(file, std::to_string(options.registros) + " records");
@@ -108,24 +119,24 @@ TEST_F(Exemplo, ANumberOfRecordsIsMetExactly) {
   for (const int records : {32'767, 32'768}) {
     const std::string file = Gerar({.registros = records});
     EXPECT_EQ(Lines(file).size(), static_cast<std::size_t>(records));
-    EXPECT_FALSE(MemoryHost(*reference_, file).Import()) << records;
+    EXPECT_FALSE(Import(*references_, file).accepted) << records;
   }
 }
 
 TEST_F(Exemplo, ADoubtAsksOnce) {
   const std::string file = Gerar({.duvida = true});
-  MemoryHost yes(*reference_, file);
-  EXPECT_TRUE(yes.Import(resposta::kSim));
+  const Import yes(*references_, file, resposta::kSim);
+  EXPECT_TRUE(yes.accepted);
   ASSERT_EQ(yes.boxes.size(), 2U);
-  EXPECT_EQ(yes.boxes[0].estilo, 324);
-  MemoryHost no(*reference_, file);
-  EXPECT_FALSE(no.Import(resposta::kNao));
+  EXPECT_EQ(yes.boxes[0].style, 324);
+  const Import no(*references_, file, resposta::kNao);
+  EXPECT_FALSE(no.accepted);
   EXPECT_EQ(no.boxes.size(), 1U);
 }
 
 TEST_F(Exemplo, WhatNoFileCanHoldIsSaid) {
-  for (const Opcoes& options : {Opcoes{.declaracoes = 10'000}, Opcoes{.registros = 100'000},
-                                Opcoes{.registros = 2}, Opcoes{.declaracoes = 500, .registros = 600}}) {
+  for (const Opcoes& options : {Opcoes{.declaracoes = 10'000}, Opcoes{.registros = 100'000}, Opcoes{.registros = 2},
+                                Opcoes{.declaracoes = 500, .registros = 600}}) {
     EXPECT_THROW(static_cast<void>(Gerar(options)), std::invalid_argument);
   }
 }

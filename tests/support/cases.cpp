@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <fstream>
+#include <map>
+#include <utility>
 
 namespace tremvik::test {
 namespace {
@@ -15,11 +18,6 @@ std::string Header() {
          "e informe a mensagem abaixo : \r\n\r\n";
 }
 
-// The last lines of the log, as many as `count`.
-std::vector<std::string> Tail(const std::vector<std::string>& log, std::size_t count) {
-  return {log.end() - static_cast<std::ptrdiff_t>(std::min(count, log.size())), log.end()};
-}
-
 // The place told holds what the file holds there, under the name that its makers know.
 void CheckPlace(const Place& place, const FileBuilder& file) {
   const auto& columns = ColumnsOf(place.record);
@@ -29,17 +27,12 @@ void CheckPlace(const Place& place, const FileBuilder& file) {
   EXPECT_EQ(place.width, column->width);
   if (place.line > file.Lines() || place.field == "Separadores") return;
   EXPECT_EQ(place.value,
-            file.Record(place.line)
-                .substr(static_cast<std::size_t>(place.position) - 1, static_cast<std::size_t>(place.width)));
+            file.Record(place.line).substr(static_cast<std::size_t>(place.position) - 1, static_cast<std::size_t>(place.width)));
 }
 
 // The box, the place, and the order of a refusal's end.
 Place CheckRefusal(const Case& given, const FileBuilder& file, const Instance& run) {
-  if (run.host.boxes.size() != 1) return {};
-  const Box& box = run.host.boxes.front();
-  EXPECT_EQ(box.text, Report(given.first, given.second, given.line));
-  EXPECT_EQ(box.style, 64);
-  EXPECT_EQ(box.title, "Atenção");
+  EXPECT_EQ(run.host.boxes, (Boxes{{Report(given.first, given.second, given.line), 64, "Atenção"}}));
   EXPECT_TRUE(run.tremvik.bolRetMonitora());
   const std::string encerrar = "Encerrar C:\\App\\BDTempPrf.fix";
   if (given.first.substr(2, 3) == " - ") {  // a run-time error
@@ -50,13 +43,26 @@ Place CheckRefusal(const Case& given, const FileBuilder& file, const Instance& r
   if (run.host.places.size() != 1) return {};
   const Place& place = run.host.places.front();
   CheckPlace(place, file);
-  const std::string told =
-      "Inconsistência " + std::to_string(place.line) + " " + place.record + "." + place.field;
+  const std::string told = "Inconsistência " + std::to_string(place.line) + " " + place.record + "." + place.field;
   EXPECT_THAT(Tail(run.host.log, 6), ElementsAre(told, "Caixa", "Fechar", encerrar, "Close 1", "Ponteiro 0"));
   return place;
 }
 
+// A cell without the blanks that part it from its bars, its bytes in place.
+std::string CellOf(std::string_view text) {
+  if (text.starts_with(' ')) text.remove_prefix(1);
+  if (text.ends_with(' ')) text.remove_suffix(1);
+  std::string cell(text);
+  for (auto at = cell.find("\\x"); at != std::string::npos; at = cell.find("\\x"))
+    cell.replace(at, 4, 1, static_cast<char>(std::stoi(cell.substr(at + 2, 2), nullptr, 16)));
+  return cell;
+}
+
 }  // namespace
+
+std::vector<std::string> Tail(const std::vector<std::string>& log, std::size_t count) {
+  return {log.end() - static_cast<std::ptrdiff_t>(std::min(count, log.size())), log.end()};
+}
 
 std::string Report(std::string_view first, std::string_view second, int line) {
   std::string text = Header().append(first);
@@ -69,9 +75,7 @@ void Instance::Import(std::string_view bytes) {
   tremvik.Monitora("entrada.txt");
 }
 
-bool Instance::Succeeded() const {
-  return !host.boxes.empty() && host.boxes.back().text == "A importação foi concluída com sucesso!";
-}
+bool Instance::Succeeded() const { return !host.boxes.empty() && host.boxes.back().text == "A importação foi concluída com sucesso!"; }
 
 Place Check(const Case& given) {
   FileBuilder file(given.kinds);
@@ -97,20 +101,43 @@ Place Check(const Case& given) {
   return {};
 }
 
-void CheckAll(std::span<const Case> cases) {
-  for (const Case& given : cases) {
-    SCOPED_TRACE(std::string(given.kinds) + " | " + std::string(given.edits));
-    Check(given);
+std::vector<Row> ReadTable(std::string_view name, std::size_t cells) {
+  std::ifstream file(std::string(CASES_DIR "/").append(name));
+  EXPECT_TRUE(file) << name;
+  std::vector<Row> rows;
+  std::map<std::size_t, std::string> last;  // cell of each column
+  std::string line;
+  for (int number = 1; std::getline(file, line); ++number) {
+    if (line.empty() || line.front() == '#') continue;
+    Row& row = rows.emplace_back(Row{std::string(name) + ":" + std::to_string(number) + ": " + line, {}});
+    for (std::size_t end = 0; (end = line.find('|')) != std::string::npos; line.erase(0, end + 1)) {
+      std::string cell = CellOf(std::string_view(line).substr(0, end));
+      std::string& above = last[row.cells.size()];
+      if (cell == "\"") cell = above;
+      if (!cell.empty()) above = cell;
+      row.cells.push_back(std::move(cell));
+    }
+    EXPECT_EQ(line, "") << row.where;
+    row.cells.resize(std::max(row.cells.size(), cells));
   }
+  EXPECT_FALSE(rows.empty()) << name;
+  return rows;
 }
 
-void CheckAll(std::span<const Limit> limits) {
-  for (const Limit& limit : limits) {
-    const std::string edits = std::string(limit.edits) + "; 05.Ref=";
-    const std::string good = edits + std::string(limit.good);
-    const std::string bad = edits + std::string(limit.bad);
-    const Case pair[] = {{limit.kinds, good}, {limit.kinds, bad, limit.line, limit.first, limit.second}};
-    CheckAll(pair);
+void CheckTable(std::string_view name) {
+  for (const auto& [where, cells] : ReadTable(name, 6)) {
+    SCOPED_TRACE(where);
+    const std::string& edits = cells[1];
+    std::string line = cells[2];
+    std::string period;
+    if (const auto slash = line.find('/'); slash != std::string::npos) {
+      Check({cells[0], edits + "; 05.Ref=" + line.substr(0, slash)});
+      period = "; 05.Ref=" + line.substr(slash + 1, line.find(':') - slash - 1);
+      line.erase(0, line.find(':') + 1);
+    }
+    const Place place = Check({cells[0], edits + period, line == "ok" ? kAccepted : std::stoi(line), cells[3], cells[4]});
+    const std::string told = std::to_string(place.line) + "." + place.field;
+    EXPECT_TRUE(cells[5].empty() || told == cells[5]) << told;
   }
 }
 

@@ -1,19 +1,19 @@
 // Case tables: files, and what the import must answer to them.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "component/tremvik.h"
 #include "tests/support/file_builder.h"
-#include "tests/support/recording_host.h"
+#include "tests/support/memory_host.h"
 
 namespace tremvik::test {
 
 /// One instance on a host of its own.
 struct Instance {
-  RecordingHost host;
+  MemoryHost host;
   Tremvik tremvik{host.host()};
 
   /// One import of a file with these bytes.
@@ -25,27 +25,36 @@ struct Instance {
 /// The line of an accepted file.
 inline constexpr int kAccepted = 0;
 
-/// A file and its fault. `edits` are those of FileBuilder; one with "~" in front happens between the text
-/// passes and the binary run. A fault is told on `line`, in two texts; a run-time error ("13 - ...") is one
-/// text.
+/// A file and its fault. `edits` are those of FileBuilder; one with "~" in front happens between the text passes and the binary
+/// run. A fault is told on `line`, in two texts; a run-time error ("13 - ...") is one text.
 struct Case {
   std::string_view kinds, edits;
   int line = kAccepted;
   std::string_view first = {}, second = {};
 };
 
-/// A rule that depends on the period: accepted at `good`, refused at `bad`, both set in "05.Ref".
-struct Limit {
-  std::string_view kinds, edits, good, bad;
-  int line;
-  std::string_view first, second;
-};
-
 /// Imports the case's file on a new instance and holds everything that the user and the host see to it.
 /// Returns the place that was told, empty after a success.
 Place Check(const Case& given);
-void CheckAll(std::span<const Case> cases);
-void CheckAll(std::span<const Limit> limits);
+
+/// A row of a table of cases/: its cells, and the file and line where it stands.
+struct Row {
+  std::string where;
+  std::vector<std::string> cells;
+};
+/// The rows of a table. A row ends in "|", its cells are parted by " | " and filled up to `cells`; "\x0A" is a byte; a cell that
+/// is a quotation mark alone says what the last one above it said; "#" begins a comment line.
+[[nodiscard]] std::vector<Row> ReadTable(std::string_view name, std::size_t cells);
+
+/// Checks every row of a table: "kinds | edits | outcome | first | second | place |". `outcome` is "ok", the line of the refusal,
+/// or "200112/200201:3": accepted in one period, refused at line 3 in the other. `place` is where the fault really is, "2.Q07",
+/// where the texts may name another field.
+void CheckTable(std::string_view name);
+
+/// The boxes shown, to be compared.
+using Boxes = std::vector<Box>;
+/// The last lines of the log, as many as `count`.
+[[nodiscard]] std::vector<std::string> Tail(const std::vector<std::string>& log, std::size_t count);
 
 /// The message of a fault, as the user reads it.
 [[nodiscard]] std::string Report(std::string_view first, std::string_view second, int line);

@@ -36,9 +36,7 @@ class FileBuilder {
   FileBuilder& Edit(std::string_view edits);
 
   /// One record's bytes, its line from 1, the separators included.
-  [[nodiscard]] const std::string& Record(int line) const {
-    return records_.at(static_cast<std::size_t>(line) - 1);
-  }
+  [[nodiscard]] const std::string& Record(int line) const { return records_.at(static_cast<std::size_t>(line) - 1); }
   [[nodiscard]] int Lines() const { return static_cast<int>(records_.size()); }
   /// The line of the `ordinal`th record of a kind.
   [[nodiscard]] int Line(std::string_view code, int ordinal = 1) const;
