@@ -1,12 +1,8 @@
 #include "adapters/sqlite/embedded_host.h"
 
 #include <gmock/gmock.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
-#include <thread>
 
 #include "adapters/sqlite/declaration_store.h"
 #include "tests/adapters/support.h"
@@ -29,9 +25,7 @@ class HostRun {
     embedded_.AcompanharLinha([this] { return ++line_; });
   }
 
-  bool Held(std::string_view reference) {
-    return components_.consulta().Existe(kIE, "QZ", "01", reference, "");
-  }
+  bool Held(std::string_view reference) { return components_.consulta().Existe(kIE, "QZ", "01", reference, ""); }
   void Begin() {
     if (host_.files.Exists(path_)) host_.files.Delete(path_);
     components_.banco().Preparar();
@@ -48,9 +42,8 @@ class HostRun {
     Write(Gravavel::kCr05, {{"IE", kIE}, {"RegTrib", "01"}, {"Ref", reference}});
     for (int i = 0; i < payments; ++i)
       Write(Gravavel::kCr07, {{"Valor", "1,00"}});
-    for (const auto kind :
-         {Gravavel::kCr10, Gravavel::kCr14, Gravavel::kCr18, Gravavel::kCr20, Gravavel::kCr25,
-          Gravavel::kCr26, Gravavel::kCr27, Gravavel::kCr28, Gravavel::kCr30, Gravavel::kCr31}) {
+    for (const auto kind : {Gravavel::kCr10, Gravavel::kCr14, Gravavel::kCr18, Gravavel::kCr20, Gravavel::kCr25, Gravavel::kCr26,
+                            Gravavel::kCr27, Gravavel::kCr28, Gravavel::kCr30, Gravavel::kCr31}) {
       Write(kind, {});
     }
   }
@@ -129,15 +122,13 @@ TEST_F(EmbeddedHostTest, AnAcceptedRunMovesIntoTheStoreWithAllItsRecords) {
   EXPECT_THAT(DeclarationStore(folder_).Registros(kIE, "2012-06"), IsEmpty());
   const std::string store = Path("tremvik.db");
   EXPECT_THAT(Rows(store, "PRAGMA foreign_key_check"), IsEmpty());
-  EXPECT_THAT(
-      Rows(store,
-           "SELECT d.referencia, z.linha, i.linha, c.linha FROM zona_franca z "
-           "JOIN interestadual i ON i.declaracao_id = z.declaracao_id AND i.linha = z.interestadual_linha "
-           "JOIN cfop c ON c.declaracao_id = i.declaracao_id AND c.linha = i.cfop_linha "
-           "JOIN declaracao d ON d.id = c.declaracao_id ORDER BY 1"),
-      ElementsAre("2012-03|8|7|6", "2012-04|20|19|18", "2012-05|6|5|4"));
-  EXPECT_THAT(Rows(store, "SELECT arquivo, declaracoes, registros FROM importacao"),
-              ElementsAre("março.txt|2|26", "arquivo.txt|1|12"));
+  EXPECT_THAT(Rows(store,
+                   "SELECT d.referencia, z.linha, i.linha, c.linha FROM zona_franca z "
+                   "JOIN interestadual i ON i.declaracao_id = z.declaracao_id AND i.linha = z.interestadual_linha "
+                   "JOIN cfop c ON c.declaracao_id = i.declaracao_id AND c.linha = i.cfop_linha "
+                   "JOIN declaracao d ON d.id = c.declaracao_id ORDER BY 1"),
+              ElementsAre("2012-03|8|7|6", "2012-04|20|19|18", "2012-05|6|5|4"));
+  EXPECT_THAT(Rows(store, "SELECT arquivo, declaracoes, registros FROM importacao"), ElementsAre("março.txt|2|26", "arquivo.txt|1|12"));
 }
 
 TEST_F(EmbeddedHostTest, WhatIsNotConsolidatedLeavesNothing) {
@@ -199,8 +190,7 @@ TEST_F(EmbeddedHostTest, AFolderThatCannotBeMade) {
   EXPECT_EQ(ErrorOf([&] { HostRun run(below); }), 75);
   HostRun run(below, Modo::kValidar);  // validates with tables of its own
   Database& tables = run.host().engine.OpenDatabase(below + "\\tblFixas.fix");
-  EXPECT_EQ(tables.OpenRecordset("SELECT Sigla FROM tblEstados WHERE Código = '35'", kSnapshot).RecordCount(),
-            1);
+  EXPECT_EQ(tables.OpenRecordset("SELECT Sigla FROM tblEstados WHERE Código = '35'", kSnapshot).RecordCount(), 1);
 }
 
 TEST_F(EmbeddedHostTest, OneImportAtATimeHoldsAFolder) {
@@ -223,39 +213,6 @@ TEST_F(EmbeddedHostTest, StoresOfOthersAreRefused) {
   EXPECT_EQ(open(), 0);
   Import("201203");
   EXPECT_THAT(References(), ElementsAre("2012-03"));
-}
-
-TEST_F(EmbeddedHostTest, AKilledImportIsWholeOrAbsent) {
-  constexpr int kPayments = 3000;
-  std::size_t kept = 0;
-  for (int round = 0; round < 24; ++round) {
-    const std::string reference =
-        "20" + std::to_string(10 + round / 12) + std::to_string(101 + round % 12).substr(1);
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      HostRun run(folder_);
-      run.Begin();
-      run.Declare(reference, kPayments);
-      run.End();
-      run.embedded().Consolidar("a.txt");
-      ::_exit(0);
-    }
-    std::this_thread::sleep_for(std::chrono::microseconds(round * 1500));
-    ::kill(child, SIGKILL);
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    const auto held = DeclarationStore(folder_).Listar();
-    ASSERT_GE(held.size(), kept);
-    ASSERT_LE(held.size(), kept + 1);
-    kept = held.size();
-    for (const auto& declaration : held)
-      EXPECT_EQ(declaration.registros[1], kPayments);
-  }
-  Import("203001");
-  EXPECT_EQ(References().size(), kept + 1);
-  EXPECT_THAT(Rows(Path("tremvik.db"), "PRAGMA integrity_check"), ElementsAre("ok"));
-  EXPECT_THAT(Rows(Path("tremvik.db"), "PRAGMA foreign_key_check"), IsEmpty());
 }
 
 TEST(DeclarationKeyTest, UsersWriteKeysInSeveralForms) {

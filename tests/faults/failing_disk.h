@@ -1,15 +1,12 @@
 // The disk below SQLite's databases, which can be made to fail.
 #pragma once
 
+#include "tests/faults/fault_plan.h"
+
 namespace tremvik::test {
 
-/// Stands in front of the default file system of SQLite from the first use on.
-class FailingDisk {
- public:
-  /// From now on the n-th operation on a database file fails and, with `and_all_after`, so do all after it.
-  static void Fail(long n, bool and_all_after);
-  /// Operations succeed again. True when one was made to fail.
-  static bool Heal();
-};
+/// From now on the operations on database files are the plan's and fail when it strikes; without a plan they succeed again. The
+/// first call puts a file system in front of SQLite's default one.
+void PlanDisk(FaultPlan* plan);
 
 }  // namespace tremvik::test

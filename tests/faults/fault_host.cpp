@@ -1,5 +1,8 @@
 #include "tests/faults/fault_host.h"
 
+#include <set>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "host/runtime_error.h"
@@ -11,232 +14,149 @@ constexpr int kErroDoObjeto = 440;        // an automation object's own error
 constexpr int kItemNaoEncontrado = 3265;  // a field that is not there
 constexpr int kSemRegistroAtual = 3021;
 
-class FaultBanco final : public BancoTemporario {
+// One of the plan's calls, whose failure has that number.
+void Count(FaultPlan& plan, int number) {
+  if (plan.Strikes()) throw RuntimeError(number);
+}
+
+// A collaborator in front of another one: `Call` counts a call and gives the one behind.
+template <typename Collaborator>
+class Front : public Collaborator {
  public:
-  FaultBanco(std::unique_ptr<BancoTemporario> inner, FaultPlan& plan)
-      : inner_(std::move(inner)), plan_(plan) {}
-  void Preparar() override {
-    plan_.Call(erro::kDiscoCheio);
-    inner_->Preparar();
-  }
-  std::int16_t Abrir(std::string_view caminho) override {
-    plan_.Call(erro::kBancoEmUso);
-    return inner_->Abrir(caminho);
-  }
-  void Encerrar(std::string_view caminho) override {
-    plan_.Call(erro::kDiscoCheio);
-    inner_->Encerrar(caminho);
+  explicit Front(FaultPlan& plan, Collaborator* inner = nullptr) : plan_(plan), inner_(inner) {}
+  Front& Wrap(Collaborator& inner) {
+    inner_ = &inner;
+    return *this;
   }
 
- private:
-  std::unique_ptr<BancoTemporario> inner_;
+ protected:
+  ~Front() = default;
+  Collaborator& Call(int number) {
+    Count(plan_, number);
+    return *inner_;
+  }
   FaultPlan& plan_;
+  Collaborator* inner_;
 };
 
-class FaultConsulta final : public ConsultaDeclaracoes {
+// One that owns the component behind.
+template <typename Component>
+class Owner : public Front<Component> {
  public:
-  FaultConsulta(std::unique_ptr<ConsultaDeclaracoes> inner, FaultPlan& plan)
-      : inner_(std::move(inner)), plan_(plan) {}
-  void CaminhoBase(std::string_view caminho) override {
-    plan_.Call(kErroDoObjeto);
-    inner_->CaminhoBase(caminho);
-  }
+  Owner(std::unique_ptr<Component> inner, FaultPlan& plan) : Front<Component>(plan, inner.get()), owned_(std::move(inner)) {}
+
+ private:
+  std::unique_ptr<Component> owned_;
+};
+
+struct FaultBanco final : Owner<BancoTemporario> {
+  using Owner::Owner;
+  void Preparar() override { Call(erro::kDiscoCheio).Preparar(); }
+  std::int16_t Abrir(std::string_view caminho) override { return Call(erro::kBancoEmUso).Abrir(caminho); }
+  void Encerrar(std::string_view caminho) override { Call(erro::kDiscoCheio).Encerrar(caminho); }
+};
+
+struct FaultConsulta final : Owner<ConsultaDeclaracoes> {
+  using Owner::Owner;
+  void CaminhoBase(std::string_view caminho) override { Call(kErroDoObjeto).CaminhoBase(caminho); }
   bool Existe(std::string_view ie, std::string_view uf, std::string_view regime, std::string_view referencia,
               std::string_view referencia_inicial) override {
-    plan_.Call(erro::kBancoEmUso);
-    return inner_->Existe(ie, uf, regime, referencia, referencia_inicial);
+    return Call(erro::kBancoEmUso).Existe(ie, uf, regime, referencia, referencia_inicial);
   }
-
- private:
-  std::unique_ptr<ConsultaDeclaracoes> inner_;
-  FaultPlan& plan_;
 };
 
-class FaultDocumentos final : public ValidadorDocumentos {
- public:
-  FaultDocumentos(std::unique_ptr<ValidadorDocumentos> inner, FaultPlan& plan)
-      : inner_(std::move(inner)), plan_(plan) {}
-  bool ValidarIE(std::string_view ie) override {
-    plan_.Call(kErroDoObjeto);
-    return inner_->ValidarIE(ie);
-  }
-  bool ValidarCNPJ(std::string_view cnpj) override {
-    plan_.Call(kErroDoObjeto);
-    return inner_->ValidarCNPJ(cnpj);
-  }
-
- private:
-  std::unique_ptr<ValidadorDocumentos> inner_;
-  FaultPlan& plan_;
+struct FaultDocumentos final : Owner<ValidadorDocumentos> {
+  using Owner::Owner;
+  bool ValidarIE(std::string_view ie) override { return Call(kErroDoObjeto).ValidarIE(ie); }
+  bool ValidarCNPJ(std::string_view cnpj) override { return Call(kErroDoObjeto).ValidarCNPJ(cnpj); }
 };
 
-class FaultGravador final : public Gravador {
- public:
-  FaultGravador(std::unique_ptr<Gravador> inner, FaultPlan& plan) : inner_(std::move(inner)), plan_(plan) {}
-  void CaminhoBase(std::string_view caminho) override {
-    plan_.Call(kErroDoObjeto);
-    inner_->CaminhoBase(caminho);
-  }
-  void Campo(std::string_view nome, std::string_view texto) override {
-    plan_.Call(kItemNaoEncontrado);
-    inner_->Campo(nome, texto);
-  }
-  void Gravar() override {
-    plan_.Call(erro::kDiscoCheio);
-    inner_->Gravar();
-  }
-
- private:
-  std::unique_ptr<Gravador> inner_;
-  FaultPlan& plan_;
+struct FaultGravador final : Owner<Gravador> {
+  using Owner::Owner;
+  void CaminhoBase(std::string_view caminho) override { Call(kErroDoObjeto).CaminhoBase(caminho); }
+  void Campo(std::string_view nome, std::string_view texto) override { Call(kItemNaoEncontrado).Campo(nome, texto); }
+  void Gravar() override { Call(erro::kDiscoCheio).Gravar(); }
 };
 
-class FaultRows final : public Recordset {
- public:
-  explicit FaultRows(FaultPlan& plan) : plan_(plan) {}
-  FaultRows& Wrap(Recordset& inner) {
-    inner_ = &inner;
-    return *this;
-  }
-  long RecordCount() override {
-    plan_.Call(kSemRegistroAtual);
-    return inner_->RecordCount();
-  }
-  std::string_view Field(std::string_view name) override {
-    plan_.Call(kItemNaoEncontrado);
-    return inner_->Field(name);
-  }
-  void Close() override {
-    plan_.Call(kSemRegistroAtual);
-    inner_->Close();
-  }
-
- private:
-  FaultPlan& plan_;
-  Recordset* inner_ = nullptr;
+struct FaultRows final : Front<Recordset> {
+  using Front::Front;
+  long RecordCount() override { return Call(kSemRegistroAtual).RecordCount(); }
+  std::string_view Field(std::string_view name) override { return Call(kItemNaoEncontrado).Field(name); }
+  void Close() override { Call(kSemRegistroAtual).Close(); }
 };
 
-class FaultDatabase final : public Database {
- public:
-  explicit FaultDatabase(FaultPlan& plan) : plan_(plan), rows_(plan) {}
-  FaultDatabase& Wrap(Database& inner) {
-    inner_ = &inner;
-    return *this;
-  }
+struct FaultDatabase final : Front<Database> {
+  using Front::Front;
   Recordset& OpenRecordset(std::string_view sql, int type) override {
-    plan_.Call(erro::kParametrosInsuficientes);
-    return rows_.Wrap(inner_->OpenRecordset(sql, type));
+    return rows.Wrap(Call(erro::kParametrosInsuficientes).OpenRecordset(sql, type));
   }
-  void Close() override {
-    plan_.Call(erro::kBancoEmUso);
-    inner_->Close();
-  }
-
- private:
-  FaultPlan& plan_;
-  FaultRows rows_;
-  Database* inner_ = nullptr;
+  void Close() override { Call(erro::kBancoEmUso).Close(); }
+  FaultRows rows{plan_};
 };
 
 }  // namespace
 
-void FaultPlan::Call(int number) {
-  ++count_;
-  if (count_ == n_ || (count_ > n_ && reach_ == Reach::kFromThere)) throw RuntimeError(number);
-}
+struct FaultHost::Faulty final : Screen, Events, Diagnostics, Files, Application, ReferenceEngine, ComponentFactory {
+  Faulty(const Host& inner, FaultPlan& of) : behind(inner), plan(of) {}
+  const Host& Call(int number) {
+    Count(plan, number);
+    return behind;
+  }
 
-// One look-up is open at a time.
-struct FaultHost::Tables {
-  FaultDatabase database;
+  int MsgBox(std::string_view text, int style, std::string_view title) override {
+    return Call(erro::kMemoriaInsuficiente).screen.MsgBox(text, style, title);
+  }
+  void SetPointer(int pointer) override { Call(kErroDoObjeto).screen.SetPointer(pointer); }
+  void Progresso() override { Call(kErroDoObjeto).events.Progresso(); }
+  void Fechar() override { Call(kErroDoObjeto).events.Fechar(); }
+  void Inconsistencia(const FaultLocation& where) override { Call(kErroDoObjeto).diagnostics.Inconsistencia(where); }
+  void Duvida(const FaultLocation& where) override { Call(kErroDoObjeto).diagnostics.Duvida(where); }
+  bool Exists(std::string_view path) override { return Call(erro::kPermissaoNegada).files.Exists(path); }
+  void Delete(std::string_view path) override { Call(erro::kPermissaoNegada).files.Delete(path); }
+  void Rename(std::string_view from, std::string_view to) override { Call(erro::kAcessoAoCaminho).files.Rename(from, to); }
+  int FreeFile() override { return Call(erro::kExcessoDeArquivos).files.FreeFile(); }
+  void Open(int number, std::string_view path) override {
+    Call(erro::kArquivoNaoEncontrado).files.Open(number, path);
+    open.insert(number);
+  }
+  std::size_t Read(int number, char* buffer, std::size_t count) override {
+    return Call(erro::kEntradaSaida).files.Read(number, buffer, count);
+  }
+  void Close(int number) override {
+    behind.files.Close(number);
+    open.erase(number);
+    Count(plan, erro::kEntradaSaida);
+  }
+  std::string AppPath() override { return Call(erro::kCaminhoNaoEncontrado).application.AppPath(); }
+  std::string GetSetting(std::string_view application, std::string_view section, std::string_view key, std::string_view fallback) override {
+    return Call(erro::kArgumentoInvalido).application.GetSetting(application, section, key, fallback);
+  }
+  Database& OpenDatabase(std::string_view path) override {
+    return database.Wrap(Call(erro::kBancoNaoEncontrado).engine.OpenDatabase(path));
+  }
+  std::unique_ptr<BancoTemporario> CriarBancoTemporario() override {
+    return std::make_unique<FaultBanco>(Made().CriarBancoTemporario(), plan);
+  }
+  std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override {
+    return std::make_unique<FaultConsulta>(Made().CriarConsultaDeclaracoes(), plan);
+  }
+  std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override {
+    return std::make_unique<FaultDocumentos>(Made().CriarValidadorDocumentos(), plan);
+  }
+  std::unique_ptr<Gravador> CriarGravador(Gravavel registro) override {
+    return std::make_unique<FaultGravador>(Made().CriarGravador(registro), plan);
+  }
+  ComponentFactory& Made() { return Call(erro::kComponenteNaoCriado).components; }
+
+  Host behind;
+  FaultPlan& plan;
+  std::set<int> open;
+  FaultDatabase database{plan};
 };
 
-FaultHost::FaultHost(const Host& inner, FaultPlan& plan)
-    : inner_(inner), plan_(plan), tables_(new Tables{FaultDatabase(plan)}) {}
-
+FaultHost::FaultHost(const Host& inner, FaultPlan& plan) : faulty_(std::make_unique<Faulty>(inner, plan)) {}
 FaultHost::~FaultHost() = default;
-
-int FaultHost::MsgBox(std::string_view text, int style, std::string_view title) {
-  plan_.Call(erro::kMemoriaInsuficiente);
-  return inner_.screen.MsgBox(text, style, title);
-}
-void FaultHost::SetPointer(int pointer) {
-  plan_.Call(kErroDoObjeto);
-  inner_.screen.SetPointer(pointer);
-}
-void FaultHost::Progresso() {
-  plan_.Call(kErroDoObjeto);
-  inner_.events.Progresso();
-}
-void FaultHost::Fechar() {
-  plan_.Call(kErroDoObjeto);
-  inner_.events.Fechar();
-}
-void FaultHost::Inconsistencia(const FaultLocation& where) {
-  plan_.Call(kErroDoObjeto);
-  inner_.diagnostics.Inconsistencia(where);
-}
-void FaultHost::Duvida(const FaultLocation& where) {
-  plan_.Call(kErroDoObjeto);
-  inner_.diagnostics.Duvida(where);
-}
-bool FaultHost::Exists(std::string_view path) {
-  plan_.Call(erro::kPermissaoNegada);
-  return inner_.files.Exists(path);
-}
-void FaultHost::Delete(std::string_view path) {
-  plan_.Call(erro::kPermissaoNegada);
-  inner_.files.Delete(path);
-}
-void FaultHost::Rename(std::string_view from, std::string_view to) {
-  plan_.Call(erro::kAcessoAoCaminho);
-  inner_.files.Rename(from, to);
-}
-int FaultHost::FreeFile() {
-  plan_.Call(erro::kExcessoDeArquivos);
-  return inner_.files.FreeFile();
-}
-void FaultHost::Open(int number, std::string_view path) {
-  plan_.Call(erro::kArquivoNaoEncontrado);
-  inner_.files.Open(number, path);
-  open_.insert(number);
-}
-std::size_t FaultHost::Read(int number, char* buffer, std::size_t count) {
-  plan_.Call(erro::kEntradaSaida);
-  return inner_.files.Read(number, buffer, count);
-}
-void FaultHost::Close(int number) {
-  inner_.files.Close(number);
-  open_.erase(number);
-  plan_.Call(erro::kEntradaSaida);
-}
-std::string FaultHost::AppPath() {
-  plan_.Call(erro::kCaminhoNaoEncontrado);
-  return inner_.application.AppPath();
-}
-std::string FaultHost::GetSetting(std::string_view application, std::string_view section,
-                                  std::string_view key, std::string_view fallback) {
-  plan_.Call(erro::kArgumentoInvalido);
-  return inner_.application.GetSetting(application, section, key, fallback);
-}
-Database& FaultHost::OpenDatabase(std::string_view path) {
-  plan_.Call(erro::kBancoNaoEncontrado);
-  return tables_->database.Wrap(inner_.engine.OpenDatabase(path));
-}
-std::unique_ptr<BancoTemporario> FaultHost::CriarBancoTemporario() {
-  plan_.Call(erro::kComponenteNaoCriado);
-  return std::make_unique<FaultBanco>(inner_.components.CriarBancoTemporario(), plan_);
-}
-std::unique_ptr<ConsultaDeclaracoes> FaultHost::CriarConsultaDeclaracoes() {
-  plan_.Call(erro::kComponenteNaoCriado);
-  return std::make_unique<FaultConsulta>(inner_.components.CriarConsultaDeclaracoes(), plan_);
-}
-std::unique_ptr<ValidadorDocumentos> FaultHost::CriarValidadorDocumentos() {
-  plan_.Call(erro::kComponenteNaoCriado);
-  return std::make_unique<FaultDocumentos>(inner_.components.CriarValidadorDocumentos(), plan_);
-}
-std::unique_ptr<Gravador> FaultHost::CriarGravador(Gravavel registro) {
-  plan_.Call(erro::kComponenteNaoCriado);
-  return std::make_unique<FaultGravador>(inner_.components.CriarGravador(registro), plan_);
-}
+Host FaultHost::host() { return {*faulty_, *faulty_, *faulty_, *faulty_, *faulty_, *faulty_, *faulty_}; }
+std::size_t FaultHost::open_files() const { return faulty_->open.size(); }
 
 }  // namespace tremvik::test

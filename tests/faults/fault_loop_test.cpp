@@ -1,8 +1,9 @@
 // One call after another fails, in a whole import of a file with every record kind.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
-#include <optional>
+#include <string>
 
 #include "tests/faults/failing_disk.h"
 #include "tests/faults/fault_host.h"
@@ -30,61 +31,66 @@ void ExpectNothingLost(const Scene& scene, const Scene::Ended& ended) {
 
 class Faults : public testing::TestWithParam<Reach> {
  protected:
+  using Import = std::function<Scene::Ended(FaultPlan&)>;
+  using Check = std::function<void(const Scene::Ended&)>;
+
+  // Imports with the n-th call failing, n = 1, 2, 3 ..., and checks each, until an import does not get as far as that call. Returns
+  // that n.
+  long Each(const Import& import, const Check& check) {
+    for (long n = 1; n < kGivenUp && !HasFailure(); ++n) {
+      SCOPED_TRACE("call " + std::to_string(n));
+      FaultPlan plan(n, GetParam());
+      const Scene::Ended ended = import(plan);
+      if (!plan.struck()) {
+        EXPECT_TRUE(ended.kept);
+        return n;
+      }
+      check(ended);
+    }
+    ADD_FAILURE() << "no end was reached";
+    return 0;
+  }
+  void ExpectToldAndNothingLost(const Scene::Ended& ended) const {
+    ExpectNothingLost(scene_, ended);
+    EXPECT_TRUE(ended.desk.faults == 1 || GetParam() == Reach::kFromThere) << "one fault, one box";
+  }
+
   Scene scene_;
 };
 
 TEST_P(Faults, AnyCallOfTheHostMayFail) {
-  bool passed = false;
-  for (long n = 1; !passed && n < kGivenUp && !HasFailure(); ++n) {
-    SCOPED_TRACE("call " + std::to_string(n));
-    FaultPlan plan(n, GetParam());
+  const auto import = [&](FaultPlan& plan) {
     std::unique_ptr<FaultHost> faulty;
     const auto wrap = [&](const Host& host) {
       faulty = std::make_unique<FaultHost>(host, plan);
       return faulty->host();
     };
-    const Scene::Ended ended = scene_.Import({.wrap = wrap});
+    Scene::Ended ended = scene_.Import({.wrap = wrap});
     EXPECT_EQ(faulty->open_files(), 0U);
-    passed = !plan.struck();
-    if (passed) {
-      EXPECT_TRUE(ended.kept);
-      EXPECT_GT(n, 300) << "a file with every record kind makes more calls";
-      continue;
-    }
-    ExpectNothingLost(scene_, ended);
-    EXPECT_TRUE(ended.desk.faults == 1 || GetParam() == Reach::kFromThere) << "one fault, one box";
-  }
-  EXPECT_TRUE(passed);
+    return ended;
+  };
+  EXPECT_GT(Each(import, [&](const auto& ended) { ExpectToldAndNothingLost(ended); }), 300)
+      << "a file with every record kind makes more calls";
 }
 
 TEST_P(Faults, AnyAllocationMayFail) {
-  bool passed = false;
-  for (long n = 1; !passed && n < kGivenUp && !HasFailure(); ++n) {
-    SCOPED_TRACE("allocation " + std::to_string(n));
-    bool struck = false;
-    const auto before = [&] { FailAllocation(n, GetParam() == Reach::kFromThere); };
-    const auto after = [&] { struck = AllowAllocations(); };
-    const Scene::Ended ended = scene_.Import({.before = before, .after = after});
-    passed = !struck;
-    if (passed) {
-      EXPECT_TRUE(ended.kept);
-      continue;
-    }
-    ExpectNothingLost(scene_, ended);
-    EXPECT_TRUE(ended.desk.faults == 1 || GetParam() == Reach::kFromThere) << "one fault, one box";
-  }
-  EXPECT_TRUE(passed);
+  const auto import = [&](FaultPlan& plan) {
+    Scene::Ended ended = scene_.Import({.before = [&] { PlanAllocations(&plan); }, .after = [] { PlanAllocations(nullptr); }});
+    PlanAllocations(nullptr);  // where the run raised
+    return ended;
+  };
+  Each(import, [&](const auto& ended) { ExpectToldAndNothingLost(ended); });
 }
 
-// Reads, writes, syncs, locks of the databases: all that the import and the move into the store do on the
-// disk.
+// Reads, writes, syncs, locks of the databases: all that the import and the move into the store do on the disk.
 TEST_P(Faults, AnyOperationOnTheDatabasesMayFail) {
-  bool passed = false;
-  for (long n = 1; !passed && n < kGivenUp && !HasFailure(); ++n) {
-    SCOPED_TRACE("operation " + std::to_string(n));
-    FailingDisk::Fail(n, GetParam() == Reach::kFromThere);
-    const Scene::Ended ended = scene_.Import({});
-    passed = !FailingDisk::Heal();
+  const auto import = [&](FaultPlan& plan) {
+    PlanDisk(&plan);
+    Scene::Ended ended = scene_.Import({});
+    PlanDisk(nullptr);
+    return ended;
+  };
+  const auto check = [&](const Scene::Ended& ended) {
     const int held = DeclarationsIn(scene_.pasta());
     if (ended.kept) {
       EXPECT_EQ(held, kHeldBefore + 1) << "kept, but not there";
@@ -97,13 +103,12 @@ TEST_P(Faults, AnyOperationOnTheDatabasesMayFail) {
     const Scene::Ended next = scene_.Import({});
     EXPECT_TRUE(next.kept) << "the next run failed: " << next.desk.last << next.why;
     scene_.Restore();
-  }
-  EXPECT_TRUE(passed);
+  };
+  Each(import, check);
 }
 
-INSTANTIATE_TEST_SUITE_P(, Faults, testing::Values(Reach::kOnce, Reach::kFromThere), [](const auto& reach) {
-  return std::string(reach.param == Reach::kOnce ? "once" : "from_there");
-});
+INSTANTIATE_TEST_SUITE_P(, Faults, testing::Values(Reach::kOnce, Reach::kFromThere),
+                         [](const auto& reach) { return std::string(reach.param == Reach::kOnce ? "once" : "from_there"); });
 
 }  // namespace
 }  // namespace tremvik::test

@@ -1,25 +1,14 @@
 #include "tests/faults/memory.h"
 
 #include <cstdlib>
-#include <limits>
 #include <new>
 
 namespace {
 
-struct Counter {
-  long left = std::numeric_limits<long>::max();
-  bool and_all_after = false;
-  bool struck = false;
-};
-thread_local Counter g_counter;
+thread_local tremvik::test::FaultPlan* g_plan = nullptr;
 
 void* Allocate(std::size_t size) {
-  Counter& counter = g_counter;
-  if (counter.left != std::numeric_limits<long>::max() && --counter.left <= 0 &&
-      (counter.left == 0 || counter.and_all_after)) {
-    counter.struck = true;
-    throw std::bad_alloc();
-  }
+  if (g_plan != nullptr && g_plan->Strikes()) throw std::bad_alloc();
   void* const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
@@ -36,14 +25,6 @@ void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); 
 
 namespace tremvik::test {
 
-void FailAllocation(long n, bool and_all_after) {
-  g_counter = {.left = n, .and_all_after = and_all_after, .struck = false};
-}
-
-bool AllowAllocations() {
-  const bool struck = g_counter.struck;
-  g_counter = {};
-  return struck;
-}
+void PlanAllocations(FaultPlan* plan) { g_plan = plan; }
 
 }  // namespace tremvik::test

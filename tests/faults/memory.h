@@ -1,12 +1,12 @@
 // The program's operator new, which can be made to fail.
 #pragma once
 
+#include "tests/faults/fault_plan.h"
+
 namespace tremvik::test {
 
-/// From now on the n-th allocation of this thread throws std::bad_alloc and, with `and_all_after`, so do all
-/// after it.
-void FailAllocation(long n, bool and_all_after);
-/// Allocations succeed again. True when one was made to fail.
-bool AllowAllocations();
+/// From now on the allocations of this thread are the plan's and throw std::bad_alloc when it strikes; without a plan they succeed
+/// again.
+void PlanAllocations(FaultPlan* plan);
 
 }  // namespace tremvik::test
