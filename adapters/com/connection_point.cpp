@@ -1,6 +1,7 @@
 #include "adapters/com/connection_point.h"
 
 #include "adapters/com/enumerator.h"
+#include "adapters/com/errors.h"
 #include "adapters/com/tremvik_idl.h"
 #include "adapters/com/windows_api.h"
 
@@ -11,6 +12,12 @@ constexpr DISPID kProgresso = 1;
 constexpr DISPID kFechar = 2;
 
 }  // namespace
+
+// A sink that ends may ask to be disconnected, so each is out of the map before it is let go.
+EventSource::~EventSource() {
+  while (!sinks_.empty())
+    sinks_.extract(sinks_.begin());
+}
 
 void EventSource::Progresso() { Fire(kProgresso); }
 void EventSource::Fechar() { Fire(kFechar); }
@@ -57,13 +64,10 @@ HRESULT EventSource::Advise(IUnknown* sink, DWORD* cookie) {
   if (FAILED(sink->QueryInterface(DIID___Tremvik, dispatch.ReceiveVoid())) &&
       FAILED(sink->QueryInterface(IID_IDispatch, dispatch.ReceiveVoid())))
     return CONNECT_E_CANNOTCONNECT;
-  try {
+  return Guarded([&] {
     sinks_.emplace(last_cookie_ + 1, std::move(dispatch));
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  }
-  *cookie = ++last_cookie_;
-  return S_OK;
+    *cookie = ++last_cookie_;
+  });
 }
 
 HRESULT EventSource::Unadvise(DWORD cookie) {
@@ -75,15 +79,12 @@ HRESULT EventSource::Unadvise(DWORD cookie) {
 HRESULT EventSource::EnumConnections(IEnumConnections** connections) {
   if (!connections) return E_POINTER;
   *connections = nullptr;
-  try {
+  return Guarded([&] {
     std::vector<CONNECTDATA> items;
     for (const auto& [cookie, sink] : sinks_)
       items.push_back({sink.get(), cookie});
     *connections = new Enumerator<IEnumConnections, CONNECTDATA>(std::move(items));
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  }
-  return S_OK;
+  });
 }
 
 IEnumConnectionPoints* EnumerateOne(IConnectionPoint& point) {

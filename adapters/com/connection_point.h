@@ -14,6 +14,9 @@ namespace tremvik::com {
 class EventSource final : public IConnectionPoint, public Events {
  public:
   explicit EventSource(IConnectionPointContainer& owner) : owner_(owner) {}
+  EventSource(const EventSource&) = delete;
+  EventSource& operator=(const EventSource&) = delete;
+  ~EventSource() override;
 
   void Progresso() override;
   void Fechar() override;

@@ -52,7 +52,7 @@ bool Omitted(const VARIANT* given) {
 
 // Places the caller's arguments, which come last first and the named ones before all others.
 HRESULT Place(const DISPPARAMS& given, std::vector<VARIANT*>& places) {
-  if (given.cArgs > places.size()) return DISP_E_BADPARAMCOUNT;
+  if (given.cArgs > places.size() || given.cNamedArgs > given.cArgs) return DISP_E_BADPARAMCOUNT;
   const UINT positional = given.cArgs - given.cNamedArgs;
   for (UINT i = 0; i < positional; ++i)
     places[i] = &given.rgvarg[given.cArgs - 1 - i];
@@ -60,6 +60,7 @@ HRESULT Place(const DISPPARAMS& given, std::vector<VARIANT*>& places) {
     const DISPID name = given.rgdispidNamedArgs[i];
     const auto place = name == DISPID_PROPERTYPUT ? places.size() - 1 : static_cast<std::size_t>(name);
     if (place >= places.size()) return DISP_E_PARAMNOTFOUND;
+    if (places[place]) return DISP_E_BADPARAMCOUNT;  // named, but given by its place too
     places[place] = &given.rgvarg[i];
   }
   return S_OK;

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "adapters/com/errors.h"
+#include "adapters/com/module.h"
 #include "adapters/com/owners.h"
 #include "adapters/com/windows_api.h"
 
@@ -60,13 +62,14 @@ class Enumerator final : public Interface {
   }
   HRESULT STDMETHODCALLTYPE Clone(Interface** clone) override {
     if (!clone) return E_POINTER;
-    *clone = new (std::nothrow) Enumerator(items_, next_);
-    return *clone ? S_OK : E_OUTOFMEMORY;
+    *clone = nullptr;
+    return Guarded([&] { *clone = new Enumerator(items_, next_); });
   }
 
  private:
   ~Enumerator() = default;
 
+  Use use_;
   std::vector<Item> items_;
   std::vector<ComPtr<IUnknown>> held_;
   std::size_t next_;

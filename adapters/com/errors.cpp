@@ -69,7 +69,8 @@ constexpr std::array kSystemErrors{
 
 RuntimeError ErrorOfException(EXCEPINFO& exception) {
   if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
-  const int number = exception.wCode != 0 ? exception.wCode : Number(exception.scode);
+  int number = exception.wCode != 0 ? exception.wCode : Number(exception.scode);
+  if (number == 0) number = kErroDeAutomacao;  // it told of an error, but not of which
   const std::string description = Utf8(View(exception.bstrDescription));
   for (BSTR text : {exception.bstrDescription, exception.bstrSource, exception.bstrHelpFile})
     SysFreeString(text);

@@ -17,7 +17,7 @@ std::atomic<long> users{0};
 
 class TremvikFactory final : public IClassFactory {
  public:
-  TremvikFactory() { AddUser(); }
+  TremvikFactory() = default;
   TremvikFactory(const TremvikFactory&) = delete;
   TremvikFactory& operator=(const TremvikFactory&) = delete;
 
@@ -53,8 +53,9 @@ class TremvikFactory final : public IClassFactory {
   }
 
  private:
-  ~TremvikFactory() { RemoveUser(); }
+  ~TremvikFactory() = default;
 
+  Use use_;
   std::atomic<ULONG> references_{1};
 };
 

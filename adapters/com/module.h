@@ -6,10 +6,19 @@
 
 namespace tremvik::com {
 
-/// Counts one user of the library (an object, a factory, a lock) for as long as it lives.
+/// Counts the users of the library, without which the system unloads it.
 void AddUser();
 void RemoveUser();
 [[nodiscard]] bool HasUsers();
+
+/// A user of the library for as long as it lives: the first member of each object that is handed out, so that
+/// the others end before.
+struct Use {
+  Use() { AddUser(); }
+  Use(const Use&) = delete;
+  Use& operator=(const Use&) = delete;
+  ~Use() { RemoveUser(); }
+};
 
 /// The description of the interface or class `id`, from the type library in this library's own file. Raises
 /// the run-time error of loading it.

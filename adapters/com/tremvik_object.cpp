@@ -8,6 +8,8 @@
 namespace tremvik::com {
 namespace {
 
+constexpr ULONG kEnding = 0x40000000;  // references of an object that is being destroyed
+
 // The border of one member: what came in and what goes out.
 std::string In(BSTR value) { return Utf8(View(value)); }
 std::string In(const BSTR* value) { return value ? In(*value) : std::string(); }
@@ -34,16 +36,15 @@ HRESULT Give(Interface* found, void** object) {
 
 TremvikObject::TremvikObject()
     : type_(TypeOf(IID__Tremvik)),
-      component_({screen_, events_, log_, files_, application_, engine_, components_}) {
-  AddUser();
-}
-
-TremvikObject::~TremvikObject() { RemoveUser(); }
+      component_({screen_, events_, log_, files_, application_, engine_, components_}) {}
 
 ULONG TremvikObject::Release() {
   const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
+  if (left != 0) return left;
+  // What the object lets go of may still take and give back a reference; that must not end it twice.
+  references_ = kEnding;
+  delete this;
+  return 0;
 }
 
 HRESULT TremvikObject::QueryInterface(REFIID iid, void** object) {

@@ -7,6 +7,7 @@
 #include "adapters/com/connection_point.h"
 #include "adapters/com/dao_engine.h"
 #include "adapters/com/desktop.h"
+#include "adapters/com/module.h"
 #include "adapters/com/tremvik_idl.h"
 #include "adapters/com/win_files.h"
 #include "adapters/com/windows_api.h"
@@ -61,8 +62,9 @@ class TremvikObject final : public _Tremvik,
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
 
  private:
-  ~TremvikObject();
+  ~TremvikObject() = default;
 
+  Use use_;
   std::atomic<ULONG> references_{1};
   DesktopScreen screen_;
   EventSource events_{*this};
