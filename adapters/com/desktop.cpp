@@ -34,7 +34,7 @@ HMODULE ThisLibrary() {
 }  // namespace
 
 int DesktopScreen::MsgBox(std::string_view text, int style, std::string_view title) {
-  const HWND owner = GetActiveWindow();
+  auto* const owner = GetActiveWindow();
   // Without a window of its own to be modal to, a box still keeps the thread's windows from input.
   const UINT modal = owner ? MB_APPLMODAL : MB_TASKMODAL;
   const int answer =
@@ -46,7 +46,7 @@ int DesktopScreen::MsgBox(std::string_view text, int style, std::string_view tit
 void DesktopScreen::SetPointer(int pointer) {
   POINT place{};
   GetCursorPos(&place);
-  const HWND below = WindowFromPoint(place);
+  auto* const below = WindowFromPoint(place);
   const bool own = below && GetWindowThreadProcessId(below, nullptr) == GetCurrentThreadId();
   SetCursor(LoadCursorW(nullptr, IDC_ARROW));
   if (pointer != ponteiro::kPadrao || !own) return;

@@ -13,8 +13,8 @@ constexpr LCID kBrasil = 0x0416;  // pt-BR
 Variant Converted(const Variant& value, VARTYPE type) {
   Variant converted;
   EXCEPINFO none{};
-  const HRESULT status =
-      VariantChangeTypeEx(&converted.raw(), const_cast<VARIANT*>(&value.raw()), kBrasil, 0, type);
+  VARIANT source = value.raw();  // lent; the call only reads it
+  const HRESULT status = VariantChangeTypeEx(&converted.raw(), &source, kBrasil, 0, type);
   if (FAILED(status)) throw ErrorOfCall(status, none, L"VariantChangeTypeEx");
   return converted;
 }

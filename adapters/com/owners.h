@@ -22,8 +22,10 @@ class ComPtr {
   }
   ComPtr(const ComPtr& other) : ComPtr(other.pointer_) {}
   ComPtr(ComPtr&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
-  ComPtr& operator=(ComPtr other) noexcept {
-    std::swap(pointer_, other.pointer_);
+  ComPtr& operator=(const ComPtr& other) { return *this = ComPtr(other); }
+  ComPtr& operator=(ComPtr&& other) noexcept {
+    ComPtr taken(std::move(other));
+    std::swap(pointer_, taken.pointer_);
     return *this;
   }
   ~ComPtr() {
@@ -88,6 +90,8 @@ class Variant {
     value_.lVal = number;
     value_.vt = VT_I4;
   }
+  Variant(const Variant&) = delete;
+  Variant& operator=(const Variant&) = delete;
   Variant(Variant&& other) noexcept : value_(other.value_) { VariantInit(&other.value_); }
   Variant& operator=(Variant&& other) noexcept {
     std::swap(value_, other.value_);

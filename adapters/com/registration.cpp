@@ -97,6 +97,37 @@ void WriteLibrary(Writer& writer, const Keys& keys, const std::wstring& file) {
   WriteInterface(writer, keys.events, L"__Tremvik", kDispatchMarshaler);
 }
 
+// Deletes keys with all below them and remembers the first failure.
+class Remover {
+ public:
+  explicit Remover(HKEY root) : root_(root) {}
+  void Remove(const std::wstring& path, REGSAM view = 0) {
+    const LSTATUS removed = DeleteTree(root_, path, view);
+    if (status_ == ERROR_SUCCESS) status_ = removed;
+  }
+  [[nodiscard]] LSTATUS status() const { return status_; }
+
+ private:
+  HKEY root_;
+  LSTATUS status_ = ERROR_SUCCESS;
+};
+
+// What both architectures have in common; it goes with the last of them.
+void RemoveShared(Remover& remover, const Keys& keys) {
+  remover.Remove(keys.prog_id);
+  remover.Remove(keys.library);
+  for (const REGSAM view : {REGSAM{KEY_WOW64_64KEY}, REGSAM{KEY_WOW64_32KEY}}) {
+    remover.Remove(keys.dual, view);
+    remover.Remove(keys.events, view);
+  }
+}
+
+// The user's part often holds nothing else, and then the registration made these keys.
+void RemoveEmpty(HKEY root) {
+  for (const wchar_t* shared : {L"CLSID", L"TypeLib", L"Interface"})
+    DeleteIfEmpty(root, Keys::Classes(shared));
+}
+
 HKEY Root(Scope scope) { return scope == Scope::kMachine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER; }
 
 HRESULT Result(LSTATUS status) {
@@ -125,24 +156,12 @@ HRESULT Unregister(Scope scope) {
   LSTATUS status = ERROR_SUCCESS;
   const HRESULT guarded = Guarded([&] {
     const Keys keys{Root(scope)};
-    const auto remove = [&](const std::wstring& path, REGSAM view = 0) {
-      const LSTATUS removed = DeleteTree(keys.root, path, view);
-      if (status == ERROR_SUCCESS) status = removed;
-    };
-    remove(keys.clsid);
-    remove(keys.platform);
-    if (HasNoSubkeys(keys.root, keys.language)) {  // or else the other architecture is still registered
-      remove(keys.prog_id);
-      remove(keys.library);
-      for (const REGSAM view : {REGSAM{KEY_WOW64_64KEY}, REGSAM{KEY_WOW64_32KEY}}) {
-        remove(keys.dual, view);
-        remove(keys.events, view);
-      }
-    }
-    // The user's part often holds nothing else, and then the registration made these keys.
-    if (scope == Scope::kMachine) return;
-    for (const wchar_t* shared : {L"CLSID", L"TypeLib", L"Interface"})
-      DeleteIfEmpty(keys.root, Keys::Classes(shared));
+    Remover remover(keys.root);
+    remover.Remove(keys.clsid);
+    remover.Remove(keys.platform);
+    if (HasNoSubkeys(keys.root, keys.language)) RemoveShared(remover, keys);
+    if (scope == Scope::kUser) RemoveEmpty(keys.root);
+    status = remover.status();
   });
   return FAILED(guarded) ? guarded : Result(status);
 }

@@ -17,7 +17,8 @@ std::optional<std::wstring> ReadText(HKEY root, const std::wstring& path, const 
       continue;
     }
     if (status != ERROR_SUCCESS) return {};
-    return std::wstring(text.c_str());
+    text.resize(bytes / sizeof(wchar_t) - 1);  // without the NUL at its end
+    return text;
   }
 }
 

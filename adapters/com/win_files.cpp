@@ -59,8 +59,8 @@ void WinFiles::Open(int number, std::string_view path) {
   if (number < 1 || number > kLastFileNumber) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
   if (open_.contains(number)) throw RuntimeError(erro::kArquivoJaAberto);
   // Others may read the file meanwhile, but a file that is still being written must not be imported.
-  const HANDLE handle = CreateFileW(SystemPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  auto* const handle = CreateFileW(SystemPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                   OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
   if (handle == INVALID_HANDLE_VALUE) throw ErrorOfSystem(GetLastError());
   open_.emplace(number, handle);
 }
