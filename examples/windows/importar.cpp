@@ -14,6 +14,7 @@
 #include <ocidl.h>
 // clang-format on
 
+#include <locale.h>
 #include <stdio.h>
 
 #include "DllTremvik_idl.h"
@@ -95,6 +96,7 @@ int wmain(int count, wchar_t** arguments) {
     puts("Uso: importar ARQUIVO");
     return 2;
   }
+  setlocale(LC_ALL, ".OCP");  // the console's characters
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   const int result = Import(arguments[1]);
   CoUninitialize();

@@ -1,5 +1,5 @@
 // Calls as hosts make them: through the dual interface and late bound; events; descriptions; errors.
-#include <functional>
+#include <array>
 #include <vector>
 
 #include "com_support.h"
@@ -94,6 +94,17 @@ TEST_F(Calls, WrongArgumentsAreNamed) {
   EXPECT_EQ(Call({word.raw(), text.raw()}), DISP_E_TYPEMISMATCH);
   EXPECT_EQ(wrong_, 0U) << "the flag is the last argument";
   EXPECT_EQ(Call({Bool(true), text.raw()}, {9}), DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(Call({text.raw(), text.raw()}, {0}), DISP_E_BADPARAMCOUNT) << "the text, twice";
+  EXPECT_EQ(Call({text.raw()}, {0, 1}), DISP_E_BADPARAMCOUNT) << "more names than arguments";
+}
+
+TEST_F(Calls, MembersAndArgumentsHaveNames) {
+  std::array<std::wstring, 3> names{L"lefrignumchr", L"b", L"c"};
+  std::array<LPOLESTR, 3> given{names[0].data(), names[1].data(), names[2].data()};
+  std::array<DISPID, 3> ids{};
+  ASSERT_EQ(tremvik_->GetIDsOfNames(IID_NULL, given.data(), given.size(), 0, ids.data()), S_OK);
+  EXPECT_EQ(ids, (std::array<DISPID, 3>{kLefRigNumChr, 1, 2}));
+  EXPECT_EQ(tremvik_->GetIDsOfNames(IID_NULL, &given[1], 1, 0, ids.data()), DISP_E_UNKNOWNNAME);
 }
 
 TEST_F(Calls, PropertiesKeepTheirTypes) {
@@ -149,37 +160,6 @@ TEST_F(Calls, RunTimeErrorsReachTheCaller) {
   EXPECT_EQ(tremvik_->get_NroLinha(nullptr), Status(5)) << "null pointers are refused, not followed";
 }
 
-// A listener of the events that does what `then` says at each.
-class Sink final : public IDispatch {
- public:
-  explicit Sink(std::function<void()> then = {}) : then_(std::move(then)) {}
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
-    *object = known ? static_cast<IDispatch*>(this) : nullptr;
-    references += known ? 1 : 0;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
-  ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                   UINT*) override {
-    events.push_back(event);
-    if (then_) then_();
-    return E_FAIL;
-  }
-
-  long references = 1;
-  std::vector<DISPID> events;
-
- private:
-  std::function<void()> then_;
-};
-
 TEST_F(Calls, SinksComeGoAndFailWithoutHarm) {
   auto container = As<IConnectionPointContainer>(tremvik_);
   ComPtr<IConnectionPoint> point;
@@ -223,6 +203,24 @@ TEST_F(Calls, TheLastReferenceMayGoInAnEvent) {
   EXPECT_EQ(tremvik_.get()->Monitora(&given), S_OK);
   EXPECT_EQ(sink.events.size(), 3U);
   EXPECT_EQ(sink.references, 1) << "the object is gone and has let the sink go";
+}
+
+TEST_F(Calls, ASinkThatEndsWithItsSourceMayTurnToItOnceMore) {
+  ComPtr<IConnectionPoint> point;
+  As<IConnectionPointContainer>(tremvik_)->FindConnectionPoint(DIID___Tremvik, point.Receive());
+  DWORD cookie = 0;
+  HRESULT answer = S_OK;
+  Sink sink;
+  sink.when_let_go = [&, source = point.get()] {
+    source->AddRef();
+    answer = source->Unadvise(cookie);
+    source->Release();
+  };
+  ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
+  point = {};
+  tremvik_ = {};
+  EXPECT_EQ(answer, CONNECT_E_NOCONNECTION);
+  EXPECT_EQ(sink.references, 1);
 }
 
 TEST_F(Calls, TheObjectDescribesItself) {

@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "adapters/com/desktop.h"
 #include "adapters/com/late_bound.h"
@@ -57,6 +60,41 @@ inline std::string Mensagem(const ComPtr<_Tremvik>& tremvik) {
   return com::AsText(message);
 }
 
+/// A listener of the events that does what `then` says at each, and fails. Lives on the stack.
+class Sink final : public IDispatch {
+ public:
+  explicit Sink(std::function<void()> then = {}) : then_(std::move(then)) {}
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+    const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
+    *object = known ? static_cast<IDispatch*>(this) : nullptr;
+    references += known ? 1 : 0;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
+  ULONG STDMETHODCALLTYPE Release() override {
+    if (--references == 1 && when_let_go) std::exchange(when_let_go, {})();
+    return static_cast<ULONG>(references);
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) override {
+    events.push_back(event);
+    if (then_) then_();
+    return E_FAIL;
+  }
+
+  long references = 1;
+  std::vector<DISPID> events;
+  std::function<void()> when_let_go;  ///< called once, when the source has no reference to it any more
+
+ private:
+  std::function<void()> then_;
+};
+
 /// A test with an apartment of its own and a journal that answers message boxes.
 class ComTest : public testing::Test {
  protected:
@@ -70,6 +108,8 @@ class ComTest : public testing::Test {
     diario_.reset();
     CoUninitialize();
   }
+  ComTest(const ComTest&) = delete;
+  ComTest& operator=(const ComTest&) = delete;
 
   /// Starts the journal `file` and the answering of boxes with Yes.
   void Begin(std::string_view file) {

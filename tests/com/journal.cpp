@@ -5,7 +5,6 @@
 #include <set>
 
 #include "adapters/com/text.h"
-#include "adapters/com/windows_api.h"
 
 namespace tremvik::com_test {
 namespace {
@@ -40,13 +39,15 @@ int StyleOf(HWND box) {
 // Wine has no icons for 32-bit programs, so there they cannot be seen in a box.
 bool IconsAreSeen() { return LoadIconW(nullptr, IDI_HAND) != nullptr; }
 
-void Answer(HWND box) {
-  const int answer = Button(box, IDYES) ? Journal::Of().answer() : IDOK;
-  Journal::Of().Write("mensagem", {{"texto", Quoted(WindowText(GetDlgItem(box, kTextControl)))},
-                                   {"estilo", std::to_string(StyleOf(box))},
-                                   {"titulo", Quoted(WindowText(box))},
-                                   {"icones", Truth(IconsAreSeen())},
-                                   {"resposta", std::to_string(answer)}});
+void Answer(HWND box, DWORD thread) {
+  const int answer = Button(box, IDYES) ? Journal::Of().Current(thread).answer : IDOK;
+  Journal::Of().Write("mensagem",
+                      {{"texto", Quoted(WindowText(GetDlgItem(box, kTextControl)))},
+                       {"estilo", std::to_string(StyleOf(box))},
+                       {"titulo", Quoted(WindowText(box))},
+                       {"icones", Truth(IconsAreSeen())},
+                       {"resposta", std::to_string(answer)}},
+                      thread);
   const HWND button = Button(box, answer);
   PostMessageW(box, WM_COMMAND, MAKEWPARAM(answer, BN_CLICKED), reinterpret_cast<LPARAM>(button));
 }
@@ -56,9 +57,9 @@ void AnswerAll(std::set<HWND>& answered) {
   std::set<HWND> standing;
   for (HWND box = nullptr; (box = FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr;) {
     DWORD process = 0;
-    GetWindowThreadProcessId(box, &process);
+    const DWORD thread = GetWindowThreadProcessId(box, &process);
     if (process != GetCurrentProcessId() || !IsWindowVisible(box)) continue;
-    if (!answered.contains(box)) Answer(box);
+    if (!answered.contains(box)) Answer(box, thread);
     standing.insert(box);
   }
   answered = standing;
@@ -71,20 +72,26 @@ Journal& Journal::Of() {
   return journal;
 }
 
-void Journal::Start(const std::wstring& path) {
+void Journal::Start(const Run& run) {
   const std::lock_guard lock(mutex_);
-  path_ = path;
+  runs_[GetCurrentThreadId()] = run;
+}
+
+Run Journal::Current(DWORD thread) {
+  const std::lock_guard lock(mutex_);
+  return runs_[thread];
 }
 
 void Journal::Write(std::string_view tipo,
-                    const std::vector<std::pair<std::string_view, std::string>>& members) {
+                    const std::vector<std::pair<std::string_view, std::string>>& members, DWORD thread) {
   const std::lock_guard lock(mutex_);
-  if (path_.empty()) return;
+  const std::wstring& path = runs_[thread].path;
+  if (path.empty()) return;
   std::string line = "{\"tipo\":" + Quoted(tipo);
   for (const auto& [name, value] : members)
     line += "," + Quoted(name) + ":" + value;
   line += "}\n";
-  FILE* const file = _wfopen(path_.c_str(), L"ab");
+  FILE* const file = _wfopen(path.c_str(), L"ab");
   if (!file) return;
   std::fwrite(line.data(), 1, line.size(), file);
   std::fclose(file);

@@ -1,4 +1,4 @@
-// What happens during one run, as JSON lines in the manner of the command line's --json.
+// What happens during a run, as JSON lines in the manner of the command line's --json.
 #pragma once
 
 #include <map>
@@ -8,29 +8,33 @@
 #include <utility>
 #include <vector>
 
+#include "adapters/com/windows_api.h"
+
 namespace tremvik::com_test {
 
-/// The journal of this process. Safe to use from several threads.
+/// One run: a thread has one at a time.
+struct Run {
+  std::wstring path;     ///< where its lines go; empty: nowhere
+  int answer = 0;        ///< to boxes that ask, IDYES or IDNO
+  bool prepares = true;  ///< whether Preparar makes the temporary database
+};
+
+/// The journals of this process, of one run for each thread. Safe to use from several threads.
 class Journal {
  public:
   static Journal& Of();
 
-  /// Starts the run whose lines go to the file at `path`; empty: nowhere.
-  void Start(const std::wstring& path);
-  /// Writes one object: "tipo" and the members, whose values are already JSON.
-  void Write(std::string_view tipo, const std::vector<std::pair<std::string_view, std::string>>& members);
-  /// The answer to boxes that ask, IDYES or IDNO.
-  int answer() const { return answer_; }
-  void set_answer(int answer) { answer_ = answer; }
-  /// Whether Preparar makes the temporary database.
-  bool prepares() const { return prepares_; }
-  void set_prepares(bool prepares) { prepares_ = prepares; }
+  /// Starts a run of the calling thread.
+  void Start(const Run& run);
+  /// The run of `thread` (default: the calling one).
+  Run Current(DWORD thread = GetCurrentThreadId());
+  /// Writes one object to a thread's run: "tipo" and the members, whose values are already JSON.
+  void Write(std::string_view tipo, const std::vector<std::pair<std::string_view, std::string>>& members,
+             DWORD thread = GetCurrentThreadId());
 
  private:
   std::mutex mutex_;
-  std::wstring path_;
-  int answer_ = 0;
-  bool prepares_ = true;
+  std::map<DWORD, Run> runs_;
 };
 
 /// `text` (UTF-8) as a JSON string.

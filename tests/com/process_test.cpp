@@ -2,6 +2,12 @@
 #include <malloc.h>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <fstream>
+#include <functional>
+#include <future>
+#include <mutex>
 #include <thread>
 
 #include "adapters/com/registry.h"
@@ -61,57 +67,135 @@ void ReplaceImport(HMODULE module, std::string_view function, void* replacement)
   }
 }
 
-std::atomic<int> boxes{0};
+int boxes = 0;
+std::vector<UINT> styles;
 
-int WINAPI AnsweredAtOnce(HWND, LPCWSTR, LPCWSTR, UINT) {
+int WINAPI AnsweredAtOnce(HWND, LPCWSTR, LPCWSTR, UINT style) {
   ++boxes;
-  return IDOK;
+  styles.push_back(style & (MB_TYPEMASK | MB_ICONMASK | MB_DEFMASK));
+  return (style & MB_TYPEMASK) == MB_YESNO ? IDYES : IDOK;
 }
 
-// A run up to the first fault: it makes the host's objects, renames files, tells events and shows a box.
-TEST_F(Process, AThousandCyclesLeaveNothingBehind) {
-  const std::string path = Sample("recusado-versao");
-  const auto kept = Make();  // the library stays, and with it the box that needs no screen
-  ReplaceImport(GetModuleHandleW(L"DllTremvik.dll"), "MessageBoxW", reinterpret_cast<void*>(&AnsweredAtOnce));
-  const auto cycles = [&](int count) {
-    for (int i = 0; i < count; ++i)
+// A library whose boxes need no screen, for as long as it stays loaded.
+class WithoutScreen : public Process {
+ protected:
+  WithoutScreen() {
+    styles.clear();
+    ReplaceImport(GetModuleHandleW(L"DllTremvik.dll"), "MessageBoxW",
+                  reinterpret_cast<void*>(&AnsweredAtOnce));
+  }
+  ComPtr<_Tremvik> kept_ = Make();
+};
+
+// What the library asks of the system; what then stands on the screen has no icon in every run-time.
+TEST_F(WithoutScreen, BoxesHaveTheirStyles) {
+  Monitora(Make(), Sample("recusado-vazio"));
+  Monitora(Make(), Sample("recusado-versao"));
+  Monitora(Make(), Sample("pergunta"));
+  EXPECT_EQ(styles,
+            (std::vector<UINT>{MB_OK | MB_ICONHAND, MB_OK | MB_ICONINFORMATION,
+                               MB_YESNO | MB_ICONINFORMATION | MB_DEFBUTTON2, MB_OK | MB_ICONINFORMATION}));
+}
+
+// Makes, runs and releases `count` objects, and expects that nothing of them stays.
+void ExpectNothingStays(std::string_view sample, int warm_up, int count) {
+  const std::string path = Sample(sample);
+  const auto cycles = [&path](int times) {
+    for (int i = 0; i < times; ++i)
       ASSERT_EQ(Monitora(Make(), path), S_OK);
+    styles = {};
   };
-  cycles(100);  // whatever is made once is made by then
+  boxes = 0;
+  cycles(warm_up);  // whatever is made once is made by then
   const Usage before;
-  cycles(1000);
+  cycles(count);
   const Usage after;
-  constexpr std::size_t kSlack = 16 * 1024;  // 16 bytes a cycle
-  EXPECT_LT(after.system_heap, before.system_heap + kSlack);
-  EXPECT_LT(after.library_heap, before.library_heap + kSlack);
-  EXPECT_LE(after.handles, before.handles + 3);
-  EXPECT_EQ(after.host_objects, before.host_objects);
-  EXPECT_EQ(boxes, 1100) << "every run came to its box";
+  constexpr std::size_t kSlack = 16 * 1024;
+  EXPECT_LT(after.system_heap, before.system_heap + kSlack) << sample;
+  EXPECT_LT(after.library_heap, before.library_heap + kSlack) << sample;
+  EXPECT_LE(after.handles, before.handles + 3) << sample;
+  EXPECT_EQ(after.host_objects, before.host_objects) << sample;
+  EXPECT_EQ(boxes, warm_up + count) << "every run came to its box";
 }
 
-TEST_F(Process, TwoApartmentsRunAtOnce) {
-  const auto run = [](std::string_view sample, std::string_view expected, std::atomic<int>& right) {
-    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    for (int i = 0; i < 25; ++i) {
-      const auto tremvik = Make();
-      Bstr path(Sample(sample));
-      BSTR given = path.get();
-      VARIANT_BOOL refused = VARIANT_FALSE;
-      Variant line;
-      const HRESULT status = tremvik->CompararTotais(&given, &refused);
-      tremvik->get_NroLinha(&line.raw());
-      if (status == S_OK && std::to_string(line.raw().iVal) + (refused ? " sim" : " nao") == expected)
-        ++right;
-    }
-    CoUninitialize();
-  };
-  std::atomic<int> first{0};
-  std::atomic<int> second{0};
-  std::thread other([&] { run("recusado-segundo-mestre", "20 sim", second); });
-  run("recusado-quantidades", "114 sim", first);
-  other.join();
-  EXPECT_EQ(first, 25);
-  EXPECT_EQ(second, 25);
+TEST_F(WithoutScreen, AThousandCyclesLeaveNothingBehind) {
+  ExpectNothingStays("recusado-versao", 100, 1000);  // files, events, the host's database, a box
+  ExpectNothingStays("aceito", 10, 100);             // and the engine, the look-ups, all that is written
+}
+
+// The journal of one whole import in an apartment of its own; `at_event` is called at each event.
+std::vector<std::string> Imported(std::string_view sample, const std::function<void()>& at_event) {
+  const std::string file = Folder() + "\\" + std::string(sample) + ".diario";
+  DeleteFileW(com::Wide(file).c_str());
+  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+  {
+    LateBound diario = LateBound::Create(L"TesteHost.Diario");
+    diario.Call(L"Iniciar", std::string_view(file), std::string_view("6"), std::string_view("1"));
+    const auto tremvik = Make();
+    ComPtr<IConnectionPoint> point;
+    As<IConnectionPointContainer>(tremvik)->FindConnectionPoint(DIID___Tremvik, point.Receive());
+    Sink sink(at_event);
+    DWORD cookie = 0;
+    EXPECT_EQ(point->Advise(&sink, &cookie), S_OK);
+    EXPECT_EQ(Monitora(tremvik, Sample(sample)), S_OK);
+    EXPECT_EQ(point->Unadvise(cookie), S_OK);
+  }
+  CoUninitialize();
+  std::ifstream journal(file);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(journal, line);)
+    lines.push_back(line);
+  return lines;
+}
+
+// Where two threads wait for each other, again and again; not for ever, lest a failure of one hang the other.
+class Meeting {
+ public:
+  void Wait() {
+    std::unique_lock lock(mutex_);
+    const int mine = ++arrivals_;
+    arrived_.notify_all();
+    if (mine % 2 == 0)
+      ++pairs_;
+    else
+      arrived_.wait_for(lock, std::chrono::seconds(10), [&] { return arrivals_ > mine; });
+  }
+  int Pairs() {
+    const std::lock_guard lock(mutex_);
+    return pairs_;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable arrived_;
+  int arrivals_ = 0;
+  int pairs_ = 0;
+};
+
+// The second import begins when the first one has its temporary database, which is one file for both. From
+// there on they go in step: at each of its next events an import waits until the other one is at as many.
+TEST_F(Process, TwoApartmentsImportAtOnce) {
+  constexpr int kWithDatabase = 3;
+  constexpr int kMeetings = 20;
+  const auto accepted = Imported("aceito", [] {});
+  const auto asking = Imported("pergunta", [] {});
+  ASSERT_NE(accepted, asking);
+  for (int round = 0; round < 5; ++round) {
+    Meeting meeting;
+    const auto import = [&meeting](std::string_view sample, const std::function<void()>& at_database) {
+      int events = 0;
+      return Imported(sample, [&] {
+        ++events;
+        if (events == kWithDatabase) at_database();
+        if (events >= kWithDatabase && events < kWithDatabase + kMeetings) meeting.Wait();
+      });
+    };
+    std::future<std::vector<std::string>> other;
+    const auto start_other = [&] { other = std::async(std::launch::async, import, "pergunta", [] {}); };
+    EXPECT_EQ(import("aceito", start_other), accepted);
+    EXPECT_EQ(other.get(), asking);
+    EXPECT_EQ(meeting.Pairs(), kMeetings);
+  }
 }
 
 // The object stays in its apartment: a call from another one comes through the registered type library.
@@ -177,6 +261,16 @@ TEST_F(Process, TheLibraryUnloads) {
     const auto tremvik = Make();
     CoFreeUnusedLibrariesEx(0, 0);
     EXPECT_NE(GetModuleHandleW(L"DllTremvik.dll"), nullptr) << "in use";
+  }
+  {
+    ComPtr<IEnumConnections> connections;
+    {
+      ComPtr<IConnectionPoint> point;
+      As<IConnectionPointContainer>(Make())->FindConnectionPoint(DIID___Tremvik, point.Receive());
+      ASSERT_EQ(point->EnumConnections(connections.Receive()), S_OK);
+    }
+    CoFreeUnusedLibrariesEx(0, 0);
+    EXPECT_NE(GetModuleHandleW(L"DllTremvik.dll"), nullptr) << "its enumerator is in use";
   }
   CoFreeUnusedLibrariesEx(0, 0);
   CoFreeUnusedLibrariesEx(0, 0);

@@ -69,6 +69,7 @@ std::string SqlProcess::ReadLine() {
 }
 
 FirstRow SqlProcess::Run(const std::string& path, const std::string& sql) {
+  const std::lock_guard lock(mutex_);
   const std::string question = path + "\t" + sql + "\n";
   DWORD written = 0;
   WriteFile(questions_, question.data(), static_cast<DWORD>(question.size()), &written, nullptr);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <string>
 
 #include "adapters/com/windows_api.h"
@@ -24,12 +25,14 @@ class SqlProcess {
   SqlProcess& operator=(const SqlProcess&) = delete;
   ~SqlProcess();
 
-  /// Runs `sql` on the database file at `path`, both UTF-8. Raises the engine's error of a wrong query.
+  /// Runs `sql` on the database file at `path`, both UTF-8. Raises the engine's error of a wrong query. Safe
+  /// to use from several threads.
   FirstRow Run(const std::string& path, const std::string& sql);
 
  private:
   std::string ReadLine();
 
+  std::mutex mutex_;
   HANDLE questions_ = nullptr;
   HANDLE answers_ = nullptr;
   HANDLE process_ = nullptr;
