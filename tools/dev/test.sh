@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# runs all tests and checks; "quick" leaves out the sanitizers and clang-tidy
+# runs all tests and checks; "quick" leaves out the sanitizers, clang-tidy and Windows
 case ${1:-} in
   "" | quick) scope=${1:-all} ;;
   *) fail_usage "test knows \"quick\", not \"$1\"" ;;
@@ -27,6 +27,20 @@ run_tests() {
   echo "  ${closing:-no test was run}"
 }
 
+# run_windows : the automation library under Wine, its clients counted. Shows its own steps.
+run_windows() {
+  mkdir -p "$log_dir"
+  ./dev windows build/test/cli/tremvik 2>&1 | tee "$log_dir/windows.log" || failed_steps+=("Windows")
+  local tally
+  tally=$(tail -n 1 "$log_dir/windows.log")
+  if [[ $tally =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed$ ]]; then
+    passed=$((passed + BASH_REMATCH[1]))
+    failed=$((failed + BASH_REMATCH[2]))
+  else
+    failed=$((failed + 1))
+  fi
+}
+
 need "${packages_test[@]}"
 examine format "format: clang-format" clang-format-14 --dry-run --Werror $(sources)
 build_preset test "tests"
@@ -34,7 +48,10 @@ run_tests test "tests: run"
 if [[ $scope == all ]]; then
   build_preset asan "sanitizers"
   run_tests asan "sanitizers: the same tests"
+  run_windows
   examine tidy "clang-tidy" python3 -B tools/tidy.py build/test clang-tidy-14
+  examine tidy-windows "clang-tidy: the automation library" \
+    python3 -B tools/tidy.py build/windows/x86_64 clang-tidy-14 adapters/com tests/com examples/windows
 fi
 
 echo

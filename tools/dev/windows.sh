@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# builds the automation library for Windows, tries it under Wine and fills dist/
+# builds the automation library for Windows, tries it under Wine (against PROGRAM, if given) and fills dist/
 packages_windows=("${packages_build[@]}" g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev
   googletest locales python3 libodbc2 libsqliteodbc)
 windows=$PWD/build/windows
+program=${1:-}
+[[ -z $program || -x $program ]] || fail_usage "windows wants a built command line, not \"$program\""
 
 # cross_build ARCHITECTURE : in build/windows/ARCHITECTURE.
 cross_build() {
@@ -34,7 +36,8 @@ fill_dist() {
     mkdir -p "dist/$architecture"
     cp "$windows/$architecture/adapters/com/DllTremvik.dll" "dist/$architecture/"
   done
-  cp "$windows/x86_64/adapters/com/tremvik_idl/DllTremvik.tlb" adapters/com/DllTremvik.idl docs/windows.md \
+  # Of two type libraries the 32-bit one, the last, serves tools of either architecture.
+  cp "$windows/$architecture/adapters/com/tremvik_idl/DllTremvik.tlb" adapters/com/DllTremvik.idl docs/windows.md \
     docs/componentes.idl dist/
   cp -r examples/windows/. dist/exemplos/
 }
@@ -66,12 +69,15 @@ else
   export WINEDLLPATH=$windows/wine32
 fi
 
-build_preset release "program"
+if [[ -z $program ]]; then
+  build_preset release "program"
+  program=build/release/cli/tremvik
+fi
 for architecture in "${architectures[@]}"; do
   cross_build "$architecture"
 done
 fill_dist
-check windows-imports "Windows: system libraries only" system_libraries_only || true
+step windows-imports "Windows: system libraries only" system_libraries_only
 step wine-locales "Wine: locales" make_locales
 step wine-prefix "Wine: prefix" cmake/wine-prefix
 builds=()
@@ -79,12 +85,10 @@ for architecture in "${architectures[@]}"; do
   builds+=(--build "$architecture=$windows/$architecture")
 done
 check windows-clients "Windows: real clients under Wine" \
-  python3 -B tests/com/run.py --cli build/release/cli/tremvik --work "$windows/try" "${builds[@]}" || true
-tail -n 1 "$log_dir/windows-clients.log"
+  python3 -B tests/com/run.py --cli "$program" --work "$windows/try" "${builds[@]}" || true
 
 echo "dist/: $(cd dist && echo */DllTremvik.dll), DllTremvik.tlb, descriptions, page and examples"
 if [[ $left_out ]]; then echo "left out: the 32-bit library and its tests ($left_out)"; fi
-if ((${#failed_steps[@]})); then
-  printf 'failed: %s\n' "${failed_steps[@]}"
-  exit 1
-fi
+if ((${#failed_steps[@]})); then printf 'failed: %s\n' "${failed_steps[@]}"; fi
+grep -E '^[0-9]+ passed, [0-9]+ failed$' "$log_dir/windows-clients.log" || echo "the clients did not run to their end"
+((${#failed_steps[@]} == 0))
