@@ -148,9 +148,9 @@ TEST_F(EmbeddedHostTest, WhatIsNotConsolidatedLeavesNothing) {
     run.End();
     run.embedded().Consolidar("b.txt");
   }
-  test::Write(Path("BDTemp.mdb"), "resto de uma queda");
-  test::Write(Path("BDTempPrf.fix"), "resto de uma queda");
-  test::Write(Path("BDTempPrf.fix-journal"), "resto de uma queda");
+  test::WriteFile(Path("BDTemp.mdb"), "resto de uma queda");
+  test::WriteFile(Path("BDTempPrf.fix"), "resto de uma queda");
+  test::WriteFile(Path("BDTempPrf.fix-journal"), "resto de uma queda");
   Import("201206");
   EXPECT_THAT(References(), ElementsAre("2012-03", "2012-05", "2012-06"));
   EXPECT_THAT(Files(), ElementsAre("tblFixas.fix", "tremvik.db", "tremvik.lock"));
@@ -175,17 +175,17 @@ TEST_F(EmbeddedHostTest, ValidatingKeepsNothing) {
     EXPECT_THAT(Files(), ElementsAre("tblFixas.fix"));
   }
   Import("201203");
-  const auto before = test::ReadAll(Path("tremvik.db"));
+  const auto before = test::ReadFile(Path("tremvik.db"));
   HostRun importing(folder_);
   HostRun run(folder_, Modo::kValidar);  // beside an import
   EXPECT_TRUE(run.Held("20/03/2012"));
   run.Begin();
   run.Declare("201203");
-  EXPECT_TRUE(test::ReadAll(Path("tremvik.db")) == before);
+  EXPECT_TRUE(test::ReadFile(Path("tremvik.db")) == before);
 }
 
 TEST_F(EmbeddedHostTest, AFolderThatCannotBeMade) {
-  test::Write(scratch_.path() + "/arquivo", "");
+  test::WriteFile(scratch_.path() + "/arquivo", "");
   const std::string below = scratch_.path() + "/arquivo/pasta";
   EXPECT_EQ(ErrorOf([&] { HostRun run(below); }), 75);
   HostRun run(below, Modo::kValidar);  // validates with tables of its own
@@ -206,10 +206,10 @@ TEST_F(EmbeddedHostTest, StoresOfOthersAreRefused) {
   EXPECT_EQ(open(), 3343);
   { sqlite::Connection(Path("tremvik.db"), SQLITE_OPEN_READWRITE).Execute("PRAGMA application_id = 1"); }
   EXPECT_EQ(open(), 3343);
-  test::Write(Path("tremvik.db"), std::string(200, 'x'));
+  test::WriteFile(Path("tremvik.db"), std::string(200, 'x'));
   EXPECT_EQ(open(), 3343);
-  test::Write(Path("tremvik.db"),
-              "");  // made by an import that was killed before its first transaction ended
+  test::WriteFile(Path("tremvik.db"),
+                  "");  // made by an import that was killed before its first transaction ended
   EXPECT_EQ(open(), 0);
   Import("201203");
   EXPECT_THAT(References(), ElementsAre("2012-03"));

@@ -12,7 +12,7 @@ namespace tremvik {
 namespace {
 
 using test::ErrorOf;
-using test::Write;
+using test::WriteFile;
 
 class LocalFilesTest : public testing::Test {
  protected:
@@ -24,8 +24,8 @@ class LocalFilesTest : public testing::Test {
 };
 
 TEST_F(LocalFilesTest, ErrorsHaveTheRuntimesNumbers) {
-  Write(Path("a"), "conteúdo");
-  Write(Path("b"), "");
+  WriteFile(Path("a"), "conteúdo");
+  WriteFile(Path("b"), "");
   std::filesystem::create_directory(Path("pasta"));
   ASSERT_EQ(::mkfifo(Path("fifo").c_str(), 0600), 0);
   ASSERT_EQ(::symlink("laço", Path("laço").c_str()), 0);
@@ -58,7 +58,7 @@ TEST_F(LocalFilesTest, ErrorsHaveTheRuntimesNumbers) {
 TEST_F(LocalFilesTest, NamesAfterABackslashLieInTheFolder) {
   const std::string component_path = folder_.path() + "\\BDTemp.mdb";
   EXPECT_FALSE(files_.Exists(component_path));
-  Write(Path("BDTemp.mdb"), "x");
+  WriteFile(Path("BDTemp.mdb"), "x");
   EXPECT_TRUE(files_.Exists(component_path));
   files_.Rename(component_path, folder_.path() + "\\BDTempPrf.fix");
   EXPECT_TRUE(std::filesystem::exists(Path("BDTempPrf.fix")));
@@ -70,7 +70,7 @@ TEST_F(LocalFilesTest, NamesAfterABackslashLieInTheFolder) {
 }
 
 TEST_F(LocalFilesTest, ReadsToTheEndAndGivesNumbersBack) {
-  Write(Path("a"), "12345");
+  WriteFile(Path("a"), "12345");
   ASSERT_EQ(files_.FreeFile(), 1);
   files_.Open(1, Path("a"));
   ASSERT_EQ(files_.FreeFile(), 2);
@@ -95,9 +95,9 @@ TEST(LocalApplicationTest, SettingsComeFromTheSectionOfTheIniFile) {
   };
   EXPECT_EQ(setting("DB", "DbAtual"), "padrão");
   std::filesystem::create_directory(config.path() + "/Brunsel");
-  Write(config.path() + "/Brunsel/configuracao.ini",
-        "\xEF\xBB\xBF[Outra]\r\nDbAtual=errado\r\n; DbAtual=x\r\n[ db ]\r\n;DbAtual=y\r\nsem igual\r\n"
-        " dbatual =  C:\\dados\\ação=1.mdb \r\nDbAtual=segundo\r\nVazio=\r\n[Fim]\r\nDepois=1");
+  WriteFile(config.path() + "/Brunsel/configuracao.ini",
+            "\xEF\xBB\xBF[Outra]\r\nDbAtual=errado\r\n; DbAtual=x\r\n[ db ]\r\n;DbAtual=y\r\nsem igual\r\n"
+            " dbatual =  C:\\dados\\ação=1.mdb \r\nDbAtual=segundo\r\nVazio=\r\n[Fim]\r\nDepois=1");
   EXPECT_EQ(setting("DB", "DbAtual"), "C:\\dados\\ação=1.mdb");
   EXPECT_EQ(setting("DB", "Vazio"), "");
   EXPECT_EQ(setting("DB", "Depois"), "padrão");

@@ -11,7 +11,7 @@ namespace {
 
 using test::ErrorOf;
 using test::Rows;
-using test::Write;
+using test::WriteFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -28,10 +28,10 @@ class ReferenceTest : public testing::Test {
   /// Builds from the copied data with one file replaced.
   std::vector<std::string> BuildWith(std::string_view file, std::string_view text) {
     const std::string path = Path("dados/") + std::string(file);
-    const std::string before = test::ReadAll(path);
-    Write(path, text);
+    const std::string before = test::ReadFile(path);
+    WriteFile(path, text);
     auto problems = ConstruirTabelas(Path("dados"), Path("tblFixas.fix"));
-    Write(path, before);
+    WriteFile(path, before);
     return problems;
   }
 
@@ -104,9 +104,9 @@ TEST_F(ReferenceTest, UnusableDatabasesHaveTheEnginesNumbers) {
   std::filesystem::create_directory(file);
   EXPECT_EQ(error(), 75);
   std::filesystem::remove(file);
-  Write(file, "");
+  WriteFile(file, "");
   EXPECT_EQ(error(), 3343);
-  Write(file, "isto não é um banco de dados, mas tem bem mais de cem bytes, para que o cabeçalho seja lido inteiro");
+  WriteFile(file, "isto não é um banco de dados, mas tem bem mais de cem bytes, para que o cabeçalho seja lido inteiro");
   EXPECT_EQ(error(), 3343);
   ConstruirTabelasPadrao(file);
   std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
@@ -123,7 +123,7 @@ TEST_F(ReferenceTest, UnusableDatabasesHaveTheEnginesNumbers) {
 TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
   CopyData();
   ConstruirTabelasPadrao(Path("tblFixas.fix"));
-  const std::string before = test::ReadAll(Path("tblFixas.fix"));
+  const std::string before = test::ReadFile(Path("tblFixas.fix"));
   struct Case {
     std::string_view file, text, problem;
   };
@@ -155,7 +155,7 @@ TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
   for (const Case& c : cases) {
     const auto problems = BuildWith(c.file, c.text);
     EXPECT_THAT(problems, testing::Contains(HasSubstr(c.problem))) << c.text;
-    ASSERT_TRUE(test::ReadAll(Path("tblFixas.fix")) == before) << c.text;
+    ASSERT_TRUE(test::ReadFile(Path("tblFixas.fix")) == before) << c.text;
   }
   EXPECT_THAT(ConstruirTabelas(Path("nada"), Path("tblFixas.fix")), ElementsAre(HasSubstr("não existe")));
   std::filesystem::remove(Path("dados/tblEstados.csv"));

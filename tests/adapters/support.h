@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,27 +9,9 @@
 #include "adapters/local/folder_lock.h"
 #include "adapters/sqlite/connection.h"
 #include "host/host.h"
+#include "tests/support/files.h"
 
 namespace tremvik::test {
-
-inline void Write(const std::string& path, std::string_view text) { std::ofstream(path, std::ios::binary) << text; }
-
-inline std::string ReadAll(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// The number of the run-time error that `action` raises, 0 when it raises none.
-template <typename Action>
-int ErrorOf(Action&& action) {
-  try {
-    std::forward<Action>(action)();
-  } catch (const RuntimeError& error) {
-    EXPECT_FALSE(error.description().empty());
-    return error.number();
-  }
-  return 0;
-}
 
 /// All rows of a query, cells joined by "|".
 inline std::vector<std::string> Rows(const std::string& database, std::string_view sql) {

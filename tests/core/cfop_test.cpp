@@ -145,24 +145,11 @@ TEST(Cfop, DisplayForms) {
 }
 
 TEST(ReferenceTables, QueryOfEachKindAndMode) {
-  constexpr std::string_view kLookUps[][4] = {
-      {"05", "6201500", "", "Select CNAE From tblCNAEsRegimeDispensado Where CNAE = '6201500'"},
-      {"10", "1.102", "", "Select CFOP From tblTodosCFOPs Where CFOP = '1.102'"},
-      {"10", "1.102", "1", "SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '1.102' and Conjunto = '1' AND GRUPO = 0"},
-      {"10", "1.102", "2", "SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '1.102' and Conjunto = '2' AND GRUPO = 0"},
-      {"10", "1.102", "3", "SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '1.102' and Conjunto > '1' AND GRUPO = 0"},
-      {"14", "35", "", "Select Código From tblEstados Where Código = '35'"},
-      {"18", "1302603", "", "Select CódMunicípio From tblMunicípiosZFM_ALC Where CódMunicípio = '1302603'"},
-      {"20", "002.23", "0", "Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.23' and OpPróprias"},
-      {"20", "002.23", "1", "Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.23' and NOT OpPróprias"},
-      {"30", "1.1", "", "Select código From tblcódigosdipam Where código = '1.1'"},
-      {"30", "1234", "", "Select Códmunicípio From tblmunicípios Where Códmunicípio = '1234'"},
-  };
   MemoryHost host;
   TabelasFixas tables(host, host);
-  for (const auto& [kind, value, mode, sql] : kLookUps) {
-    EXPECT_FALSE(tables.NaoExisteEmFixas(kind, value, mode));
-    EXPECT_EQ(host.queries.back(), sql);
+  for (const auto& [where, cells] : ReadTable("look_ups.txt", 4)) {
+    EXPECT_FALSE(tables.NaoExisteEmFixas(cells[0], cells[1], cells[2])) << where;
+    EXPECT_EQ(host.queries.back(), cells[3]);
   }
   EXPECT_TRUE(tables.NaoExisteEmFixas("20", "999.98", "0"));
   EXPECT_EQ(host.open_databases, 0);

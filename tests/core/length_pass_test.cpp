@@ -21,13 +21,9 @@ void ExpectTold(const Instance& run, std::string_view text) {
 }
 
 TEST(LengthPass, EachKindHasOneLength) {
-  const std::pair<std::string_view, std::string_view> lengths[] = {
-      {"01", "30"}, {"05", "165"}, {"07", "26"}, {"10", "147"}, {"14", "144"}, {"18", "53"}, {"20", "439"},
-      {"25", "29"}, {"26", "50"},  {"27", "38"}, {"28", "29"},  {"30", "24"},  {"31", "17"},
-  };
   const std::string master = FileBuilder("").Record(1);
-  for (const auto& [code, length] : lengths) {
-    const auto right = static_cast<std::size_t>(std::stoi(std::string(length)));
+  for (const std::string_view code : Codes()) {
+    const auto right = static_cast<std::size_t>(ColumnsOf(code).back().position) - 1;
     for (const std::size_t size : {right - 1, right, right + 1}) {
       SCOPED_TRACE(std::string(code) + " " + std::to_string(size));
       Instance run;

@@ -7,44 +7,14 @@
 #include "checks/numbers.h"
 #include "checks/text.h"
 #include "tests/support/cases.h"
+#include "tests/support/files.h"
 
 namespace tremvik::test {
 namespace {
 
-// The number of the run-time error that `action` raises, 0 when it raises none.
-template <typename Action>
-int ErrorOf(const Action& action) {
-  try {
-    (void)action();
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-  return 0;
-}
-
 TEST(Values, Val) {
-  const std::pair<std::string_view, double> cases[] = {{"", 0},
-                                                       {"12", 12},
-                                                       {" 1 2", 12},
-                                                       {"1\t2\n3", 123},
-                                                       {"-1", -1},
-                                                       {"+7", 7},
-                                                       {"- 3", -3},
-                                                       {"1.5", 1.5},
-                                                       {"1,5", 1},
-                                                       {"1.5.5", 1.5},
-                                                       {"12G", 12},
-                                                       {"G12", 0},
-                                                       {"--1", 0},
-                                                       {"1-1", 1},
-                                                       {"1e2", 1},
-                                                       {"\r1", 0},
-                                                       {".5", 0.5},
-                                                       {"-", 0},
-                                                       {"000000000012345", 12345},
-                                                       {"999999999999999", 999999999999999.0}};
-  for (const auto& [text, value] : cases)
-    EXPECT_EQ(Val(text), value) << text;
+  for (const auto& [where, cells] : ReadTable("val.txt", 2))
+    EXPECT_EQ(Val(cells[0]), std::stod(cells[1])) << where;
 }
 
 TEST(Values, NumericTests) {
@@ -68,6 +38,8 @@ TEST(Values, NumericTests) {
   EXPECT_FALSE(LefRigNumChr("000"));
   EXPECT_TRUE(LefRigNumChr("000", true));
   EXPECT_TRUE(LefRigNumChr("+00", true));
+  EXPECT_FALSE(LefRigNumChr("+01", true));
+  EXPECT_FALSE(LefRigNumChr("+00"));
   EXPECT_FALSE(LefRigNumChr("001", true));
 }
 
@@ -89,6 +61,10 @@ TEST(Values, Dates) {
   };
   for (const auto& [text, valid] : dates)
     EXPECT_EQ(ValidarData(text), !valid) << text;
+  for (const std::string_view last : {"0131", "0229", "0331", "0430", "0531", "0630", "0731", "0831", "0930", "1031", "1130", "1231"}) {
+    EXPECT_FALSE(ValidarData("2012" + std::string(last))) << last;
+    EXPECT_TRUE(ValidarData("2012" + std::to_string(10001 + std::stoi(std::string(last))).substr(1))) << last;
+  }
   const std::pair<std::string_view, bool> times[] = {
       {"000000", true},  {"235959", true},  {"240000", true},  {"245959", true},  {"250000", false}, {"126000", false},
       {"125960", false}, {"120060", false}, {"12AB00", false}, {"AB0000", false}, {"1200AB", false}, {"", false},
@@ -112,16 +88,14 @@ TEST(Values, Texts) {
 
 TEST(Values, FomataValor) {
   const Instance instance;
-  const std::pair<std::string_view, std::string_view> cases[] = {{"000000000000000", "0,00"},
-                                                                 {"000000000012345", "123,45"},
-                                                                 {"000000000000005", "0,05"},
-                                                                 {"000000000000050", "0,50"},
-                                                                 {"000000000100000", "1.000,00"},
-                                                                 {"123456789", "1.234.567,89"},
-                                                                 {"99999", "999,99"},
-                                                                 {"999999999999999", "9.999.999.999.999,99"}};
-  for (const auto& [cents, text] : cases)
-    EXPECT_EQ(instance.tremvik.FomataValor(cents), text);
+  EXPECT_EQ(instance.tremvik.FomataValor("000000000000000"), "0,00");
+  EXPECT_EQ(instance.tremvik.FomataValor("000000000012345"), "123,45");
+  EXPECT_EQ(instance.tremvik.FomataValor("000000000000005"), "0,05");
+  EXPECT_EQ(instance.tremvik.FomataValor("000000000000050"), "0,50");
+  EXPECT_EQ(instance.tremvik.FomataValor("000000000100000"), "1.000,00");
+  EXPECT_EQ(instance.tremvik.FomataValor("123456789"), "1.234.567,89");
+  EXPECT_EQ(instance.tremvik.FomataValor("99999"), "999,99");
+  EXPECT_EQ(instance.tremvik.FomataValor("999999999999999"), "9.999.999.999.999,99");
   EXPECT_EQ(ErrorOf([&] { return instance.tremvik.FomataValor("00000000000012G"); }), 13);
 }
 

@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <set>
@@ -15,6 +13,7 @@
 #include <vector>
 
 #include "component/tremvik.h"
+#include "tests/support/files.h"
 #include "tests/support/tables_host.h"
 
 namespace tremvik {
@@ -102,8 +101,7 @@ TEST_F(Exemplo, ALargeFileHoldsEveryRegimeAndBothSidesOfEveryPeriodLimit) {
 }
 
 TEST_F(Exemplo, TheSameSeedGivesTheSameBytesEverywhere) {
-  std::ifstream sample(SAMPLES_DIR "/aceito.txt", std::ios::binary);
-  const std::string committed{std::istreambuf_iterator<char>(sample), {}};
+  const std::string committed = test::ReadFile(SAMPLES_DIR "/aceito.txt");
   EXPECT_TRUE(Gerar({.declaracoes = 6, .semente = 1131}) == committed);
   EXPECT_FALSE(Gerar({.declaracoes = 6, .semente = 1132}) == committed);
 }

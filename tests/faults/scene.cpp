@@ -1,8 +1,5 @@
 #include "tests/faults/scene.h"
 
-#include <fstream>
-#include <iterator>
-
 #include "adapters/sqlite/connection.h"
 #include "adapters/sqlite/declaration_store.h"
 #include "adapters/sqlite/embedded_host.h"
@@ -14,13 +11,6 @@ namespace tremvik::test {
 std::string Sample(int declaracoes, std::uint64_t semente, bool duvida) {
   return exemplo::Gerar({.declaracoes = declaracoes, .semente = semente, .duvida = duvida});
 }
-
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-void WriteFile(const std::filesystem::path& path, const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
 
 int DeclarationsIn(const std::string& pasta) {
   const std::string file = pasta + "/" + std::string(arquivo::kDeclaracoes);

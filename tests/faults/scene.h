@@ -8,13 +8,12 @@
 
 #include "adapters/local/folder_lock.h"
 #include "host/host.h"
+#include "tests/support/files.h"
 
 namespace tremvik::test {
 
 /// The bytes of a sample file with every record kind in its first declaration.
 [[nodiscard]] std::string Sample(int declaracoes, std::uint64_t semente, bool duvida = false);
-[[nodiscard]] std::string ReadFile(const std::filesystem::path& path);
-void WriteFile(const std::filesystem::path& path, const std::string& bytes);
 /// Declarations that the store of `pasta` holds, after a check of the whole store; -1 when it is damaged.
 [[nodiscard]] int DeclarationsIn(const std::string& pasta);
 
