@@ -48,7 +48,7 @@ def validar(tremvik, of_set, work, the_peers):
         commands["wc -l"] = floor
     times = measure.times(commands, work)
     if of_set.many:
-        all_cores = {"tremvik validar, all cores": [*program, *of_set.files]}
+        all_cores = {report.ALL_CORES: [*program, *of_set.files]}
         times |= measure.times(all_cores, work, one_core=False)
     return times
 

@@ -1,6 +1,7 @@
 """What the measurements say: ratios, and the targets."""
 
 PROGRAM = "tremvik validar"
+ALL_CORES = "tremvik validar, all cores"
 IMPORT = "tremvik importar"
 SAME_ROWS = "sqlite3 .import, the same rows"
 
