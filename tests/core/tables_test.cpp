@@ -34,7 +34,8 @@ TEST(Tables, ALetterInAnyFieldIsRefusedInItsPlace) {
     const int line = file.Line(code);
     std::string value = file.Record(line).substr(static_cast<std::size_t>(column.position) - 1, static_cast<std::size_t>(column.width));
     value.back() = 'G';
-    const Place place = Check({kEveryKind, "~" + field + "=" + value, line, cells[1], cells[2]});
+    const std::string edit = std::string("~").append(field).append("=").append(value);
+    const Place place = Check({kEveryKind, edit, line, cells[1], cells[2]});
     EXPECT_EQ(place, (Place{line, code, column.name, column.position, column.width, value}));
   }
   EXPECT_TRUE(fields.empty()) << "not in the table: " << *fields.begin();
