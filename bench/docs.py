@@ -36,12 +36,14 @@ def panel(top, title, times, base):
         y = top + 34 + ROW * place
         ours = name == base
         number = f"1 ({1000 * times[name]:.0f} ms)" if ours else report.short(ratio)
-        parts.append(text(LEFT - 8, y + 12, name, "end"))
+        parts.append(text(LEFT - 8, y + 12, name, "end", 'font-weight="bold"' if ours else ""))
         from_x, to_x = sorted((x_of(1), x_of(ratio)))
-        parts.append(f'<rect x="{from_x - 1:.1f}" y="{y}" width="{to_x - from_x + 2:.1f}" height="{BAR}" fill="{OURS if ours else THEIRS}"/>')
+        parts.append(f'<rect x="{from_x - 1:.1f}" y="{y}" width="{to_x - from_x + 2:.1f}" height="{BAR}" '
+                     f'fill="{OURS if ours else THEIRS}"/>')
         beyond = (from_x - 6, "end") if ratio < 1 else (to_x + 6, "start")
         parts.append(text(beyond[0], y + 12, number, beyond[1]))
-    parts.append(text(LEFT + WIDTH / 2, axis + 34, f"time by that of {base} (logarithmic; left of 1 is faster)", "middle", 'font-size="12"'))
+    legend = f"time by that of {base} (logarithmic; left of 1 is faster)"
+    parts.append(text(LEFT + WIDTH / 2, axis + 34, legend, "middle", 'font-size="12"'))
     return parts, axis + 54
 
 
@@ -88,7 +90,8 @@ def scale(results):
     for title, seconds, busy in (("one core (`--paralelo 1`)", times[report.PROGRAM], 1),
                                  (f"{cores} cores (the default)", times[report.ALL_CORES], cores)):
         per_second = count / seconds
-        rows.append([title, f"{per_second:,.0f}", f"{1e6 / per_second / 60:.1f} minutes, {busy * 1e6 / per_second / 3600:.2f} core-hours"])
+        minutes = 1e6 / per_second / 60
+        rows.append([title, f"{per_second:,.0f}", f"{minutes:.1f} minutes, {busy * minutes / 60:.2f} core-hours"])
     size = f"Files of {of_set['lines'] / count:.0f} records and {of_set['bytes'] / count / 1000:.1f} kB on average:"
     return f"{size}\n\n{markdown(rows)}"
 
@@ -97,7 +100,8 @@ def write(results):
     (DOCS / "bench.svg").write_text(chart(results), encoding="utf-8")
     put("speed.md", "validar", markdown(report.validar_table(results)))
     put("speed.md", "importar", markdown(report.importar_table(results)))
-    put("speed.md", "targets", markdown([["", "measured", "target"], *([f"{what}", measured, target + ("" if met else " (not met)")]
-                                         for what, measured, target, met in report.targets(results))]))
+    verdicts = ([what, measured, target if met else f"{target} (not met)"]
+                for what, measured, target, met in report.targets(results))
+    put("speed.md", "targets", markdown([["", "measured", "target"], *verdicts]))
     put("scale.md", "scale", scale(results))
     print("written: docs/bench.svg, the tables of docs/speed.md and docs/scale.md")

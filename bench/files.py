@@ -7,6 +7,7 @@ import measure
 
 LINES = (1000, 10000, 32766)  # a file of 32,767 lines is refused at its last one: the counter of lines has 16 bits
 SMALL_FILES = 2000
+START = "start"  # the label of the smallest file
 
 
 @dataclasses.dataclass
@@ -37,7 +38,7 @@ def parse_answer(text):
 
 
 def program_answer(program, files):
-    """The same answer out of the program's JSON lines: what it accepted and would have stored."""
+    """The same answer out of the JSON lines of `program`, which validates: what it accepted and would have stored."""
     count = collections.Counter()
     for line in measure.output([*program, "--json", *files]).splitlines():
         event = json.loads(line)
@@ -61,12 +62,12 @@ def generate(tremvik, work):
     """The smallest file first, then one for each length, then the small files."""
     def sample(name, *options):
         file = work / name
-        if not file.exists():
+        if not file.exists() or file.stat().st_mtime < tremvik.stat().st_mtime:
             measure.output([tremvik, "exemplo", *options, "--saida", file])
         return file
 
     (work / "small").mkdir(parents=True, exist_ok=True)
     small = [sample(f"small/{n:04}.txt", "--declaracoes", 1, "--semente", n) for n in range(1, SMALL_FILES + 1)]
-    sets = [file_set("start", small[:1])]
+    sets = [file_set(START, small[:1])]
     sets += [file_set(f"{n:,}", [sample(f"{n}.txt", "--registros", n)]) for n in LINES]
     return [*sets, file_set(f"{SMALL_FILES:,} files", small)]

@@ -1,8 +1,14 @@
 """`importar` against `sqlite3 .import` of the rows that it stores, tables and columns the same."""
 import shutil
+import sys
 
 import measure
 import peers
+
+
+def folder_of(file_set, work):
+    """The program's folder for the imports of a file set; its reference tables are made by the first of them."""
+    return work / f"import-{file_set.lines}"
 
 
 def sqlite(*arguments):
@@ -36,7 +42,7 @@ def compare(tremvik, files, work):
     """{label: {name: seconds}} of one import of each file set into a store that does not exist yet."""
     results = {}
     for files_of in files:
-        folder = work / f"import-{files_of.lines}"
+        folder = folder_of(files_of, work)
         folder.mkdir(exist_ok=True)
         stores = [folder / "tremvik.db", folder / "same-rows.db", folder / "lines.db"]
         clear = ["rm", "-f", *stores]
@@ -44,13 +50,16 @@ def compare(tremvik, files, work):
         measure.output(clear)
         measure.output(importar)
         tables, program = export(stores[0], folder)
+        stored = answer_of(stores[0], tables)
+        if (stored["cfop"], stored["sum"]) != (files_of.answer["10"], files_of.answer["sum"]):
+            sys.exit(f"bench: tremvik stores wrongly what {files_of.label} lines say")
         commands = {
             "tremvik importar": importar,
             "sqlite3 .import, the same rows": sqlite(stores[1], f".read {program}"),
             "sqlite3 .import, the lines": peers.sqlite_lines(folder, "import", files_of.files, stores[2]),
         }
         measure.output(commands["sqlite3 .import, the same rows"])
-        if answer_of(stores[0], tables) != answer_of(stores[1], tables):
+        if answer_of(stores[1], tables) != stored:
             print("  left out: sqlite3 .import of the same rows stores others")
             del commands["sqlite3 .import, the same rows"]
         results[files_of.label] = measure.times(commands, folder, before=clear)

@@ -17,7 +17,6 @@ TEMPLATES = pathlib.Path(__file__).resolve().parent / "peers"
 class Peer:
     name: str
     command: list  # the files follow
-    splits: bool = True  # False: it does not take the records apart
 
 
 def widths(cuts):
@@ -51,7 +50,8 @@ def write_programs(work):
     """Puts the programs, each with the layout written into it, into the folder `work`."""
     for template in TEMPLATES.iterdir():
         lines = "\n".join(LAYOUT_LINE[template.suffix](*kind) for kind in layout.kinds().items())
-        (work / template.name).write_text(template.read_text(encoding="utf-8").replace("@LAYOUT@", lines), encoding="utf-8")
+        program = template.read_text(encoding="utf-8").replace("@LAYOUT@", lines)
+        (work / template.name).write_text(program, encoding="utf-8")
 
 
 def prepare(work):
@@ -65,7 +65,8 @@ def prepare(work):
         Peer("python3, slices", ["python3", "-I", work / "split.py"]),
         Peer("pandas.read_fwf", ["python3", work / "frames.py"]),
     ]
-    for package, program in (("fixed-width-parser", "fixed_width_parser.mjs"), ("@evologi/fixed-width", "evologi_fixed_width.mjs")):
+    for package, program in (("fixed-width-parser", "fixed_width_parser.mjs"),
+                             ("@evologi/fixed-width", "evologi_fixed_width.mjs")):
         if (work.parent / "node_modules" / package).is_dir():
             peers.append(Peer(f"npm {package}", ["node", work / program]))
         else:

@@ -1,6 +1,8 @@
 """What the measurements say: ratios, and the targets."""
+import files
 
 PROGRAM = "tremvik validar"
+BARE = "tremvik --versao"
 ALL_CORES = "tremvik validar, all cores"
 IMPORT = "tremvik importar"
 SAME_ROWS = "sqlite3 .import, the same rows"
@@ -17,8 +19,8 @@ def small_files(results):
 def once_started(results):
     """Bytes a second of `validar` after its start: the time of the smallest file, with its lines, is taken off."""
     label = largest(results)
-    seconds = results["validar"][label][PROGRAM] - results["validar"]["start"][PROGRAM]
-    return (results["sets"][label]["bytes"] - results["sets"]["start"]["bytes"]) / seconds
+    seconds = results["validar"][label][PROGRAM] - results["validar"][files.START][PROGRAM]
+    return (results["sets"][label]["bytes"] - results["sets"][files.START]["bytes"]) / seconds
 
 
 def files_per_second(results):
@@ -53,7 +55,11 @@ def table(measured, base):
 
 
 def validar_table(results):
-    return table({label: times for label, times in results["validar"].items() if label != "start"}, PROGRAM)
+    measured = {label: times for label, times in results["validar"].items() if label != files.START}
+    rows = table(measured, PROGRAM)
+    speeds = (results["sets"][label]["bytes"] / times[PROGRAM] / 1e6 for label, times in measured.items())
+    rows.insert(2, [f"{PROGRAM}, MB/s", *(f"{speed:.0f}" for speed in speeds)])
+    return rows
 
 
 def importar_table(results):
@@ -69,7 +75,7 @@ def targets(results):
     speed = splitting[fastest] / times[PROGRAM]
     per_line = line_times(results)
     spread = max(per_line.values()) / min(per_line.values())
-    start = 1000 * results["validar"]["start"][PROGRAM]
+    start = 1000 * results["validar"][files.START][PROGRAM]
     rows = [(f"validar, times as fast as the fastest that splits ({fastest})", short(speed), "1 or more", speed >= 1),
             ("validar once started, MB/s", f"{once_started(results) / 1e6:.0f}", "200 or more", once_started(results) >= 200e6),
             ("validar, a small file, start included, ms", f"{start:.1f}", "under 15", start < 15),
@@ -91,19 +97,22 @@ def aligned(rows):
                                       for place, (cell, width) in enumerate(zip(row, widths))) for row in rows)
 
 
-def text(results):
+def text(results, measured):
+    """The whole report; `measured` says what was taken of the runs."""
     per_second = files_per_second(results)
+    smallest = results["validar"][files.START]
     verdicts = [["", "measured", "target", ""]]
     verdicts += [[what, measured, target, "met" if met else "NOT MET"] for what, measured, target, met in targets(results)]
     return "\n".join([
         "Time of each program by that of `tremvik validar`, which checks every rule; the others only read or split.",
-        "One core, files in the cache, median of 10 runs; columns: lines in one file, then all small files in one call.",
+        f"One core, files in the cache, {measured} of 10 runs; columns: lines in one file, then all small files in one call.",
         aligned(validar_table(results)),
         "",
         "Time of each program by that of `tremvik importar`, into a new database.",
         aligned(importar_table(results)),
         "",
         f"Small files: {per_second:,.0f} a second on one core; a million in {1e6 / per_second / 3600:.2f} core-hours.",
+        f"Smallest file: {1000 * smallest[PROGRAM]:.1f} ms, of which the bare process ({BARE}) takes {1000 * smallest[BARE]:.1f}.",
         results["allocations"]["text"],
         "",
         aligned(verdicts),

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# measures speed against what people would use instead; "--docs" rewrites docs/bench.svg and docs/speed.md too
+# measures speed against other programs; "--docs" rewrites the figures of docs/, "--cpu" suits a busy machine
 case ${1:-} in
-  "" | --docs) docs=${1:-} ;;
-  *) fail_usage "bench knows \"--docs\", not \"$1\"" ;;
+  "" | --cpu | --docs) option=${1:-} ;;
+  *) fail_usage "bench knows \"--cpu\" and \"--docs\", not \"$1\"" ;;
 esac
 
 # A Node.js that did not come from Debian brings its own npm, and Debian's would not stand beside it.
@@ -22,4 +22,4 @@ step build-allocations "allocation counter: build" cmake --build build/test --ta
 check npm-peers "peers from npm" install_npm_peers || echo "  goes on without them"
 
 echo "measuring, which takes some minutes; leave the machine alone meanwhile"
-python3 -B bench/bench.py build/release/cli/tremvik build/test/bench/allocations build/bench $docs
+python3 -B bench/bench.py build/release/cli/tremvik build/test/bench/allocations build/bench $option
