@@ -8,7 +8,7 @@ import report
 
 DOCS = pathlib.Path(__file__).resolve().parent.parent / "docs"
 
-LEFT, WIDTH, RIGHT, ROW, BAR = 250, 430, 70, 24, 15  # pixels: names, bars, numbers; a row and its bar
+LEFT, WIDTH, RIGHT, ROW, BAR = 280, 430, 70, 24, 15  # pixels: names, bars, numbers; a row and its bar
 LOW, HIGH = 0.01, 100  # ends of the axis
 OURS, THEIRS, GRID, INK = "#1f6f5c", "#9fb3c8", "#d9dee4", "#22303c"
 
@@ -36,7 +36,7 @@ def panel(top, title, times, base):
         y = top + 34 + ROW * place
         ours = name == base
         number = f"1 ({1000 * times[name]:.0f} ms)" if ours else report.short(ratio)
-        parts.append(text(LEFT - 8, y + 12, name, "end", 'font-weight="bold"' if ours else ""))
+        parts.append(text(LEFT - 38, y + 12, name, "end", 'font-weight="bold"' if ours else ""))
         from_x, to_x = sorted((x_of(1), x_of(ratio)))
         parts.append(f'<rect x="{from_x - 1:.1f}" y="{y}" width="{to_x - from_x + 2:.1f}" height="{BAR}" '
                      f'fill="{OURS if ours else THEIRS}"/>')
