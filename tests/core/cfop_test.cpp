@@ -31,8 +31,9 @@ void ForEachCode(std::string_view good, std::string_view bad, const std::functio
 }
 
 TEST(Cfop, CodesByPeriod) {
-  for (const auto& [where, cells] : ReadTable("cfop_codes.txt", 6)) {
-    SCOPED_TRACE(where);
+  for (const Row& row : ReadTable("cfop_codes.txt", 6)) {
+    SCOPED_TRACE(row.where);
+    const auto& cells = row.cells;
     const bool dipam = cells[0] >= "200101" && cells[1].find("RegTrib=04") == std::string::npos;
     ForEachCode(cells[2], cells[3], [&](std::string_view code, bool refused) {
       const bool interstate = code.starts_with('2') || code.starts_with('6');
@@ -44,8 +45,9 @@ TEST(Cfop, CodesByPeriod) {
 }
 
 TEST(Cfop, OperationsThatNeedDipamValues) {
-  for (const auto& [where, cells] : ReadTable("cfop_dipam.txt", 5)) {
-    SCOPED_TRACE(where);
+  for (const Row& row : ReadTable("cfop_dipam.txt", 5)) {
+    SCOPED_TRACE(row.where);
+    const auto& cells = row.cells;
     ForEachCode(cells[2], cells[1], [&](std::string_view code, bool refused) {
       const std::string kinds = code.starts_with('6') ? "05 10 14" : "05 10";
       const std::string edits = "05.Ref=" + cells[0] + "; 10.CFOP=" + Six(code);
