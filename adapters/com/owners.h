@@ -22,7 +22,11 @@ class ComPtr {
   }
   ComPtr(const ComPtr& other) : ComPtr(other.pointer_) {}
   ComPtr(ComPtr&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
-  ComPtr& operator=(const ComPtr& other) { return *this = ComPtr(other); }
+  ComPtr& operator=(const ComPtr& other) {
+    ComPtr taken(other);
+    std::swap(pointer_, taken.pointer_);
+    return *this;
+  }
   ComPtr& operator=(ComPtr&& other) noexcept {
     ComPtr taken(std::move(other));
     std::swap(pointer_, taken.pointer_);

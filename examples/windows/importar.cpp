@@ -14,8 +14,9 @@
 #include <ocidl.h>
 // clang-format on
 
-#include <locale.h>
-#include <stdio.h>
+#include <clocale>
+#include <cstdio>
+#include <cwchar>
 
 #include "DllTremvik_idl.h"
 
@@ -52,8 +53,8 @@ int Import(const wchar_t* file) {
   const HRESULT made = CoCreateInstance(CLSID_Tremvik, nullptr, CLSCTX_INPROC_SERVER, IID__Tremvik,
                                         reinterpret_cast<void**>(&tremvik));
   if (FAILED(made)) {
-    printf("DllTremvik.Tremvik cannot be made (0x%08lX); is it registered?\n",
-           static_cast<unsigned long>(made));
+    std::printf("DllTremvik.Tremvik cannot be made (0x%08lX); is it registered?\n",
+                static_cast<unsigned long>(made));
     return 3;
   }
   Listener listener;
@@ -75,10 +76,11 @@ int Import(const wchar_t* file) {
   tremvik->get_bolRetMonitora(&refused);
   tremvik->get_NroLinha(&line);
   tremvik->get_Mensagem(&message);
-  if (refused)
-    wprintf(L"Recusado na linha %d:\n%ls\n", line.iVal, message.bstrVal);
-  else
-    wprintf(L"Aceito (%d passos)\n", listener.steps);
+  if (refused) {
+    std::wprintf(L"Recusado na linha %d:\n%ls\n", line.iVal, message.bstrVal);
+  } else {
+    std::wprintf(L"Aceito (%d passos)\n", listener.steps);
+  }
 
   VariantClear(&message);
   SysFreeString(path);
@@ -93,10 +95,10 @@ int Import(const wchar_t* file) {
 
 int wmain(int count, wchar_t** arguments) {
   if (count != 2) {
-    puts("Uso: importar ARQUIVO");
+    std::puts("Uso: importar ARQUIVO");
     return 2;
   }
-  setlocale(LC_ALL, ".OCP");  // the console's characters
+  std::setlocale(LC_ALL, ".OCP");  // the console's characters
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   const int result = Import(arguments[1]);
   CoUninitialize();

@@ -9,7 +9,11 @@
 #include "adapters/com/late_bound.h"
 #include "adapters/com/tremvik_idl.h"
 
-using namespace tremvik::com;
+using tremvik::com::AsText;
+using tremvik::com::Bstr;
+using tremvik::com::ComPtr;
+using tremvik::com::LateBound;
+using tremvik::com::Variant;
 
 namespace {
 

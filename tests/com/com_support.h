@@ -97,6 +97,10 @@ class Sink final : public IDispatch {
 
 /// A test with an apartment of its own and a journal that answers message boxes.
 class ComTest : public testing::Test {
+ public:
+  ComTest(const ComTest&) = delete;
+  ComTest& operator=(const ComTest&) = delete;
+
  protected:
   ComTest() {
     CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
@@ -108,8 +112,6 @@ class ComTest : public testing::Test {
     diario_.reset();
     CoUninitialize();
   }
-  ComTest(const ComTest&) = delete;
-  ComTest& operator=(const ComTest&) = delete;
 
   /// Starts the journal `file` and the answering of boxes with Yes.
   void Begin(std::string_view file) {

@@ -156,7 +156,7 @@ Scripted* MakeRecordset(const std::string& path, const std::string& sql) {
 }
 
 Variant OpenDatabase(const Arguments& given) {
-  const std::string path = given.at(0);
+  const std::string& path = given.at(0);
   WriteMotor("OpenDatabase", path);
   if (GetFileAttributesW(com::Wide(path).c_str()) == INVALID_FILE_ATTRIBUTES)
     throw RuntimeError(erro::kBancoNaoEncontrado, "Não foi possível localizar o arquivo '" + path + "'.");

@@ -28,8 +28,10 @@ int StyleOf(HWND box) {
   if (Button(box, IDYES) && Button(box, IDNO)) style |= MB_YESNO;
   if (Button(box, IDNO) && IsDefault(Button(box, IDNO))) style |= MB_DEFBUTTON2;
   HICON icon = nullptr;
-  for (HWND child = GetWindow(box, GW_CHILD); child && !icon; child = GetWindow(child, GW_HWNDNEXT))
+  for (HWND child = GetWindow(box, GW_CHILD); child && !icon; child = GetWindow(child, GW_HWNDNEXT)) {
+    // A window answers with a number.  NOLINTNEXTLINE(performance-no-int-to-ptr)
     icon = reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
+  }
   if (!icon) return style;
   if (icon == LoadIconW(nullptr, IDI_HAND)) return style | MB_ICONHAND;
   if (icon == LoadIconW(nullptr, IDI_ASTERISK)) return style | MB_ICONINFORMATION;
@@ -48,7 +50,7 @@ void Answer(HWND box, DWORD thread) {
                        {"icones", Truth(IconsAreSeen())},
                        {"resposta", std::to_string(answer)}},
                       thread);
-  const HWND button = Button(box, answer);
+  auto* const button = Button(box, answer);
   PostMessageW(box, WM_COMMAND, MAKEWPARAM(answer, BN_CLICKED), reinterpret_cast<LPARAM>(button));
 }
 
@@ -91,7 +93,7 @@ void Journal::Write(std::string_view tipo,
   for (const auto& [name, value] : members)
     line += "," + Quoted(name) + ":" + value;
   line += "}\n";
-  FILE* const file = _wfopen(path.c_str(), L"ab");
+  auto* const file = _wfopen(path.c_str(), L"ab");
   if (!file) return;
   std::fwrite(line.data(), 1, line.size(), file);
   std::fclose(file);

@@ -31,6 +31,7 @@ std::size_t InUse(HANDLE heap) {
 
 struct Usage {
   std::size_t system_heap = InUse(GetProcessHeap());
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the run-time gives its heap as a number
   std::size_t library_heap = InUse(reinterpret_cast<HANDLE>(_get_heap_handle()));
   DWORD handles = [] {
     DWORD count = 0;
@@ -38,7 +39,7 @@ struct Usage {
     return count;
   }();
   long host_objects = [] {
-    const HMODULE host = GetModuleHandleW(L"TesteHost.dll");
+    auto* const host = GetModuleHandleW(L"TesteHost.dll");
     return reinterpret_cast<long(WINAPI*)()>(reinterpret_cast<void*>(GetProcAddress(host, "AliveObjects")))();
   }();
 };
@@ -110,7 +111,7 @@ void ExpectNothingStays(std::string_view sample, int warm_up, int count) {
   const Usage before;
   cycles(count);
   const Usage after;
-  constexpr std::size_t kSlack = 16 * 1024;
+  constexpr std::size_t kSlack = 16384;
   EXPECT_LT(after.system_heap, before.system_heap + kSlack) << sample;
   EXPECT_LT(after.library_heap, before.library_heap + kSlack) << sample;
   EXPECT_LE(after.handles, before.handles + 3) << sample;
@@ -155,10 +156,11 @@ class Meeting {
     std::unique_lock lock(mutex_);
     const int mine = ++arrivals_;
     arrived_.notify_all();
-    if (mine % 2 == 0)
+    if (mine % 2 == 0) {
       ++pairs_;
-    else
+    } else {
       arrived_.wait_for(lock, std::chrono::seconds(10), [&] { return arrivals_ > mine; });
+    }
   }
   int Pairs() {
     const std::lock_guard lock(mutex_);
@@ -230,7 +232,7 @@ TEST_F(Process, AnotherApartmentCallsThroughTheTypeLibrary) {
 // What DllRegisterServer does for somebody who may not write for the machine.
 TEST_F(Process, WithoutTheMachinesRightTheUserAloneIsRegistered) {
   const auto kept = Make();
-  const HMODULE library = GetModuleHandleW(L"DllTremvik.dll");
+  auto* const library = GetModuleHandleW(L"DllTremvik.dll");
   const auto entry = [library](const char* name) {
     return reinterpret_cast<void*>(GetProcAddress(library, name));
   };

@@ -25,8 +25,8 @@ HRESULT Raise(const RuntimeError& error, EXCEPINFO* exception) {
   *exception = {};
   // Both ways of giving a number are in use: hosts' classes fill the code, the engine fills the status.
   if (error.number() < 3000) exception->wCode = static_cast<WORD>(error.number());
-  if (error.number() >= 3000)
-    exception->scode = static_cast<SCODE>(0x800A0000U + static_cast<unsigned>(error.number()));
+  const unsigned status = 0x800A0000U + static_cast<unsigned>(error.number());
+  if (error.number() >= 3000) exception->scode = static_cast<SCODE>(status);
   exception->bstrDescription = com::Bstr(error.description()).Detach();
   exception->bstrSource = com::Bstr(L"TesteHost").Detach();
   return DISP_E_EXCEPTION;

@@ -11,10 +11,11 @@ namespace {
 std::vector<std::string> Split(const std::string& line) {
   std::vector<std::string> parts(1);
   for (const char c : line) {
-    if (c == '\t')
+    if (c == '\t') {
       parts.emplace_back();
-    else
+    } else {
       parts.back() += c;
+    }
   }
   return parts;
 }
@@ -56,7 +57,7 @@ SqlProcess::~SqlProcess() {
 std::string SqlProcess::ReadLine() {
   for (;;) {
     if (const auto end = read_.find('\n'); end != std::string::npos) {
-      const std::string line = read_.substr(0, end);
+      std::string line = read_.substr(0, end);
       read_.erase(0, end + 1);
       return line;
     }

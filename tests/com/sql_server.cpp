@@ -71,7 +71,7 @@ std::string Answer(SQLHDBC connection, std::string sql) {
   SQLHSTMT statement = nullptr;
   if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, connection, &statement))) return "erro\tno connection";
   const bool good = SQL_SUCCEEDED(SQLExecDirect(statement, Chars(sql), SQL_NTS));
-  const std::string answer = good ? FirstRow(statement) : LastError(statement);
+  std::string answer = good ? FirstRow(statement) : LastError(statement);
   SQLFreeHandle(SQL_HANDLE_STMT, statement);
   return answer;
 }

@@ -22,10 +22,11 @@ class Setting {
   Setting(const Setting&) = delete;
   Setting& operator=(const Setting&) = delete;
   ~Setting() {
-    if (before_)
+    if (before_) {
       EXPECT_EQ(com::WriteText(root_, path_, name_, *before_), ERROR_SUCCESS);
-    else
+    } else {
       RegDeleteKeyValueW(root_, path_.c_str(), name_.c_str());
+    }
   }
 
  private:
@@ -83,8 +84,8 @@ TEST_F(World, TheCurrentDatabaseIsTheUsersSetting) {
 }
 
 TEST_F(World, BoxesAreModalToTheActiveWindow) {
-  const HWND host = CreateWindowW(L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 90, 90, nullptr,
-                                  nullptr, nullptr, nullptr);
+  auto* const host = CreateWindowW(L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 90, 90,
+                                   nullptr, nullptr, nullptr, nullptr);
   SetActiveWindow(host);
   diario_->Call(L"Encerrar");  // the box is answered here
   HWND owner = nullptr;
@@ -116,7 +117,7 @@ int ErrorOf(Operation&& operation) {
 }
 
 void WriteFileAt(const std::wstring& path, std::string_view bytes) {
-  const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+  auto* const file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
   ASSERT_NE(file, INVALID_HANDLE_VALUE);
   DWORD written = 0;
   WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
@@ -163,7 +164,7 @@ TEST(WinFiles, FailuresAreTheRuntimesErrors) {
   EXPECT_EQ(ErrorOf([&] { files.Read(9, &byte, 1); }), 52);
   files.Open(1, file);
   EXPECT_EQ(ErrorOf([&] { files.Open(1, other); }), 55);
-  const HANDLE writer =
+  auto* const writer =
       CreateFileW(com::Wide(other).c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   EXPECT_EQ(ErrorOf([&] { files.Open(2, other); }), 70) << "still being written";
   CloseHandle(writer);
