@@ -25,9 +25,10 @@ bool ValidarData(std::string_view text) {
   if (!IsNumeric(ano) || ToNumber(ano) <= 0) return true;
   if (!IsNumeric(mes) || ToNumber(mes) < 1 || ToNumber(mes) > 12) return true;
   if (!IsNumeric(dia)) return true;
-  if (text.size() > 6 && ToNumber(dia) <= 0) return true;
+  const double numero = ToNumber(dia);
+  if (text.size() > 6 && numero <= 0) return true;
   const int dias = DiasDoMes(static_cast<int>(ToNumber(mes)), static_cast<int>(ToNumber(ano)));
-  return ToNumber(dia) < 1 || ToNumber(dia) > dias;
+  return numero < 1 || numero > dias;
 }
 
 bool ValidarHora(std::string_view text) {

@@ -28,13 +28,36 @@ ShortText Moeda(std::int64_t cents) {
   return std::string_view(out, static_cast<std::size_t>(end - out));
 }
 
+// The same of at least three digits and nothing else, as nearly all amounts are.
+ShortText MoedaDeDigitos(std::string_view cents) {
+  constexpr std::string_view kZeros = "00000000";  // many at a time: most amounts are short or 0
+  if (cents.size() > kZeros.size() + 2 && cents.starts_with(kZeros)) cents.remove_prefix(kZeros.size());
+  cents.remove_prefix(std::min(cents.find_first_not_of('0'), cents.size() - 3));
+  const std::size_t whole = cents.size() - 2;
+  std::size_t before_point = (whole - 1) % 3 + 1;
+  ShortText text;
+  for (const char c : Left(cents, whole)) {
+    if (before_point == 0) {
+      text.Append('.');
+      before_point = 3;
+    }
+    text.Append(c);
+    --before_point;
+  }
+  return text.Append(',').Append(cents[whole]).Append(cents[whole + 1]);
+}
+
 // Halves go away from zero.
 ShortText Inteiro(double number, std::size_t digits) {
+  constexpr double kExact = 1e15;
   std::array<char, 40> text{};
-  const char* const end =
-      std::to_chars(text.data(), text.data() + text.size(), std::round(number), std::chars_format::fixed, 0)
-          .ptr;
-  const std::string_view plain(text.data(), static_cast<std::size_t>(end - text.data()));
+  char* const begin = text.data();
+  char* const limit = begin + text.size();
+  const double rounded = std::round(number);
+  const auto [end, error] = std::abs(rounded) < kExact
+                                ? std::to_chars(begin, limit, static_cast<std::int64_t>(rounded))
+                                : std::to_chars(begin, limit, rounded, std::chars_format::fixed, 0);
+  const std::string_view plain(begin, static_cast<std::size_t>(end - begin));
   ShortText result;
   for (std::size_t i = plain.size(); i < digits; ++i)
     result.Append('0');
@@ -50,19 +73,12 @@ ShortText& ShortText::Append(std::string_view text) {
   return *this;
 }
 
-ShortText& ShortText::Append(char c) {
-  if (size_ == characters_.size()) throw RuntimeError(erro::kArgumentoInvalido);
-  characters_[size_++] = c;
-  return *this;
-}
-
 ShortText FomataValor(std::string_view cents) {
   constexpr std::int64_t kMaior = 92233720368547758;  // the greatest currency, in cents
   constexpr std::size_t kMaisLongo = 40;              // beyond it, no number fits the currency
   if (cents.size() > kMaisLongo)
     throw RuntimeError(IsNumeric(cents) ? erro::kEstouro : erro::kTiposIncompativeis);
-  if (cents.size() > 1 && cents.size() < 16 && OnlyDigits(cents))
-    return Moeda(static_cast<std::int64_t>(Val(cents)));
+  if (cents.size() > 2 && cents.size() < 16 && OnlyDigits(cents)) return MoedaDeDigitos(cents);
   const std::string_view decimals = Right(cents, 2);
   ShortText masked = cents.substr(0, cents.size() - decimals.size());
   masked.Append(decimals.size() == 1 ? ", " : ",").Append(decimals);

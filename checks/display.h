@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "host/runtime_error.h"
+
 namespace tremvik {
 
 /// A short text held in place, so that formatting a field allocates nothing. Appending past its capacity
@@ -18,7 +20,11 @@ class ShortText {
   [[nodiscard]] std::string_view view() const { return *this; }
 
   ShortText& Append(std::string_view text);
-  ShortText& Append(char c);
+  ShortText& Append(char c) {
+    if (size_ == characters_.size()) throw RuntimeError(erro::kArgumentoInvalido);
+    characters_[size_++] = c;
+    return *this;
+  }
 
  private:
   std::array<char, 47> characters_{};

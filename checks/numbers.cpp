@@ -1,7 +1,6 @@
 #include "checks/numbers.h"
 
 #include <cstddef>
-#include <cstdint>
 
 #include "checks/text.h"
 #include "host/runtime_error.h"
@@ -42,26 +41,28 @@ double LeadingNumber(std::string_view text, std::string_view separators) {
 
 }  // namespace
 
+namespace rules {
+
 double Val(std::string_view text) {
-  constexpr std::size_t kMostDigits = 19;  // that any 64-bit number holds
-  if (text.size() > kMostDigits) return LeadingNumber(text, ".");
-  std::uint64_t value = 0;
-  unsigned others = 0;
+  constexpr std::size_t kShort = 8;  // digits that no unsigned number is too small for
+  if (text.size() > kShort) return LeadingNumber(text, ".");
+  unsigned value = 0;
   for (const char c : text) {
-    value = value * 10 + static_cast<unsigned char>(c) - '0';
-    others |= static_cast<unsigned>(!IsDigit(c));
+    if (!IsDigit(c)) return LeadingNumber(text, ".");
+    value = value * 10 + static_cast<unsigned>(c - '0');
   }
-  return others == 0 ? static_cast<double>(value) : LeadingNumber(text, ".");
+  return value;
 }
 
-int IntVal(std::string_view text) { return static_cast<int>(Val(text)); }
-
-bool OnlyDigits(std::string_view text) {
-  unsigned others = text.empty() ? 1 : 0;
-  for (const char c : text)
-    others |= static_cast<unsigned>(!IsDigit(c));
-  return others == 0;
+bool LefRigNumChr(std::string_view field, bool rejects_zero) {
+  if (field.starts_with(' ') || field.starts_with('-')) return true;
+  if (field.ends_with(' ')) return true;
+  if (!IsNumeric(field)) return true;
+  if (field.find_first_of(".,") != std::string_view::npos) return true;
+  return rejects_zero && tremvik::Val(field) == 0;
 }
+
+}  // namespace rules
 
 bool IsNumeric(std::string_view text) {
   text = Trim(text);
@@ -81,19 +82,11 @@ bool IsNumeric(std::string_view text) {
 }
 
 double ToNumber(std::string_view text) {
+  if (OnlyDigits(text)) return Val(text);
   if (!IsNumeric(text)) throw RuntimeError(erro::kTiposIncompativeis);
   return LeadingNumber(text, ".,");
 }
 
 std::int16_t ToInt16(std::string_view text) { return ToInt16(ToNumber(text)); }
-
-bool LefRigNumChr(std::string_view field, bool rejects_zero) {
-  if (OnlyDigits(field)) return rejects_zero && Val(field) == 0;
-  if (field.starts_with(' ') || field.starts_with('-')) return true;
-  if (field.ends_with(' ')) return true;
-  if (!IsNumeric(field)) return true;
-  if (field.find_first_of(".,") != std::string_view::npos) return true;
-  return rejects_zero && Val(field) == 0;
-}
 
 }  // namespace tremvik

@@ -1,20 +1,40 @@
-// Numbers in texts, by the desktop runtime's rules.
+// Numbers in texts, by the desktop runtime's rules. Fields hold plain digits nearly always, so that case is
+// decided here, before the rules are asked.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
+#include "checks/digits.h"
+#include "checks/text.h"
+
 namespace tremvik {
+
+/// True for digits and nothing else, at least one.
+[[nodiscard]] inline bool OnlyDigits(std::string_view text) {
+  if (DigitText::Fits(text)) return DigitText(text).valid();
+  return !text.empty() && std::ranges::all_of(text, IsDigit);
+}
+
+// The same without the shortcut for plain digits.
+namespace rules {
+[[nodiscard]] double Val(std::string_view text);
+[[nodiscard]] bool LefRigNumChr(std::string_view field, bool rejects_zero);
+}  // namespace rules
 
 /// The leading number of `text`: blanks (space, tab, LF) are skipped wherever they stand; optional sign,
 /// digits, one decimal point; the first other character ends it (a comma too). No number gives 0.
-[[nodiscard]] double Val(std::string_view text);
+[[nodiscard]] inline double Val(std::string_view text) {
+  if (DigitText::Fits(text)) {
+    const DigitText number(text);
+    if (number.valid()) return static_cast<double>(number.Value());
+  }
+  return rules::Val(text);
+}
 
 /// `Val` of a text known to hold a whole number of at most nine digits.
-[[nodiscard]] int IntVal(std::string_view text);
-
-/// True for digits and nothing else, at least one.
-[[nodiscard]] bool OnlyDigits(std::string_view text);
+[[nodiscard]] inline int IntVal(std::string_view text) { return static_cast<int>(Val(text)); }
 
 /// The runtime's permissive numeric test: spaces around, one leading sign, digits with at most one decimal
 /// comma or point, at least one digit.
@@ -29,6 +49,9 @@ namespace tremvik {
 
 /// True when a numeric field is inconsistent: a blank or minus in front, a blank behind, not numeric, a
 /// decimal separator or, with `rejects_zero`, the value 0.
-[[nodiscard]] bool LefRigNumChr(std::string_view field, bool rejects_zero = false);
+[[nodiscard]] inline bool LefRigNumChr(std::string_view field, bool rejects_zero = false) {
+  if (!rejects_zero && OnlyDigits(field)) return false;
+  return rules::LefRigNumChr(field, rejects_zero);
+}
 
 }  // namespace tremvik

@@ -54,8 +54,10 @@ std::string Utf8(std::string_view bytes) {
 }
 
 std::string_view Utf8(std::string_view bytes, Utf8Buffer& buffer) {
-  const auto is_ascii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-  if (std::ranges::all_of(bytes, is_ascii)) return bytes;
+  unsigned char bits = 0;  // of all bytes together: without an early end they go many at a time
+  for (const char byte : bytes)
+    bits |= static_cast<unsigned char>(byte);
+  if (bits < 0x80) return bytes;
   char* out = buffer.data();
   for (const char byte : Left(bytes, buffer.size() / 3))
     out = PutUtf8(out, byte);

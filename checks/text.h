@@ -30,13 +30,14 @@ namespace tremvik {
 
 /// `text` without the blanks at its end.
 [[nodiscard]] constexpr std::string_view TrimEnd(std::string_view text) {
+  constexpr std::string_view kBlanks = "        ";  // many at a time: most of a wide field is blank
+  while (text.ends_with(kBlanks))
+    text.remove_suffix(kBlanks.size());
   return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
 /// True when `text` holds nothing but blanks.
-[[nodiscard]] constexpr bool IsBlank(std::string_view text) {
-  return text.find_first_not_of(' ') == std::string_view::npos;
-}
+[[nodiscard]] constexpr bool IsBlank(std::string_view text) { return TrimEnd(text).empty(); }
 
 /// True when `text` holds an unaccented letter.
 [[nodiscard]] bool ContemLetra(std::string_view text);

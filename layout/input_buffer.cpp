@@ -8,7 +8,7 @@ constexpr std::size_t kReadAhead = std::size_t{64} * 1024;
 }  // namespace
 
 InputBuffer::InputBuffer(Files& files, int number, std::string_view path)
-    : files_(files), number_(number), bytes_(kReadAhead) {
+    : files_(files), number_(number), bytes_(std::make_unique_for_overwrite<char[]>(kReadAhead)) {
   files_.Open(number_, path);
   open_ = true;
 }
@@ -26,13 +26,10 @@ void InputBuffer::Close() {
   files_.Close(number_);
 }
 
-std::string_view InputBuffer::Ahead() {
-  if (position_ == end_) {
-    position_ = 0;
-    end_ = 0;
-    end_ = files_.Read(number_, bytes_.data(), bytes_.size());
-  }
-  return {bytes_.data() + position_, end_ - position_};
+void InputBuffer::ReadOn() {
+  position_ = 0;
+  end_ = 0;  // should the read fail
+  end_ = files_.Read(number_, bytes_.get(), kReadAhead);
 }
 
 }  // namespace tremvik

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "host/files.h"
 
@@ -23,14 +23,19 @@ class InputBuffer {
 
   /// The bytes read ahead and not consumed yet; reads on when there are none. Empty at the end of the file
   /// only.
-  std::string_view Ahead();
+  std::string_view Ahead() {
+    if (position_ == end_) ReadOn();
+    return {bytes_.get() + position_, end_ - position_};
+  }
   void Consume(std::size_t count) { position_ += count; }
 
  private:
+  void ReadOn();
+
   Files& files_;
   int number_;
   bool open_ = false;
-  std::vector<char> bytes_;
+  std::unique_ptr<char[]> bytes_;
   std::size_t position_ = 0;
   std::size_t end_ = 0;
 };

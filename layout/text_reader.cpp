@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "layout/record.h"
+
 namespace tremvik {
 namespace {
 
@@ -31,23 +33,29 @@ void TextReader::ReadLine(Line& line) {
 }
 
 void TextReader::ReadCharacters(std::size_t count, std::string& text) {
+  const auto take = [&](std::string_view piece) {
+    text += piece;
+    count -= piece.size();
+  };
   while (count > 0 && !AtEnd()) {
     if (owes_line_feed_) {
-      text += '\n';
+      take(kCrLf.substr(1));
       owes_line_feed_ = false;
-      --count;
       continue;
     }
     const std::string_view ahead = input_.Ahead().substr(0, count);
-    const std::string_view piece = UpToLineEnd(ahead);
-    text += piece;
-    count -= piece.size();
-    input_.Consume(piece.size());
-    if (piece.size() == ahead.size()) continue;
+    const std::size_t before_end = UpToLineEnd(ahead).size();
+    if (ahead.substr(before_end).starts_with(kCrLf)) {  // as in nearly every file
+      take(ahead.substr(0, before_end + kCrLf.size()));
+      input_.Consume(before_end + kCrLf.size());
+      continue;
+    }
+    take(ahead.substr(0, before_end));
+    input_.Consume(before_end);
+    if (before_end == ahead.size()) continue;
     SkipLineEnd();
-    text += '\r';
+    take(kCrLf.substr(0, 1));
     owes_line_feed_ = true;
-    --count;
   }
 }
 

@@ -87,9 +87,9 @@ std::string_view DescricaoCFOP(TabelasFixas& fixas, std::string_view ref, std::s
   if (ref <= "200212" && (f.view().empty() || f.view().ends_with('0'))) return {};
   const bool posterior = conjunto > "2";
   return fixas.PrimeiroTexto(
-      {"SELECT tblQuadroCFOPs.Descrição ", "FROM tblQuadroCFOPs ", "WHERE ((tblQuadroCFOPs.[Grupo 15]='", f,
-       "') OR ", "(tblQuadroCFOPs.[Grupo 26]='", f, "') OR ", "(tblQuadroCFOPs.[Grupo 37]='", f, "')) AND ",
-       "(tblQuadroCFOPs.Conjunto", posterior ? "> '1')" : "='", posterior ? "" : conjunto,
+      {"SELECT tblQuadroCFOPs.Descrição FROM tblQuadroCFOPs WHERE ((tblQuadroCFOPs.[Grupo 15]='", f,
+       "') OR (tblQuadroCFOPs.[Grupo 26]='", f, "') OR (tblQuadroCFOPs.[Grupo 37]='", f,
+       "')) AND (tblQuadroCFOPs.Conjunto", posterior ? "> '1')" : "='", posterior ? "" : conjunto,
        posterior ? "" : "')"},
       "Descrição");
 }

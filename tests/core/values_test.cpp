@@ -17,6 +17,26 @@ TEST(Values, Val) {
     EXPECT_EQ(Val(cells[0]), std::stod(cells[1])) << where;
 }
 
+// Digits are read several at a time, so every width matters, and every byte in every place of it.
+TEST(Values, DigitsOfEveryWidth) {
+  const std::string digits = "9081726354091827";
+  for (std::size_t width = 1; width <= digits.size(); ++width) {
+    std::string text = digits.substr(0, width);
+    EXPECT_EQ(Val(text), std::stod(text));
+    EXPECT_TRUE(OnlyDigits(text)) << text;
+    for (char& place : text) {
+      const char kept = place;
+      for (int byte = 0; byte < 256; ++byte) {
+        place = static_cast<char>(byte);
+        EXPECT_EQ(OnlyDigits(text), byte >= '0' && byte <= '9') << width << " characters, byte " << byte;
+      }
+      place = '/';
+      EXPECT_EQ(Val(text), std::stod("0" + text));
+      place = kept;
+    }
+  }
+}
+
 TEST(Values, NumericTests) {
   struct Numeric {
     std::string_view text;
