@@ -58,8 +58,10 @@ sqlite::Connection* Store::Abrir() {
 }
 
 bool Store::Guarda(std::string_view ie, std::string_view referencia) {
+  if (sem_banco_) return false;
   if (!pergunta_) {
-    if (Abrir() == nullptr) return false;
+    sem_banco_ = Abrir() == nullptr;
+    if (sem_banco_) return false;
     pergunta_ = connection_.Prepare("SELECT 1 FROM declaracao WHERE ie = ? AND referencia = ?", true);
   }
   const bool guarda = pergunta_->Bind(1, ie).Bind(2, referencia).Step();
@@ -105,6 +107,7 @@ void Store::Receber(const std::string& temporario, std::string_view nome_do_arqu
   if (Vazio(connection_)) CriarEsquema();
   Transferir(nome_do_arquivo);
   transacao.Commit();
+  sem_banco_ = false;
 }
 
 }  // namespace tremvik

@@ -28,6 +28,7 @@ class Store {
   std::string file_;
   sqlite::Connection connection_;
   std::optional<sqlite::Statement> pergunta_;
+  bool sem_banco_ = false;  // looked for and not found: the run is the one to make it
 };
 
 }  // namespace tremvik
