@@ -22,17 +22,12 @@ std::string UserFolder(const char* variable, std::string_view below_home) {
 
 }  // namespace
 
-ComponentFolder::ComponentFolder(std::string_view path)
-    : path_(Folder(path)), temporaries_(path_), reference_tables_(path_) {}
-
-void ComponentFolder::MoveTemporaries(std::string_view path) { temporaries_ = Folder(path); }
+ComponentFolder::ComponentFolder(std::string_view path) : path_(Folder(path)), reference_tables_(path_) {}
 
 void ComponentFolder::MoveReferenceTables(std::string_view path) { reference_tables_ = Folder(path); }
 
 std::string ComponentFolder::File(std::string_view name) const {
-  const bool temporary = name == arquivo::kTemporario || name == arquivo::kTemporarioVazio;
-  const std::string& folder =
-      temporary ? temporaries_ : (name == arquivo::kTabelasFixas ? reference_tables_ : path_);
+  const std::string& folder = name == arquivo::kTabelasFixas ? reference_tables_ : path_;
   return std::string(folder).append("/").append(name);
 }
 

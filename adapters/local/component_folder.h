@@ -14,16 +14,13 @@ inline constexpr std::string_view kTemporario = "BDTempPrf.fix";
 }  // namespace arquivo
 
 /// The folder that the component knows as its own. The component writes the path of a file in it as the
-/// folder,
-/// "\" and the name, on every platform; here such a path becomes a path of the machine. Single names may be
-/// kept in another folder without the component noticing. Paths are UTF-8.
+/// folder, "\" and the name, on every platform; here such a path becomes a path of the machine. The reference
+/// tables may lie in another folder without the component noticing. Paths are UTF-8.
 class ComponentFolder {
  public:
   /// `path` is made absolute and loses separators at its end; it need not exist.
   explicit ComponentFolder(std::string_view path);
 
-  /// The temporary database's two names lie in the folder `path` from now on.
-  void MoveTemporaries(std::string_view path);
   /// The reference tables lie in the folder `path` from now on.
   void MoveReferenceTables(std::string_view path);
 
@@ -37,7 +34,6 @@ class ComponentFolder {
 
  private:
   std::string path_;
-  std::string temporaries_;
   std::string reference_tables_;
 };
 

@@ -9,6 +9,7 @@
 #include "adapters/local/folder_lock.h"
 #include "adapters/local/local_application.h"
 #include "adapters/local/local_files.h"
+#include "adapters/local/temporary_names.h"
 #include "adapters/sqlite/declaration_store.h"
 #include "adapters/sqlite/reference_engine.h"
 #include "adapters/sqlite/reference_tables.h"
@@ -46,10 +47,17 @@ class EmbeddedHost::Impl {
   Impl(EmbeddedHostOptions&& options, Screen& screen, Events& events, Diagnostics& diagnostics)
       : folder_(options.pasta),
         files_(folder_),
+        names_(folder_, files_),
         application_(folder_, std::move(options.config_home)),
         engine_(folder_),
         store_(folder_.File(arquivo::kDeclaracoes)),
-        host_{screen, events, diagnostics, files_, application_, engine_, Components(options.modo)} {}
+        host_{screen,
+              events,
+              diagnostics,
+              FilesFor(options.modo),
+              application_,
+              engine_,
+              Components(options.modo)} {}
 
   [[nodiscard]] Host host() const { return host_; }
   void AcompanharLinha(std::function<int()> linha) {
@@ -64,6 +72,7 @@ class EmbeddedHost::Impl {
   }
 
  private:
+  Files& FilesFor(Modo modo) { return modo == Modo::kImportar ? static_cast<Files&>(files_) : names_; }
   ComponentFactory& Components(Modo modo) { return modo == Modo::kImportar ? ToImport() : ToValidate(); }
 
   ComponentFactory& ToImport() {
@@ -76,18 +85,17 @@ class EmbeddedHost::Impl {
   }
 
   ComponentFactory& ToValidate() {
-    scratch_.emplace();
-    folder_.MoveTemporaries(scratch_->path());
     if (Missing(folder_.File(arquivo::kTabelasFixas))) MakeTablesSomewhere();
-    return components_.emplace<DiscardingComponents>(folder_, store_);
+    return components_.emplace<DiscardingComponents>(names_, store_);
   }
 
-  // Where the folder cannot be written, the tables go the way of the temporary files.
+  // Where the folder cannot be written, the tables are made in one that goes with this object.
   void MakeTablesSomewhere() {
     try {
       MakeFolder(folder_.path());
       ConstruirTabelasPadrao(folder_.File(arquivo::kTabelasFixas));
     } catch (const RuntimeError&) {
+      scratch_.emplace();
       folder_.MoveReferenceTables(scratch_->path());
       ConstruirTabelasPadrao(folder_.File(arquivo::kTabelasFixas));
     }
@@ -97,6 +105,7 @@ class EmbeddedHost::Impl {
   std::optional<FolderLock> lock_;
   std::optional<ScratchFolder> scratch_;
   LocalFiles files_;
+  TemporaryNames names_;
   LocalApplication application_;
   SqliteReferenceEngine engine_;
   Store store_;

@@ -1,9 +1,5 @@
 #include "adapters/sqlite/sqlite_components.h"
 
-#include <sys/stat.h>
-
-#include <fstream>
-
 #include "adapters/local/documents.h"
 #include "adapters/sqlite/table_writer.h"
 
@@ -40,19 +36,16 @@ class Consulta final : public ConsultaDeclaracoes {
 
 class BancoDescartado final : public BancoTemporario {
  public:
-  explicit BancoDescartado(const ComponentFolder& folder) : folder_(folder) {}
-  void Preparar() override {
-    if (!std::ofstream(folder_.File(arquivo::kTemporarioVazio))) throw RuntimeError(erro::kPermissaoNegada);
-  }
+  explicit BancoDescartado(TemporaryNames& nomes) : nomes_(nomes) {}
+  void Preparar() override { nomes_.Preparar(); }
   std::int16_t Abrir(std::string_view caminho) override {
-    struct stat found {};
-    if (::stat(folder_.Resolve(caminho).c_str(), &found) != 0) throw RuntimeError(erro::kBancoNaoEncontrado);
+    if (!nomes_.Exists(caminho)) throw RuntimeError(erro::kBancoNaoEncontrado);
     return 1;
   }
   void Encerrar(std::string_view /*caminho*/) override {}
 
  private:
-  const ComponentFolder& folder_;
+  TemporaryNames& nomes_;
 };
 
 class GravadorDescartado final : public Gravador {
@@ -81,7 +74,7 @@ std::unique_ptr<Gravador> SqliteComponents::CriarGravador(Gravavel registro) {
 }
 
 std::unique_ptr<BancoTemporario> DiscardingComponents::CriarBancoTemporario() {
-  return std::make_unique<BancoDescartado>(folder_);
+  return std::make_unique<BancoDescartado>(nomes_);
 }
 
 std::unique_ptr<ConsultaDeclaracoes> DiscardingComponents::CriarConsultaDeclaracoes() {

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "adapters/local/temporary_names.h"
 #include "adapters/sqlite/store.h"
 #include "adapters/sqlite/temporary_database.h"
 #include "host/components.h"
@@ -24,12 +25,12 @@ class SqliteComponents final : public ComponentFactory {
   Store& banco_;
 };
 
-/// Makes components that drop every record; the temporary database is an empty file. The store still answers
+/// Makes components that drop every record; the temporary database is but a name. The store still answers
 /// what it holds.
 class DiscardingComponents final : public ComponentFactory {
  public:
-  /// `folder` and `banco` must outlive them.
-  DiscardingComponents(const ComponentFolder& folder, Store& banco) : folder_(folder), banco_(banco) {}
+  /// `nomes` and `banco` must outlive them.
+  DiscardingComponents(TemporaryNames& nomes, Store& banco) : nomes_(nomes), banco_(banco) {}
 
   std::unique_ptr<BancoTemporario> CriarBancoTemporario() override;
   std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override;
@@ -37,7 +38,7 @@ class DiscardingComponents final : public ComponentFactory {
   std::unique_ptr<Gravador> CriarGravador(Gravavel registro) override;
 
  private:
-  const ComponentFolder& folder_;
+  TemporaryNames& nomes_;
   Store& banco_;
 };
 

@@ -6,6 +6,7 @@
 #include "adapters/local/documents.h"
 #include "adapters/local/local_application.h"
 #include "adapters/local/local_files.h"
+#include "adapters/local/temporary_names.h"
 #include "tests/adapters/support.h"
 
 namespace tremvik {
@@ -63,10 +64,14 @@ TEST_F(LocalFilesTest, NamesAfterABackslashLieInTheFolder) {
   files_.Rename(component_path, folder_.path() + "\\BDTempPrf.fix");
   EXPECT_TRUE(std::filesystem::exists(Path("BDTempPrf.fix")));
 
-  const ScratchFolder other;
-  folder_.MoveTemporaries(other.path());
-  EXPECT_FALSE(files_.Exists(folder_.path() + "\\BDTempPrf.fix"));
-  EXPECT_TRUE(files_.Exists(Path("BDTempPrf.fix"))) << "a path of the machine stays as it is";
+  TemporaryNames names(folder_, files_);
+  EXPECT_FALSE(names.Exists(component_path));
+  EXPECT_THROW(names.Rename(component_path, folder_.path() + "\\BDTempPrf.fix"), RuntimeError);
+  names.Preparar();
+  names.Rename(component_path, folder_.path() + "\\BDTempPrf.fix");
+  names.Delete(folder_.path() + "\\BDTempPrf.fix");
+  EXPECT_FALSE(names.Exists(folder_.path() + "\\BDTempPrf.fix"));
+  EXPECT_TRUE(std::filesystem::exists(Path("BDTempPrf.fix"))) << "only the name goes";
 }
 
 TEST_F(LocalFilesTest, ReadsToTheEndAndGivesNumbersBack) {
