@@ -16,16 +16,17 @@ namespace tremvik {
 /// first eight, which may be some of the same. Packed characters have the first one in the lowest byte.
 class DigitText {
  public:
+  static constexpr std::size_t kFewest = 4;
   [[nodiscard]] static constexpr bool Fits(std::string_view text) {
-    return text.size() >= kFew && text.size() <= 2 * kEight;
+    return text.size() >= kFewest && text.size() <= 2 * kEight;
   }
 
   explicit DigitText(std::string_view text) {
     if (text.size() < kEight) {
       const std::size_t missing = kBits * (kEight - text.size());
       const std::uint64_t front = Packed<std::uint32_t>(text.data());
-      const std::uint64_t back = Packed<std::uint32_t>(text.data() + text.size() - kFew);
-      last_ = back << (kBits * kFew) | front << missing;
+      const std::uint64_t back = Packed<std::uint32_t>(text.data() + text.size() - kFewest);
+      last_ = back << (kBits * kFewest) | front << missing;
       return;
     }
     behind_ = text.size() - kEight;
@@ -45,7 +46,6 @@ class DigitText {
   }
 
  private:
-  static constexpr std::size_t kFew = 4;
   static constexpr std::size_t kEight = 8;
   static constexpr std::size_t kBits = 8;
 

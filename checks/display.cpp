@@ -28,11 +28,12 @@ ShortText Moeda(std::int64_t cents) {
   return std::string_view(out, static_cast<std::size_t>(end - out));
 }
 
-// The same of at least three digits and nothing else, as nearly all amounts are.
+// The same of digits and nothing else, as all amounts of a sound file are; most are short or 0.
 ShortText MoedaDeDigitos(std::string_view cents) {
-  constexpr std::string_view kZeros = "00000000";  // many at a time: most amounts are short or 0
-  if (cents.size() > kZeros.size() + 2 && cents.starts_with(kZeros)) cents.remove_prefix(kZeros.size());
-  cents.remove_prefix(std::min(cents.find_first_not_of('0'), cents.size() - 3));
+  static const ShortText kZero = std::string_view("0,00");
+  const auto first = cents.find_first_not_of('0');
+  if (first == std::string_view::npos) return kZero;
+  cents.remove_prefix(std::min(first, cents.size() - 3));
   const std::size_t whole = cents.size() - 2;
   std::size_t before_point = (whole - 1) % 3 + 1;
   ShortText text;
@@ -112,17 +113,17 @@ ShortText TiraZeros(std::string_view ref, std::string_view cfop) {
 }
 
 ShortText Mascara(std::string_view mask, std::string_view text) {
-  auto missing = static_cast<std::ptrdiff_t>(std::ranges::count(mask, '@')) - std::ssize(text);
+  auto blanks = static_cast<std::ptrdiff_t>(std::ranges::count(mask, '@')) - std::ssize(text);
+  const char* next = text.data();
   ShortText result;
   for (const char c : mask) {
     if (c != '@') {
       result.Append(c);
-    } else if (missing > 0 || text.empty()) {
+    } else if (blanks > 0) {
       result.Append(' ');
-      --missing;
+      --blanks;
     } else {
-      result.Append(text.front());
-      text.remove_prefix(1);
+      result.Append(*next++);
     }
   }
   return result;

@@ -43,16 +43,7 @@ double LeadingNumber(std::string_view text, std::string_view separators) {
 
 namespace rules {
 
-double Val(std::string_view text) {
-  constexpr std::size_t kShort = 8;  // digits that no unsigned number is too small for
-  if (text.size() > kShort) return LeadingNumber(text, ".");
-  unsigned value = 0;
-  for (const char c : text) {
-    if (!IsDigit(c)) return LeadingNumber(text, ".");
-    value = value * 10 + static_cast<unsigned>(c - '0');
-  }
-  return value;
-}
+double Val(std::string_view text) { return LeadingNumber(text, "."); }
 
 bool LefRigNumChr(std::string_view field, bool rejects_zero) {
   if (field.starts_with(' ') || field.starts_with('-')) return true;
@@ -65,6 +56,7 @@ bool LefRigNumChr(std::string_view field, bool rejects_zero) {
 }  // namespace rules
 
 bool IsNumeric(std::string_view text) {
+  if (OnlyDigits(text)) return true;
   text = Trim(text);
   if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
   std::size_t digits = 0;
@@ -87,6 +79,10 @@ double ToNumber(std::string_view text) {
   return LeadingNumber(text, ".,");
 }
 
-std::int16_t ToInt16(std::string_view text) { return ToInt16(ToNumber(text)); }
+std::int16_t ToInt16(std::string_view text) {
+  constexpr std::size_t kNeverTooMany = 4;  // digits
+  if (text.size() <= kNeverTooMany && OnlyDigits(text)) return static_cast<std::int16_t>(IntVal(text));
+  return ToInt16(ToNumber(text));
+}
 
 }  // namespace tremvik

@@ -28,9 +28,15 @@ namespace rules {
 [[nodiscard]] inline double Val(std::string_view text) {
   if (DigitText::Fits(text)) {
     const DigitText number(text);
-    if (number.valid()) return static_cast<double>(number.Value());
+    return number.valid() ? static_cast<double>(number.Value()) : rules::Val(text);
   }
-  return rules::Val(text);
+  if (text.size() > DigitText::kFewest) return rules::Val(text);
+  int value = 0;
+  for (const char c : text) {
+    if (!IsDigit(c)) return rules::Val(text);
+    value = value * 10 + (c - '0');
+  }
+  return value;
 }
 
 /// `Val` of a text known to hold a whole number of at most nine digits.

@@ -32,9 +32,13 @@ Tabela Escolher(std::string_view kind, std::string_view value) {
 }
 
 void Compor(std::string& sql, std::initializer_list<std::string_view> pieces) {
-  sql.clear();
+  std::size_t size = 0;
   for (const std::string_view piece : pieces)
-    sql += piece;
+    size += piece.size();
+  sql.resize(size);
+  auto end = sql.begin();
+  for (const std::string_view piece : pieces)
+    end = std::copy(piece.begin(), piece.end(), end);
 }
 
 // Closes an engine's object at the end of its block, the error of the block coming before that of the

@@ -26,7 +26,7 @@ struct Anuncio {
 
 // One record read as text: its number in the file and what a short file leaves of it.
 struct Linha {
-  std::string texto;
+  std::string_view texto;
   int numero = 0;
 
   template <typename R>
@@ -197,12 +197,18 @@ std::string Contagem::Divergencias(Diagnostics& diagnostics) const {
 }
 
 // Reads one record: its code, then as many characters as the kind's content length, which takes the rest of
-// it and its separators. Of an unknown code nothing more is read.
-void LerRegistro(TextReader& reader, std::string& texto) {
-  texto.clear();
-  reader.ReadCharacters(2, texto);
-  const KindInfo* const kind = FindKind(texto);
-  if (kind != nullptr) reader.ReadCharacters(static_cast<std::size_t>(kind->length), texto);
+// it and its separators. Of an unknown code nothing more is read. The text is valid until the next record;
+// one that is not a line of its kind's length is put together in `partes`.
+std::string_view LerRegistro(TextReader& reader, std::string& partes) {
+  if (const KindInfo* const kind = FindKind(Left(reader.Ahead(), 2))) {
+    const std::string_view linha = reader.TakeLine(static_cast<std::size_t>(kind->length));
+    if (!linha.empty()) return linha;
+  }
+  partes.clear();
+  reader.ReadCharacters(2, partes);
+  const KindInfo* const kind = FindKind(partes);
+  if (kind != nullptr) reader.ReadCharacters(static_cast<std::size_t>(kind->length), partes);
+  return partes;
 }
 
 }  // namespace
@@ -214,8 +220,9 @@ bool CompararTotais(std::string_view path, const ReconciliationHost& host, std::
   TextReader reader(host.files, NumeroArquivoTexto, path);
   Contagem contagem;
   Linha linha;
+  std::string partes;
   while (!reader.AtEnd()) {
-    LerRegistro(reader, linha.texto);
+    linha.texto = LerRegistro(reader, partes);
     Increment(NumeroLinha);
     ++linha.numero;
     const std::size_t kind = KindOfNumber(IntVal(Left(linha.texto, 2)));

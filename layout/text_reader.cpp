@@ -32,30 +32,31 @@ void TextReader::ReadLine(Line& line) {
   }
 }
 
+std::string_view TextReader::TakeLine(std::size_t length) {
+  const std::string_view line = Ahead().substr(0, length + kCrLf.size());
+  if (UpToLineEnd(line).size() != length || !line.substr(length).starts_with(kCrLf)) return {};
+  input_.Consume(line.size());
+  return line;
+}
+
 void TextReader::ReadCharacters(std::size_t count, std::string& text) {
-  const auto take = [&](std::string_view piece) {
-    text += piece;
-    count -= piece.size();
-  };
   while (count > 0 && !AtEnd()) {
     if (owes_line_feed_) {
-      take(kCrLf.substr(1));
+      text += '\n';
       owes_line_feed_ = false;
+      --count;
       continue;
     }
     const std::string_view ahead = input_.Ahead().substr(0, count);
-    const std::size_t before_end = UpToLineEnd(ahead).size();
-    if (ahead.substr(before_end).starts_with(kCrLf)) {  // as in nearly every file
-      take(ahead.substr(0, before_end + kCrLf.size()));
-      input_.Consume(before_end + kCrLf.size());
-      continue;
-    }
-    take(ahead.substr(0, before_end));
-    input_.Consume(before_end);
-    if (before_end == ahead.size()) continue;
+    const std::string_view piece = UpToLineEnd(ahead);
+    text += piece;
+    count -= piece.size();
+    input_.Consume(piece.size());
+    if (piece.size() == ahead.size()) continue;
     SkipLineEnd();
-    take(kCrLf.substr(0, 1));
+    text += '\r';
     owes_line_feed_ = true;
+    --count;
   }
 }
 

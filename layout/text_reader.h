@@ -23,6 +23,11 @@ class TextReader {
   [[nodiscard]] bool AtEnd();
   /// Reads one line into `line`.
   void ReadLine(Line& line);
+  /// What lies read ahead, as it stands in the file: nothing at its end, and within a line end.
+  [[nodiscard]] std::string_view Ahead() { return owes_line_feed_ ? std::string_view{} : input_.Ahead(); }
+  /// The next `length` characters and their CR LF, where they are just that and lie ahead in one piece; else
+  /// nothing is read. Valid until the next read.
+  [[nodiscard]] std::string_view TakeLine(std::size_t length);
   /// Appends the next `count` characters to `text`, any line end standing for the two characters CR LF; fewer
   /// where the file ends.
   void ReadCharacters(std::size_t count, std::string& text);
