@@ -45,6 +45,14 @@ class DigitText {
     return ValueOf(first_) * kPowers[behind_] + ValueOf(last_ >> again << again);
   }
 
+  /// How many zeros stand in front of a text of at least eight digits.
+  [[nodiscard]] std::size_t Zeros() const {
+    const auto zeros = [](std::uint64_t packed) {
+      return static_cast<std::size_t>(std::countr_zero(packed)) / kBits;
+    };
+    return first_ != 0 ? zeros(first_) : behind_ + zeros(last_);
+  }
+
  private:
   static constexpr std::size_t kEight = 8;
   static constexpr std::size_t kBits = 8;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "checks/digits.h"
 #include "checks/numbers.h"
 #include "checks/text.h"
 #include "host/runtime_error.h"
@@ -28,24 +29,19 @@ ShortText Moeda(std::int64_t cents) {
   return std::string_view(out, static_cast<std::size_t>(end - out));
 }
 
-// The same of digits and nothing else, as all amounts of a sound file are; most are short or 0.
+// The same of at most fifteen digits and nothing else, as all amounts of a sound file are: every digit goes
+// to its place, and the text begins at the first one that counts.
 ShortText MoedaDeDigitos(std::string_view cents) {
-  static const ShortText kZero = std::string_view("0,00");
-  const auto first = cents.find_first_not_of('0');
-  if (first == std::string_view::npos) return kZero;
-  cents.remove_prefix(std::min(first, cents.size() - 3));
-  const std::size_t whole = cents.size() - 2;
-  std::size_t before_point = (whole - 1) % 3 + 1;
-  ShortText text;
-  for (const char c : Left(cents, whole)) {
-    if (before_point == 0) {
-      text.Append('.');
-      before_point = 3;
-    }
-    text.Append(c);
-    --before_point;
-  }
-  return text.Append(',').Append(cents[whole]).Append(cents[whole + 1]);
+  constexpr std::array<std::size_t, 15> kPlaces{0, 2, 3, 4, 6, 7, 8, 10, 11, 12, 14, 15, 16, 18, 19};
+  constexpr std::size_t kUnits = 12;  // counts always
+  std::array<char, kPlaces.size()> digits{};
+  digits.fill('0');
+  std::ranges::copy(cents, digits.end() - std::ssize(cents));
+  std::array<char, 21> text{"0.000.000.000.000,00"};
+  for (std::size_t i = 0; i < digits.size(); ++i)
+    text[kPlaces[i]] = digits[i];
+  const std::size_t zeros = DigitText({digits.data(), digits.size()}).Zeros();
+  return std::string_view(text.data(), text.size() - 1).substr(kPlaces[std::min(zeros, kUnits)]);
 }
 
 // Halves go away from zero.
@@ -79,7 +75,7 @@ ShortText FomataValor(std::string_view cents) {
   constexpr std::size_t kMaisLongo = 40;              // beyond it, no number fits the currency
   if (cents.size() > kMaisLongo)
     throw RuntimeError(IsNumeric(cents) ? erro::kEstouro : erro::kTiposIncompativeis);
-  if (cents.size() > 2 && cents.size() < 16 && OnlyDigits(cents)) return MoedaDeDigitos(cents);
+  if (cents.size() > 1 && cents.size() < 16 && OnlyDigits(cents)) return MoedaDeDigitos(cents);
   const std::string_view decimals = Right(cents, 2);
   ShortText masked = cents.substr(0, cents.size() - decimals.size());
   masked.Append(decimals.size() == 1 ? ", " : ",").Append(decimals);
