@@ -24,7 +24,12 @@ struct Fault {
   FaultLocation where;
 };
 
-// The message about a line, empty where the line is right, and the columns that are missing or too many.
+bool TemTamanhoCerto(const TextReader::Line& line) {
+  const KindInfo* const kind = FindKind(line.code);
+  return kind != nullptr && line.length == static_cast<std::size_t>(kind->length);
+}
+
+// The message about a line that is not right, and its columns that are missing or too many.
 Fault Conferir(const TextReader::Line& line, std::int16_t numero) {
   const KindInfo* const kind = FindKind(line.code);
   if (kind == nullptr) {
@@ -32,11 +37,10 @@ Fault Conferir(const TextReader::Line& line, std::int16_t numero) {
             {numero, "", "CR", 1, 2, line.code}};
   }
   const auto length = static_cast<std::size_t>(kind->length);
-  if (line.length == length) return {};
   const std::size_t last_right = std::min(line.length, length);
   const std::size_t wrong = std::max(line.length, length) - last_right;
   const int width = static_cast<int>(std::min<std::size_t>(wrong, std::numeric_limits<int>::max()));
-  return {"Tamanho do registro inválido.  CR = " + line.code + "  -  Linha " + std::to_string(numero),
+  return {"Tamanho do registro inválido.  CR = " + Utf8(line.code) + "  -  Linha " + std::to_string(numero),
           {numero, kind->code, "Tamanho", static_cast<int>(last_right) + 1, width, {}}};
 }
 
@@ -48,8 +52,8 @@ bool Percorrer(std::string_view path, const LengthPassHost& host, std::uint8_t& 
   while (!reader.AtEnd()) {
     reader.ReadLine(line);
     Increment(linhas);
+    if (TemTamanhoCerto(line)) continue;
     const Fault fault = Conferir(line, linhas);
-    if (fault.mensagem.empty()) continue;
     reader.Close();
     Mostrar(host, fault.mensagem, &fault.where);
     return true;

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "checks/display.h"
 #include "checks/numbers.h"
 #include "checks/text.h"
 #include "layout/int16.h"
@@ -17,7 +18,7 @@ struct Anuncio {
   int linha = 0;
   std::string_view registro;
   FieldInfo field{};
-  std::string valor;
+  ShortText valor;
 
   [[nodiscard]] FaultLocation Where() const {
     return {linha, registro, field.name, field.position, field.width, valor};
@@ -35,7 +36,7 @@ struct Linha {
   }
   template <typename R>
   [[nodiscard]] Anuncio Anuncia(const Field<R>& field) const {
-    return {numero, R::kCode, {field.name, field.position, field.width}, std::string(Texto(field))};
+    return {numero, R::kCode, {field.name, field.position, field.width}, Texto(field)};
   }
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "checks/text.h"
 #include "layout/record.h"
 
 namespace tremvik {
@@ -18,12 +19,12 @@ std::string_view UpToLineEnd(std::string_view text) {
 bool TextReader::AtEnd() { return !owes_line_feed_ && input_.Ahead().empty(); }
 
 void TextReader::ReadLine(Line& line) {
-  line.code.clear();
-  line.length = 0;
+  line = {};
   while (true) {
     const std::string_view ahead = input_.Ahead();
     const std::string_view piece = UpToLineEnd(ahead);
-    if (line.code.size() < 2) line.code.append(piece.substr(0, 2 - line.code.size()));
+    for (const char c : Left(piece, 2 - line.code.view().size()))
+      line.code.Append(c);
     line.length += piece.size();
     input_.Consume(piece.size());
     if (piece.size() == ahead.size() && !ahead.empty()) continue;  // the line goes on in the next piece
@@ -61,6 +62,7 @@ void TextReader::ReadCharacters(std::size_t count, std::string& text) {
 }
 
 void TextReader::SkipLineEnd() {
+  if (input_.Ahead().starts_with(kCrLf)) return input_.Consume(kCrLf.size());
   const bool carriage_return = input_.Ahead().front() == '\r';
   input_.Consume(1);
   if (carriage_return && input_.Ahead().starts_with('\n')) input_.Consume(1);

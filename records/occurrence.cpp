@@ -63,13 +63,13 @@ Verdict ValidarDetalhes(Pass& pass, EstadoOcorrencia& ocorrencia) {
 }
 
 Verdict ValidarSomas(const Record<Cr20>& r, const EstadoOcorrencia& ocorrencia) {
-  const ShortText valor = SemZeros(Val(r[C::kValor]));
   const bool com_25a27 = Val(r[C::kQ25]) > 0 || Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0;
-  if (com_25a27 && valor.view() != SemZeros(ocorrencia.SomaValorCR25a27).view()) {
+  if (com_25a27 && SemZeros(Val(r[C::kValor])).view() != SemZeros(ocorrencia.SomaValorCR25a27).view()) {
     return Refuse(r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
                   "O campo Valor é diferente da somatória do campo Valor dos CR=25 ou 26 ou 27. ");
   }
-  if (Val(r[C::kQ28]) > 0 && valor.view() != SemZeros(ocorrencia.SomaValorCR28).view()) {
+  if (Val(r[C::kQ28]) > 0 &&
+      SemZeros(Val(r[C::kValor])).view() != SemZeros(ocorrencia.SomaValorCR28).view()) {
     return Refuse(r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
                   "O campo Valor é diferente da somatória do campo Valor dos CR=28. ");
   }
