@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "checks/text.h"
 #include "layout/record.h"
 
 namespace tremvik {
@@ -19,12 +18,12 @@ std::string_view UpToLineEnd(std::string_view text) {
 bool TextReader::AtEnd() { return !owes_line_feed_ && input_.Ahead().empty(); }
 
 void TextReader::ReadLine(Line& line) {
-  line = {};
+  line.code.clear();
+  line.length = 0;
   while (true) {
     const std::string_view ahead = input_.Ahead();
     const std::string_view piece = UpToLineEnd(ahead);
-    for (const char c : Left(piece, 2 - line.code.view().size()))
-      line.code.Append(c);
+    if (line.code.size() < 2) line.code.append(piece.substr(0, 2 - line.code.size()));
     line.length += piece.size();
     input_.Consume(piece.size());
     if (piece.size() == ahead.size() && !ahead.empty()) continue;  // the line goes on in the next piece

@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "checks/display.h"
 #include "layout/input_buffer.h"
 
 namespace tremvik {
@@ -15,7 +14,7 @@ class TextReader {
  public:
   /// What the length pass wants of a line; its length may exceed any memory, so the text itself is not kept.
   struct Line {
-    ShortText code;          ///< its first two characters, or fewer where it is shorter
+    std::string code;        ///< its first two characters, or fewer where it is shorter
     std::size_t length = 0;  ///< in characters, without the line end
   };
 
