@@ -109,20 +109,15 @@ ShortText TiraZeros(std::string_view ref, std::string_view cfop) {
 }
 
 ShortText Mascara(std::string_view mask, std::string_view text) {
-  auto blanks = static_cast<std::ptrdiff_t>(std::ranges::count(mask, '@')) - std::ssize(text);
-  const char* next = text.data();
-  ShortText result;
-  for (const char c : mask) {
-    if (c != '@') {
-      result.Append(c);
-    } else if (blanks > 0) {
-      result.Append(' ');
-      --blanks;
-    } else {
-      result.Append(*next++);
-    }
+  std::array<char, ShortText::kCapacity> filled{};
+  if (mask.size() > filled.size()) throw RuntimeError(erro::kArgumentoInvalido);
+  for (std::size_t i = mask.size(); i-- > 0;) {
+    filled[i] = mask[i];
+    if (mask[i] != '@') continue;
+    filled[i] = text.empty() ? ' ' : text.back();
+    if (!text.empty()) text.remove_suffix(1);
   }
-  return result;
+  return std::string_view(filled.data(), mask.size());
 }
 
 ShortText DataComBarras(std::string_view data) { return Mascara("@@@@/@@/@@", data); }

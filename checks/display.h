@@ -13,6 +13,8 @@ namespace tremvik {
 /// raises error 5.
 class ShortText {
  public:
+  static constexpr std::size_t kCapacity = 47;
+
   ShortText() = default;
   ShortText(std::string_view text) { Append(text); }
 
@@ -27,7 +29,7 @@ class ShortText {
   }
 
  private:
-  std::array<char, 47> characters_{};
+  std::array<char, kCapacity> characters_{};
   unsigned char size_ = 0;
 };
 

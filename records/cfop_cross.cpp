@@ -31,7 +31,8 @@ Verdict ValidarCfopComQ14(const Record<Cr10>& r, const Cfop& cfop) {
 Verdict ValidarImposto(const Pass& pass, const Record<Cr10>& r) {
   const double base = Val(r[C::kBaseCalculo]);
   if (base <= 0) return Accepted;
-  if (Val(r[C::kImposto]) == 0) {
+  const double imposto = Val(r[C::kImposto]);
+  if (imposto == 0) {
     return Refuse(r, C::kImposto, "Tabela 03, CR=10, Campo - Imposto", "Inconsistente, Posição 39.");
   }
   const auto perguntar = [&] {
@@ -39,7 +40,7 @@ Verdict ValidarImposto(const Pass& pass, const Record<Cr10>& r) {
         Refuse(r, C::kImposto, "Tabela 03, CR=10, Campo - Imposto",
                "Inconsistente, Posição 39, Linha nº " + pass.declaracao.TextoLinha));
   };
-  if (Val(SemZeros(Val(r[C::kImposto]))) == 0) {
+  if (Val(SemZeros(imposto)) == 0) {
     if (auto refused = perguntar()) return refused;
   }
   if (r[C::kImposto] > QuinzeDigitos(base * 0.25).view()) {
