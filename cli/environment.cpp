@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <charconv>
 
+#include "adapters/local/component_folder.h"
 #include "adapters/sqlite/declaration_store.h"
 #include "cli/text.h"
 
@@ -16,6 +17,11 @@ namespace {
 
 // Raised by the store when it came to hold a declaration that is being moved into it.
 constexpr int kJaGuardada = 3022;
+
+// True when the words of `error` name that file of the folder.
+bool Names(const RuntimeError& error, std::string_view file) {
+  return error.description().find(file) != std::string::npos;
+}
 
 }  // namespace
 
@@ -77,6 +83,10 @@ std::string Remedy(const RuntimeError& error, const std::string& folder) {
     case erro::kDiscoCheio:
       return "o disco da pasta " + name + " está cheio" + what + ". Libere espaço e tente de novo.";
     case erro::kBancoEmUso:
+      if (Names(error, arquivo::kTabelasFixas) || Names(error, arquivo::kDeclaracoes)) {
+        return "um banco de dados da pasta " + name + " está em uso por outro programa" + what +
+               ". Feche-o nesse programa e tente de novo.";
+      }
       return "a pasta " + name + " está em uso por outra importação" + what +
              ". Espere que ela termine ou use outra pasta com --pasta.";
     case erro::kBancoNaoEncontrado:
@@ -84,7 +94,7 @@ std::string Remedy(const RuntimeError& error, const std::string& folder) {
     case erro::kSintaxeDaConsulta:
     case erro::kTabelaNaoEncontrada:
     case erro::kFormatoDesconhecido:
-      if (error.description().find(arquivo::kDeclaracoes) != std::string::npos) {
+      if (Names(error, arquivo::kDeclaracoes)) {
         return "as declarações guardadas na pasta " + name + " não podem ser lidas" + what +
                ". Ponha de volta uma cópia de segurança desse arquivo ou use outra pasta com --pasta.";
       }

@@ -82,7 +82,7 @@ TEST(Environment, DatabasesHeldByAnotherProgram) {
     const Held held(scene.pasta() + file);
     const ProgramEnd end = RunProgram(Import(scene, scene.pasta()));
     EXPECT_EQ(end.status, kEnvironment) << file << end.output;
-    EXPECT_NE(end.output.find("em uso"), std::string::npos) << end.output;
+    EXPECT_NE(end.output.find("em uso por outro programa"), std::string::npos) << end.output;
   }
 }
 
