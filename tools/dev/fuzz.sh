@@ -42,8 +42,8 @@ fuzz_one() {
   (cd "$work" && exec "$root/build/fuzz/fuzz/fuzz_$1" -max_total_time="$2" -jobs="$(nproc)" -workers="$(nproc)" \
     -max_len=12000 -timeout=20 -rss_limit_mb=4096 -print_final_stats=1 \
     -artifact_prefix="$root/build/fuzz/faults/$1/" "$root/build/fuzz/found/$1" "$root/fuzz/corpus/$1" \
-    ${3:+"$root/$3"}) || status=$?
-  cat "$work"/fuzz-*.log
+    ${3:+"$root/$3"}) >"$work/jobs.log" 2>&1 || status=$?
+  cat "$work"/fuzz-*.log 2>/dev/null || cat "$work/jobs.log"  # which repeats them
   return "$status"
 }
 
