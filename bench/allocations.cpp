@@ -7,8 +7,8 @@
 #include <numeric>
 #include <string>
 
-#include "cli/exemplo/exemplo.h"
 #include "component/tremvik.h"
+#include "sample/sample.h"
 #include "tests/support/tables_host.h"
 
 namespace {
@@ -57,7 +57,7 @@ long Run(test::References& references, const std::string& file, int records) {
 
 // The second run's, in which every look-up is known.
 long Allocations(test::References& references, int records) {
-  const std::string file = exemplo::Gerar({.registros = records});
+  const std::string file = sample::Gerar({.registros = records});
   Run(references, file, records);
   return Run(references, file, records);
 }

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "checks/numbers.h"
-#include "checks/text.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

@@ -3,9 +3,9 @@
 #include <array>
 #include <chrono>
 
-#include "checks/numbers.h"
-#include "checks/text.h"
-#include "layout/int16.h"
+#include "runtime/int16.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "cli/console.h"
 #include "cli/environment.h"
-#include "cli/exemplo/exemplo.h"
+#include "sample/sample.h"
 
 namespace tremvik::cli {
 
@@ -23,7 +23,7 @@ struct Pedido {
   unsigned paralelo = 1;
   std::string ie;          ///< dotted form; empty for all
   std::string referencia;  ///< "AAAA-MM"; empty for all
-  exemplo::Opcoes exemplo;
+  sample::Opcoes exemplo;
   std::string saida;  ///< file to write; empty for standard output
   std::string dados;  ///< folder of the CSV files; empty for the built-in rows
 };

@@ -40,7 +40,7 @@ Saida Validate(const Pedido& pedido, const Terminal& terminal, Output& out, Outp
 Saida WriteSample(const Pedido& pedido, Output& out, Output& err) {
   std::string bytes;
   try {
-    bytes = exemplo::Gerar(pedido.exemplo);
+    bytes = sample::Gerar(pedido.exemplo);
   } catch (const std::invalid_argument& error) {
     err.Write("tremvik: " + std::string(error.what()) + "\n");
     return Saida::kAmbiente;

@@ -3,11 +3,11 @@
 #include <string>
 
 #include "host/runtime_error.h"
-#include "layout/dispatcher.h"
-#include "layout/int16.h"
-#include "layout/length_pass.h"
-#include "layout/master_record.h"
-#include "layout/reconciliation.h"
+#include "passes/length_pass.h"
+#include "passes/reconciliation.h"
+#include "records/declaration.h"
+#include "records/master_record.h"
+#include "runtime/int16.h"
 
 namespace tremvik {
 namespace {

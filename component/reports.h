@@ -3,7 +3,7 @@
 #include "checks/verdict.h"
 #include "component/run_state.h"
 #include "host/host.h"
-#include "layout/block_reader.h"
+#include "input/block_reader.h"
 #include "records/pass.h"
 
 namespace tremvik {

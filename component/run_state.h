@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
-#include "layout/estado.h"
 #include "layout/registros.h"
+#include "records/state.h"
 
 namespace tremvik {
 

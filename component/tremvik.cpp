@@ -1,9 +1,9 @@
 #include "component/tremvik.h"
 
 #include "checks/credit_code.h"
-#include "checks/display.h"
-#include "checks/numbers.h"
 #include "component/import_run.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 

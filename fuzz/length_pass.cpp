@@ -1,5 +1,5 @@
 // The record length pass, against a few lines of code that say the same in another way.
-#include "layout/length_pass.h"
+#include "passes/length_pass.h"
 
 #include <string>
 #include <vector>

@@ -7,16 +7,16 @@
 #include <vector>
 
 #include "adapters/local/documents.h"
-#include "cli/exemplo/documentos.h"
-#include "cli/exemplo/exemplo.h"
-#include "cli/exemplo/sorteio.h"
 #include "fuzz/repairs.h"
 #include "layout/kinds.h"
+#include "sample/draw.h"
+#include "sample/registrations.h"
+#include "sample/sample.h"
 
 namespace tremvik::fuzz {
 namespace {
 
-using exemplo::Sorteio;
+using sample::Sorteio;
 
 // Values around which rules change, by field.
 struct Interesting {
@@ -135,7 +135,7 @@ void CopyDeclaration(Sorteio& draw, Lines& lines) {
 // A valid declaration of a sample file takes the place of all others.
 void TakeSample(Sorteio& draw, Lines& lines) {
   const int declaracoes = draw.Entre(1, 3);
-  lines = SplitLines(exemplo::Gerar({.declaracoes = declaracoes, .semente = draw.Bits() % 100'000}));
+  lines = SplitLines(sample::Gerar({.declaracoes = declaracoes, .semente = draw.Bits() % 100'000}));
 }
 
 void MoveRecord(Sorteio& draw, Lines& lines) {

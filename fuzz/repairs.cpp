@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "adapters/local/documents.h"
-#include "cli/exemplo/documentos.h"
+#include "sample/registrations.h"
 
 namespace tremvik::fuzz {
 namespace {
@@ -144,7 +144,7 @@ void RepairSums(Lines& lines) {
   }
 }
 
-void RepairAuthorizations(Lines& lines, exemplo::Sorteio& draw) {
+void RepairAuthorizations(Lines& lines, sample::Sorteio& draw) {
   constexpr std::array<std::string_view, 7> kSubItems{"220", "221", "740", "741", "223", "744", "745"};
   std::string ie;
   std::string sub_item;
@@ -154,7 +154,7 @@ void RepairAuthorizations(Lines& lines, exemplo::Sorteio& draw) {
     if (!line.starts_with("28") || !IsDigits(ie) || sub_item.size() != 5) continue;
     if (std::ranges::find(kSubItems, std::string_view(sub_item).substr(2)) == kSubItems.end()) continue;
     const std::int64_t value = Number(FieldText(line, Info(Cr28::kValor)));
-    Put(line, Cr28::kCodAutorizacao, exemplo::SortearAutorizacao(draw, sub_item, value, ie));
+    Put(line, Cr28::kCodAutorizacao, sample::SortearAutorizacao(draw, sub_item, value, ie));
   }
 }
 

@@ -6,7 +6,7 @@
 
 #include "component/tremvik.h"
 #include "fuzz/target.h"
-#include "layout/text_reader.h"
+#include "input/text_reader.h"
 #include "tests/support/tables_host.h"
 
 namespace tremvik::fuzz {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "checks/text.h"
 #include "records/pass.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 

@@ -1,7 +1,7 @@
 #include "checks/credit_code.h"
-#include "checks/display.h"
-#include "checks/numbers.h"
 #include "records/occurrence_details.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 namespace {

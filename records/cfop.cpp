@@ -3,12 +3,12 @@
 #include <array>
 #include <string>
 
-#include "checks/display.h"
-#include "checks/numbers.h"
-#include "layout/period.h"
+#include "checks/period.h"
 #include "records/cfop_sets.h"
 #include "records/cfop_validity.h"
 #include "records/interstate.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 namespace {

@@ -3,12 +3,12 @@
 #include <span>
 #include <string>
 
-#include "checks/display.h"
-#include "checks/numbers.h"
-#include "layout/period.h"
+#include "checks/period.h"
 #include "records/cfop.h"
 #include "records/cfop_sets.h"
 #include "records/cfop_validity.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 namespace {

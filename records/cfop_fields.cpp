@@ -1,9 +1,9 @@
 #include <string>
 
-#include "checks/numbers.h"
-#include "checks/text.h"
 #include "records/cfop.h"
 #include "records/cfop_validity.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstddef>
 
-#include "layout/period.h"
+#include "checks/period.h"
 
 namespace tremvik {
 

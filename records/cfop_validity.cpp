@@ -4,9 +4,9 @@
 #include <array>
 #include <string>
 
-#include "checks/numbers.h"
-#include "checks/text.h"
-#include "layout/period.h"
+#include "checks/period.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

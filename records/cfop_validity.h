@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-#include "checks/display.h"
 #include "layout/cr05.h"
 #include "layout/cr10.h"
 #include "records/pass.h"
+#include "runtime/display.h"
 
 namespace tremvik {
 

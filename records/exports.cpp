@@ -1,8 +1,8 @@
 #include "records/exports.h"
 
-#include "checks/display.h"
-#include "checks/numbers.h"
-#include "checks/text.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

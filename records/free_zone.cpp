@@ -1,7 +1,7 @@
 #include "records/free_zone.h"
 
-#include "checks/numbers.h"
 #include "records/as_it_stands.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 namespace {

@@ -3,10 +3,10 @@
 #include <string>
 
 #include "checks/dates.h"
-#include "checks/display.h"
-#include "checks/numbers.h"
-#include "checks/text.h"
-#include "layout/int16.h"
+#include "runtime/display.h"
+#include "runtime/int16.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

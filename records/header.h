@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/components.h"
-#include "layout/estado.h"
 #include "records/pass.h"
+#include "records/state.h"
 
 namespace tremvik {
 

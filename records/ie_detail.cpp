@@ -1,6 +1,6 @@
-#include "checks/display.h"
-#include "checks/numbers.h"
 #include "records/occurrence_details.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 namespace {

@@ -1,8 +1,8 @@
 #include "records/interstate.h"
 
-#include "checks/numbers.h"
 #include "records/as_it_stands.h"
 #include "records/free_zone.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 namespace {

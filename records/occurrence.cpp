@@ -1,10 +1,10 @@
 #include "records/occurrence.h"
 
-#include "checks/display.h"
-#include "checks/numbers.h"
-#include "checks/text.h"
 #include "records/occurrence_details.h"
 #include "records/occurrence_rules.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

@@ -1,10 +1,10 @@
 #include <array>
 #include <span>
 
-#include "checks/numbers.h"
-#include "checks/text.h"
-#include "layout/period.h"
+#include "checks/period.h"
 #include "records/occurrence_rules.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 

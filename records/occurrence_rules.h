@@ -3,11 +3,11 @@
 
 #include <string_view>
 
-#include "checks/display.h"
 #include "layout/cr05.h"
 #include "layout/cr20.h"
-#include "layout/estado.h"
 #include "records/pass.h"
+#include "records/state.h"
+#include "runtime/display.h"
 
 namespace tremvik {
 

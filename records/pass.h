@@ -4,9 +4,9 @@
 #include "checks/reference_tables.h"
 #include "checks/verdict.h"
 #include "host/components.h"
-#include "layout/block_reader.h"
-#include "layout/estado.h"
+#include "input/block_reader.h"
 #include "layout/registros.h"
+#include "records/state.h"
 
 namespace tremvik {
 

@@ -7,11 +7,11 @@
 #include <string_view>
 
 #include "checks/dates.h"
-#include "checks/display.h"
-#include "checks/numbers.h"
-#include "checks/text.h"
-#include "layout/int16.h"
-#include "layout/period.h"
+#include "checks/period.h"
+#include "runtime/display.h"
+#include "runtime/int16.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

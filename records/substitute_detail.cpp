@@ -1,9 +1,9 @@
 #include "checks/dates.h"
-#include "checks/display.h"
-#include "checks/numbers.h"
-#include "checks/text.h"
 #include "records/occurrence_details.h"
 #include "records/occurrence_rules.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the levels of the code: a file includes only files of its own or a lower level, and the core includes
+"""Holds the levels of the code: a file includes only files of its own folder or a lower level, and the core includes
 nothing but itself and the standard library. Prints each include that does not fit; exit status 1 if any.
 
 usage: check_includes.py [ROOT]      (default: the project that holds this script)
@@ -8,18 +8,24 @@ import pathlib
 import re
 import sys
 
-# Level of each folder. Folders that stand above all (tests, tools, ...) may include anything.
+# Level of each folder: a file includes files of its own folder and of lower levels. Folders that stand above all
+# (tests, tools, ...) may include anything.
 FOLDER_LEVELS = {
     "host": 0,
-    "layout": 1,  # the records' skeleton; exceptions below
-    "checks": 2,
+    "layout": 1,
+    "runtime": 2,
+    "input": 3,
+    "checks": 3,
     "records": 4,
-    "component": 6,
-    "adapters": 7,
-    "cli": 8,
+    "passes": 4,
+    "component": 5,
+    "adapters/local": 6,
+    "adapters/sqlite": 7,
+    "adapters/trace": 7,
+    "adapters/com": 7,
+    "sample": 8,
+    "cli": 9,
 }
-# The passes and the dispatcher are part of layout/ but stand on the checks and the records.
-LAYOUT_LEVELS = {"length_pass": 3, "master_record": 3, "reconciliation": 3, "dispatcher": 5}
 FREE_FOLDERS = {"tests", "bench", "fuzz", "tools", "examples"}
 CORE_LEVEL = FOLDER_LEVELS["component"]
 
@@ -44,16 +50,14 @@ def includes(path):
         yield text.count("\n", 0, match.start()) + 1, match.group(1), match.group(2)
 
 
-def level(relative):
-    """The level of the file at `relative` (from the root), or None where levels do not hold."""
-    folder = relative.parts[0]
-    if folder == "layout":
-        return LAYOUT_LEVELS.get(relative.stem, FOLDER_LEVELS["layout"])
-    return FOLDER_LEVELS.get(folder)
+def folder_of(relative):
+    """The folder of the table that holds the file at `relative` (from the root), or None."""
+    return next((str(folder) for folder in relative.parents if str(folder) in FOLDER_LEVELS), None)
 
 
 def faults_of(root, relative):
-    own = level(relative)
+    own_folder = folder_of(relative)
+    own = FOLDER_LEVELS[own_folder]
     for line, quoted, angle in includes(root / relative):
         place = f"{relative}:{line}"
         if angle:
@@ -61,15 +65,16 @@ def faults_of(root, relative):
                 yield f"{place}: <{angle}> is no standard header; the core includes itself and the standard library only"
             continue
         included = pathlib.PurePosixPath(quoted)
+        folder = folder_of(included)
         if (root / relative).parent.joinpath(quoted).is_file() and not (root / quoted).is_file():
             yield f'{place}: "{quoted}": write the path from the project\'s root'
         elif not (root / quoted).is_file():
             if own <= CORE_LEVEL:  # above the core it is a header that the build generates
                 yield f'{place}: "{quoted}" is not in the project'
-        elif level(included) is None:
+        elif folder is None:
             yield f'{place}: "{quoted}" belongs to no level that other code may include'
-        elif level(included) > own:
-            yield f'{place}: level {own} includes "{quoted}" of level {level(included)}'
+        elif folder != own_folder and FOLDER_LEVELS[folder] >= own:
+            yield f'{place}: {own_folder} (level {own}) includes "{quoted}" of level {FOLDER_LEVELS[folder]}'
 
 
 def check(root):
@@ -82,7 +87,7 @@ def check(root):
         folder = relative.parts[0]
         if folder in FREE_FOLDERS or folder.startswith((".", "build")) or folder == "dist":
             continue
-        if level(relative) is None:
+        if folder_of(relative) is None:
             faults.append(f"{relative}: give the folder a level in tools/check_includes.py")
         else:
             faults += faults_of(root, relative)

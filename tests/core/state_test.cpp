@@ -1,8 +1,8 @@
 // What an instance keeps from one declaration, and from one run, to the next.
 #include <gtest/gtest.h>
 
-#include "layout/dispatcher.h"
 #include "records/cfop.h"
+#include "records/declaration.h"
 #include "tests/support/cases.h"
 
 namespace tremvik::test {

@@ -3,9 +3,9 @@
 
 #include "checks/credit_code.h"
 #include "checks/dates.h"
-#include "checks/display.h"
-#include "checks/numbers.h"
-#include "checks/text.h"
+#include "runtime/display.h"
+#include "runtime/numbers.h"
+#include "runtime/text.h"
 #include "tests/support/cases.h"
 #include "tests/support/files.h"
 

@@ -3,13 +3,13 @@
 #include "adapters/sqlite/connection.h"
 #include "adapters/sqlite/declaration_store.h"
 #include "adapters/sqlite/embedded_host.h"
-#include "cli/exemplo/exemplo.h"
 #include "component/tremvik.h"
+#include "sample/sample.h"
 
 namespace tremvik::test {
 
 std::string Sample(int declaracoes, std::uint64_t semente, bool duvida) {
-  return exemplo::Gerar({.declaracoes = declaracoes, .semente = semente, .duvida = duvida});
+  return sample::Gerar({.declaracoes = declaracoes, .semente = semente, .duvida = duvida});
 }
 
 int DeclarationsIn(const std::string& pasta) {

@@ -10,29 +10,29 @@ import check_includes
 # file, its include, what the fault must say (None: fits)
 CASES = [
     ("host/a.cpp", "<cstddef>", None),
-    ("host/a.cpp", '"layout/field.h"', 'level 0 includes "layout/field.h" of level 1'),
-    ("layout/block_reader.cpp", '"checks/text.h"', 'level 1 includes "checks/text.h" of level 2'),
-    ("layout/newcomer.h", '"checks/text.h"', 'level 1 includes "checks/text.h" of level 2'),
-    ("layout/length_pass.cpp", '"checks/text.h"', None),
-    ("layout/length_pass.cpp", '"records/header.h"', 'level 3 includes "records/header.h" of level 4'),
-    ("layout/dispatcher.cpp", '"records/header.h"', None),
-    ("records/header.cpp", '"layout/dispatcher.h"', 'level 4 includes "layout/dispatcher.h" of level 5'),
-    ("records/header.cpp", '  #  include "component/run.h"', 'level 4 includes "component/run.h" of level 6'),
-    ("checks/text.cpp", "<sqlite3.h>", "<sqlite3.h> is no standard header"),
+    ("host/a.cpp", '"layout/field.h"', 'host (level 0) includes "layout/field.h" of level 1'),
+    ("layout/newcomer.h", '"runtime/text.h"', 'layout (level 1) includes "runtime/text.h" of level 2'),
+    ("passes/length_pass.cpp", '"runtime/text.h"', None),
+    ("passes/length_pass.cpp", '"records/header.h"', 'passes (level 4) includes "records/header.h" of level 4'),
+    ("records/declaration.cpp", '"records/header.h"', None),
+    ("records/header.cpp", '  #  include "component/run.h"', 'level 4) includes "component/run.h" of level 5'),
+    ("runtime/text.cpp", "<sqlite3.h>", "<sqlite3.h> is no standard header"),
     ("component/run.cpp", "<unistd.h>", "<unistd.h> is no standard header"),
-    ("component/run.cpp", '"adapters/local/files.h"', 'level 6 includes "adapters/local/files.h" of level 7'),
+    ("component/run.cpp", '"adapters/local/files.h"', 'level 5) includes "adapters/local/files.h" of level 6'),
     ("component/run.cpp", '"component/missing.h"', '"component/missing.h" is not in the project'),
-    ("checks/dates.cpp", '"text.h"', "write the path from the project's root"),
+    ("runtime/dates.cpp", '"text.h"', "write the path from the project's root"),
     ("adapters/sqlite/store.cpp", "<sqlite3.h>", None),
     ("adapters/sqlite/store.cpp", '"generated_rows.h"', None),
-    ("adapters/sqlite/store.cpp", '"cli/main.h"', 'level 7 includes "cli/main.h" of level 8'),
+    ("adapters/sqlite/store.cpp", '"adapters/local/files.h"', None),
+    ("adapters/trace/sink.cpp", '"adapters/sqlite/store.h"', 'level 7) includes "adapters/sqlite/store.h" of level 7'),
+    ("adapters/new/a.cpp", "<cstddef>", "give the folder a level"),
     ("cli/main.cpp", '"component/run.h"', None),
     ("cli/main.cpp", '"tests/core/builder.h"', "belongs to no level"),
     ("tests/core/a.cpp", '"component/run.h"', None),
     ("stray/a.cpp", "<cstddef>", "give the folder a level"),
 ]
-HEADERS = ["layout/field.h", "layout/dispatcher.h", "checks/text.h", "records/header.h", "component/run.h",
-           "adapters/local/files.h", "cli/main.h", "tests/core/builder.h"]
+HEADERS = ["layout/field.h", "records/declaration.h", "runtime/text.h", "records/header.h", "component/run.h",
+           "adapters/local/files.h", "adapters/sqlite/store.h", "tests/core/builder.h"]
 
 
 class CheckIncludes(unittest.TestCase):
