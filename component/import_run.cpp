@@ -24,12 +24,14 @@ void Tentar(const Step& step) noexcept {
 }  // namespace
 
 void ImportRun::Monitora(std::string_view path) noexcept {
+  host_.files.BeginRun();
   try {
     if (Executar(path)) state_.bolRetMonitora = true;
   } catch (...) {
     TratarErroAtual();
   }
   Tentar([this] { arquivo_.Close(); });
+  host_.files.EndRun();
 }
 
 bool ImportRun::Executar(std::string_view path) {

@@ -23,6 +23,11 @@ struct Files {
   virtual std::size_t Read(int number, char* buffer, std::size_t count) = 0;
   /// Closes `number`; a number that is not open is no error.
   virtual void Close(int number) = 0;
+
+  /// A run of several passes over one file begins or has ended. Meanwhile a host that can do so gives every
+  /// opening of the file the content that the first one saw.
+  virtual void BeginRun() noexcept {}
+  virtual void EndRun() noexcept {}
 };
 
 }  // namespace tremvik

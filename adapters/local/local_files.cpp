@@ -99,7 +99,7 @@ void LocalFiles::Rename(std::string_view from, std::string_view to) {
 }
 
 int LocalFiles::FreeFile() {
-  const auto* const free = std::ranges::find(descriptors_, -1);
+  const auto* const free = std::ranges::find(descriptors_, kFree);
   if (free == descriptors_.end()) throw RuntimeError(erro::kExcessoDeArquivos);
   return static_cast<int>(free - descriptors_.begin()) + 1;
 }
@@ -111,8 +111,12 @@ int& LocalFiles::Descriptor(int number) {
 
 void LocalFiles::Open(int number, std::string_view path) {
   int& descriptor = Descriptor(number);
-  if (descriptor >= 0) throw RuntimeError(erro::kArquivoJaAberto);
+  if (descriptor != kFree) throw RuntimeError(erro::kArquivoJaAberto);
   const std::string name = MachinePath(folder_, path);
+  if (reading_.Replays(name)) {
+    descriptor = kFromMemory;
+    return;
+  }
   const int opened = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (opened < 0) RaiseForPath(errno, name);
   struct stat found {};
@@ -121,22 +125,27 @@ void LocalFiles::Open(int number, std::string_view path) {
     throw RuntimeError(erro::kAcessoAoCaminho);
   }
   descriptor = opened;
+  reading_.Follow(number, name);
 }
 
 std::size_t LocalFiles::Read(int number, char* buffer, std::size_t count) {
   const int descriptor = Descriptor(number);
-  if (descriptor < 0) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
-  while (true) {
-    const ssize_t got = ::read(descriptor, buffer, count);
-    if (got >= 0) return static_cast<std::size_t>(got);
-    if (errno != EINTR) throw RuntimeError(erro::kEntradaSaida);
-  }
+  if (descriptor == kFree) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
+  if (descriptor == kFromMemory) return reading_.Replay(buffer, count);
+  ssize_t got = 0;
+  do {
+    got = ::read(descriptor, buffer, count);
+  } while (got < 0 && errno == EINTR);
+  if (got < 0) throw RuntimeError(erro::kEntradaSaida);
+  const auto size = static_cast<std::size_t>(got);
+  reading_.Record(number, {buffer, size});
+  return size;
 }
 
 void LocalFiles::Close(int number) {
   int& descriptor = Descriptor(number);
   if (descriptor >= 0) ::close(descriptor);
-  descriptor = -1;
+  descriptor = kFree;
 }
 
 }  // namespace tremvik

@@ -4,16 +4,18 @@
 #include <string_view>
 
 #include "adapters/local/component_folder.h"
+#include "adapters/local/run_reading.h"
 #include "host/files.h"
 
 namespace tremvik {
 
 /// The runtime's file operations on this machine's file system. Only regular files are opened: a directory, a
-/// pipe or a device is error 75 at once, so that no read ever blocks or runs without end.
+/// pipe or a device is error 75 at once, so that no read ever blocks or runs without end. In a run a file is
+/// read from the disk once: further openings give what the first one gave, whatever became of the file.
 class LocalFiles final : public Files {
  public:
   /// `folder` must outlive this object.
-  explicit LocalFiles(const ComponentFolder& folder) : folder_(folder) { descriptors_.fill(-1); }
+  explicit LocalFiles(const ComponentFolder& folder) : folder_(folder) { descriptors_.fill(kFree); }
   ~LocalFiles() override;
   LocalFiles(const LocalFiles&) = delete;
   LocalFiles& operator=(const LocalFiles&) = delete;
@@ -25,14 +27,19 @@ class LocalFiles final : public Files {
   void Open(int number, std::string_view path) override;
   std::size_t Read(int number, char* buffer, std::size_t count) override;
   void Close(int number) override;
+  void BeginRun() noexcept override { reading_.Begin(); }
+  void EndRun() noexcept override { reading_.End(); }
 
  private:
   /// File numbers go from 1 to 511, as in the runtime.
   static constexpr int kNumbers = 511;
+  static constexpr int kFree = -1;
+  static constexpr int kFromMemory = -2;
   int& Descriptor(int number);
 
   const ComponentFolder& folder_;
   std::array<int, kNumbers> descriptors_{};
+  RunReading reading_;
 };
 
 /// The runtime's error number of the system error `code` (an errno value) of an operation on a path.

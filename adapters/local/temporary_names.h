@@ -26,6 +26,8 @@ class TemporaryNames final : public Files {
     return others_.Read(number, buffer, count);
   }
   void Close(int number) override { others_.Close(number); }
+  void BeginRun() noexcept override { others_.BeginRun(); }
+  void EndRun() noexcept override { others_.EndRun(); }
 
  private:
   /// Whether the name exists; null for any other file's path.

@@ -88,6 +88,8 @@ class TracingFiles final : public Files {
     sink_.Arquivo("Close", {});
     inner_.Close(number);
   }
+  void BeginRun() noexcept override { inner_.BeginRun(); }
+  void EndRun() noexcept override { inner_.EndRun(); }
 
  private:
   Files& inner_;

@@ -91,6 +91,35 @@ TEST_F(LocalFilesTest, ReadsToTheEndAndGivesNumbersBack) {
   EXPECT_EQ(ErrorOf([&] { (void)files_.FreeFile(); }), 67);
 }
 
+TEST_F(LocalFilesTest, ARunReadsAFileOnce) {
+  const auto reading = [&](std::size_t piece) {
+    files_.Open(1, Path("a"));
+    std::string bytes, buffer(piece, ' ');
+    for (std::size_t got = 0; (got = files_.Read(1, buffer.data(), piece)) > 0;)
+      bytes.append(buffer, 0, got);
+    files_.Close(1);
+    return bytes;
+  };
+  WriteFile(Path("a"), "contado");
+  files_.BeginRun();
+  EXPECT_EQ(reading(3), "contado");
+  WriteFile(Path("a"), "trocado depois");
+  EXPECT_EQ(reading(2), "contado");
+  std::filesystem::remove(Path("a"));
+  EXPECT_EQ(reading(9), "contado");
+  files_.EndRun();
+  WriteFile(Path("a"), "outro");
+  EXPECT_EQ(reading(9), "outro");
+  files_.BeginRun();
+  files_.Open(1, Path("a"));
+  files_.Close(1);
+  EXPECT_EQ(ErrorOf([&] { files_.Open(1, Path("a")); }), 57) << "its end was not seen";
+  files_.BeginRun();
+  WriteFile(Path("a"), std::string(14'500'000, 'x'));
+  EXPECT_EQ(reading(1 << 20).size(), 14'500'000U);
+  EXPECT_EQ(ErrorOf([&] { files_.Open(1, Path("a")); }), 57) << "more than could be accepted";
+}
+
 TEST(LocalApplicationTest, SettingsComeFromTheSectionOfTheIniFile) {
   const ScratchFolder config;
   const ComponentFolder folder(config.path());

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "adapters/sqlite/declaration_store.h"
 #include "tests/faults/failing_disk.h"
 #include "tests/faults/fault_host.h"
 #include "tests/faults/memory.h"
@@ -105,6 +106,30 @@ TEST_P(Faults, AnyOperationOnTheDatabasesMayFail) {
     scene_.Restore();
   };
   Each(import, check);
+}
+
+// Puts another file in the place of the one being imported, as soon as its lengths are read.
+struct Replacing final : Events {
+  explicit Replacing(std::string_view of) : path(of) {}
+  void Progresso() override { WriteFile(path, Sample(1, 5)); }
+  void Fechar() override {}
+  std::string path;
+};
+
+TEST(ChangingFile, WhatIsKeptIsWhatWasCounted) {
+  const Scene scene;
+  const std::string first = ReadFile(scene.sample());
+  Replacing replacing(scene.sample());
+  const Scene::Ended ended = scene.Import({.wrap = [&](const Host& host) {
+    return Host{host.screen, replacing, host.diagnostics, host.files, host.application, host.engine, host.components};
+  }});
+  ASSERT_NE(ReadFile(scene.sample()), first);
+  EXPECT_TRUE(ended.kept) << ended.desk.last;
+  const std::string key = first.substr(first.find("\r\n05") + 4, 12);
+  bool held = false;
+  for (const auto& declaration : DeclarationStore(scene.pasta()).Listar())
+    held = held || declaration.ie == NormalizarIE(key);
+  EXPECT_TRUE(held) << key;
 }
 
 INSTANTIATE_TEST_SUITE_P(, Faults, testing::Values(Reach::kOnce, Reach::kFromThere),
