@@ -15,15 +15,15 @@ Verdict ValidarCR14(Pass& pass) {
   Record<Cr14>& r = pass.registros.RegistroCR14;
   for (int i = 0; i < pass.declaracao.QtdePendenteCR14; ++i) {
     pass.arquivo.Next(r);
+    if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 14) {
+      return Refuse(r, C::kCr, "Tabela 04, CR=14, Campo - CR ou Q14", "Inconsistentes, Posição 1 ou 144");
+    }
     if (r[C::kSeparadores] != kCrLf) {
       return Refuse(r, C::kSeparadores, "Tabela 4, CR=14 Campo - Separadores", "inconsistente, Posição 145");
     }
     if (pass.arquivo.EndOfFile()) {
       return Refuse(pass.registros.RegistroCR10, Cr10::kQ14, "Tabela 3, CR=10 Campo - Q14",
                     "inconsistente, Posição 144");
-    }
-    if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 14) {
-      return Refuse(r, C::kCr, "Tabela 04, CR=14, Campo - CR ou Q14", "Inconsistentes, Posição 1 ou 144");
     }
     if (LefRigNumChr(r[C::kQ18])) {
       return Refuse(r, C::kQ18, "Tabela 04, CR=14, Campo - Q18", "Inconsistente, Posição 141");

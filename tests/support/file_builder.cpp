@@ -175,6 +175,13 @@ int FileBuilder::Line(std::string_view code, int ordinal) const {
   throw std::logic_error("no such record: " + std::string(code));
 }
 
+std::string FileBuilder::Record(int line) const {
+  std::string record = records_.at(static_cast<std::size_t>(line) - 1);
+  if (line == Lines())
+    record.replace(record.size() - std::min(cut_, record.size()), std::string::npos, std::min(cut_, record.size()), '\0');
+  return record;
+}
+
 FileBuilder& FileBuilder::With(std::string_view field, std::string_view value) {
   const auto [record, name] = Cut(field, '.');
   const auto [code, ordinal] = Cut(record, '#');

@@ -35,8 +35,8 @@ class FileBuilder {
   /// Several of them: "07.Data=20120229; 07#2.Valor=1". "cut=2" takes bytes from the end of the file.
   FileBuilder& Edit(std::string_view edits);
 
-  /// One record's bytes, its line from 1, the separators included.
-  [[nodiscard]] const std::string& Record(int line) const { return records_.at(static_cast<std::size_t>(line) - 1); }
+  /// One record's bytes, its line from 1, the separators included; NUL for what a cut takes of the last one.
+  [[nodiscard]] std::string Record(int line) const;
   [[nodiscard]] int Lines() const { return static_cast<int>(records_.size()); }
   /// The line of the `ordinal`th record of a kind.
   [[nodiscard]] int Line(std::string_view code, int ordinal = 1) const;
