@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <string>
 
 #include "host/runtime_error.h"
 #include "runtime/digits.h"
@@ -72,31 +73,28 @@ ShortText& ShortText::Append(std::string_view text) {
 
 ShortText FomataValor(std::string_view cents) {
   constexpr std::int64_t kMaior = 92233720368547758;  // the greatest currency, in cents
-  constexpr std::size_t kMaisLongo = 40;              // beyond it, no number fits the currency
-  if (cents.size() > kMaisLongo)
-    throw RuntimeError(IsNumeric(cents) ? erro::kEstouro : erro::kTiposIncompativeis);
   if (cents.size() > 1 && cents.size() < 16 && OnlyDigits(cents)) return MoedaDeDigitos(cents);
   const std::string_view decimals = Right(cents, 2);
-  ShortText masked = cents.substr(0, cents.size() - decimals.size());
-  masked.Append(decimals.size() == 1 ? ", " : ",").Append(decimals);
+  std::string masked(cents.substr(0, cents.size() - decimals.size()));
+  masked.append(decimals.size() == 1 ? ", " : ",").append(decimals);
   if (!IsNumeric(masked)) throw RuntimeError(erro::kTiposIncompativeis);
   std::int64_t value = 0;
   const auto append = [&value](int digit) {
     if (value > (kMaior - digit) / 10) throw RuntimeError(erro::kEstouro);
     value = value * 10 + digit;
   };
-  for (const char c : masked.view()) {
+  for (const char c : masked) {
     if (IsDigit(c)) append(c - '0');
   }
   for (auto given = std::ranges::count_if(decimals, IsDigit); given < 2; ++given)
     append(0);
-  return Moeda(masked.view().find('-') == std::string_view::npos ? value : -value);
+  return Moeda(masked.find('-') == std::string::npos ? value : -value);
 }
 
 ShortText TiraZeros(std::string_view ref, std::string_view cfop) {
-  if (ref > "200212") return Left(cfop, 4);
+  if (ref > "200212") return LeftUtf8(cfop, 4);
   std::int16_t number = 0;
-  for (const char c : Left(cfop, 6)) {
+  for (const char c : LeftUtf8(cfop, 6)) {
     if (c == '0') continue;
     std::array<char, 8> text{};
     char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;

@@ -37,8 +37,8 @@ class ShortText {
 /// exceeds the runtime's currency.
 [[nodiscard]] ShortText FomataValor(std::string_view cents);
 
-/// The code form of a CFOP for the declaration's period `ref` (AAAAMM, compared as text): its first four
-/// characters after "200212", else its first six without any "0". Raises error 6 above 32767, 13 where a
+/// The code form of a CFOP (UTF-8) for the declaration's period `ref` (AAAAMM, compared as text): its first
+/// four characters after "200212", else its first six without any "0". Raises error 6 above 32767, 13 where a
 /// character is no digit.
 [[nodiscard]] ShortText TiraZeros(std::string_view ref, std::string_view cfop);
 

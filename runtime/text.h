@@ -23,6 +23,20 @@ namespace tremvik {
   return text.substr(0, count);
 }
 
+/// `Left` of a UTF-8 text, as hosts give it: a character is a byte with up to three continuation bytes
+/// behind.
+[[nodiscard]] constexpr std::string_view LeftUtf8(std::string_view text, std::size_t count) {
+  constexpr auto kContinues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; };
+  std::size_t end = 0;
+  for (; count > 0 && end < text.size(); --count) {
+    const std::size_t longest = std::min(end + 4, text.size());
+    do
+      ++end;
+    while (end < longest && kContinues(text[end]));
+  }
+  return text.substr(0, end);
+}
+
 /// The last `count` characters, or the whole of a shorter text.
 [[nodiscard]] constexpr std::string_view Right(std::string_view text, std::size_t count) {
   return text.size() <= count ? text : text.substr(text.size() - count);

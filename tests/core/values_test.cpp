@@ -117,17 +117,29 @@ TEST(Values, FomataValor) {
   EXPECT_EQ(instance.tremvik.FomataValor("99999"), "999,99");
   EXPECT_EQ(instance.tremvik.FomataValor("999999999999999"), "9.999.999.999.999,99");
   EXPECT_EQ(ErrorOf([&] { return instance.tremvik.FomataValor("00000000000012G"); }), 13);
+  for (const std::string& front : {std::string(), std::string(60, '0'), std::string(60, ' ')}) {
+    EXPECT_EQ(instance.tremvik.FomataValor(front + "92233720368547758"), "922.337.203.685.477,58");
+    EXPECT_EQ(ErrorOf([&] { return instance.tremvik.FomataValor(front + "92233720368547759"); }), 6);
+  }
 }
 
 TEST(Values, TiraZeros) {
   const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
-      {"200301", "510200", "5102"},  {"200212", "510200", "512"},  {"200212", "112000", "112"},  {"200212", "000000", "0"},
-      {"200212", "327670", "32767"}, {"200301", "000000", "0000"}, {"200213", "510200", "5102"},
+      {"200301", "510200", "5102"},
+      {"200212", "510200", "512"},
+      {"200212", "112000", "112"},
+      {"200212", "000000", "0"},
+      {"200212", "327670", "32767"},
+      {"200301", "000000", "0000"},
+      {"200213", "510200", "5102"},
+      {"200301", "€çã😀x", "€çã😀"},
+      {"200301", "\x80\x80\x80\x80\x80", "\x80\x80\x80\x80\x80"},  // characters of UTF-8
   };
   for (const auto& [ref, cfop, code] : cases)
     EXPECT_EQ(TiraZeros(ref, cfop).view(), code) << ref << cfop;
   EXPECT_EQ(ErrorOf([] { return TiraZeros("200212", "327680"); }), 6);
   EXPECT_EQ(ErrorOf([] { return TiraZeros("200212", "111111"); }), 6);
+  EXPECT_EQ(ErrorOf([] { return TiraZeros("200212", "0000ç0"); }), 13);
 }
 
 TEST(Values, CreditCode) {
