@@ -29,6 +29,8 @@ constexpr std::array kReferencias{
 constexpr int kPrimeiraReferencia = kReferencias.front();
 constexpr int kMesesSorteados = 174;          // up to 201412
 constexpr int kPrimeiraDoGrupoOito = 201201;  // IEs beginning with 8
+constexpr int kAntesDoRegime4 = 200006;
+constexpr int kPrimeiraDoRegime4 = 200007;
 constexpr int kUltimaDoRegime4 = 200512;
 
 // Who declares what: references in a drawn order, the limits first, and regimes in turn.
@@ -36,6 +38,7 @@ class Agenda {
  public:
   explicit Agenda(Sorteio& sorteio) : sorteio_(sorteio), limites_(kReferencias.begin(), kReferencias.end()) {
     sorteio_.Embaralhar(limites_);
+    limites_.insert(limites_.begin(), kAntesDoRegime4);  // comes last: files without it stay as they were
   }
 
   Declaracao Completa() {
@@ -59,7 +62,11 @@ class Agenda {
     return ref;
   }
 
-  int ProximoRegime(int ref) { return ref <= kUltimaDoRegime4 ? 1 + antigas_++ % 4 : 1 + recentes_++ % 3; }
+  int ProximoRegime(int ref) {
+    if (ref == kPrimeiraDoRegime4) return 4;
+    const bool com_regime4 = ref > kPrimeiraDoRegime4 && ref <= kUltimaDoRegime4;
+    return com_regime4 ? 1 + antigas_++ % 4 : 1 + recentes_++ % 3;
+  }
 
   Contribuinte Novo(std::string ie) {
     contribuintes_.push_back({.ie = std::move(ie), .cnpj = SortearCNPJ(sorteio_)});
