@@ -7,26 +7,26 @@ namespace tremvik {
 namespace {
 
 struct Tabela {
-  std::string_view kind;
+  Kind kind;
   std::string_view table;
   std::string_view key;
   std::string_view extra;
 };
 
 // Names differ in case and accent from table to table; so does the database.
-constexpr Tabela kMunicipios{"30", "tblmunicípios", "Códmunicípio", ""};
+constexpr Tabela kMunicipios{Kind::kCr30, "tblmunicípios", "Códmunicípio", ""};
 constexpr std::array kTabelas{
-    Tabela{"05", "tblCNAEsRegimeDispensado", "CNAE", ""},
-    Tabela{"10", "tblTodosCFOPs", "CFOP", "Conjunto"},
-    Tabela{"14", "tblEstados", "Código", ""},
-    Tabela{"18", "tblMunicípiosZFM_ALC", "CódMunicípio", ""},
-    Tabela{"20", "tblQuadroOcorrências", "CódSubItem", "OpPróprias"},
-    Tabela{"30", "tblcódigosdipam", "código", ""},
+    Tabela{Kind::kCr05, "tblCNAEsRegimeDispensado", "CNAE", ""},
+    Tabela{Kind::kCr10, "tblTodosCFOPs", "CFOP", "Conjunto"},
+    Tabela{Kind::kCr14, "tblEstados", "Código", ""},
+    Tabela{Kind::kCr18, "tblMunicípiosZFM_ALC", "CódMunicípio", ""},
+    Tabela{Kind::kCr20, "tblQuadroOcorrências", "CódSubItem", "OpPróprias"},
+    Tabela{Kind::kCr30, "tblcódigosdipam", "código", ""},
 };
 
-// An unknown kind has no table: its query is invalid and the engine says so.
-Tabela Escolher(std::string_view kind, std::string_view value) {
-  if (kind == "30" && value.size() > 3) return kMunicipios;
+// A kind without a table: its query is invalid and the engine says so.
+Tabela Escolher(Kind kind, std::string_view value) {
+  if (kind == Kind::kCr30 && value.size() > 3) return kMunicipios;
   const auto* const tabela = std::ranges::find(kTabelas, kind, &Tabela::kind);
   return tabela == kTabelas.end() ? Tabela{} : *tabela;
 }
@@ -76,7 +76,7 @@ Database& TabelasFixas::Abrir() {
   return engine_.OpenDatabase(caminho_);
 }
 
-bool TabelasFixas::NaoExisteEmFixas(std::string_view kind, std::string_view value, std::string_view mode) {
+bool TabelasFixas::NaoExisteEmFixas(Kind kind, std::string_view value, std::string_view mode) {
   const Tabela tabela = Escolher(kind, value);
   const std::string_view t = tabela.table;
   const std::string_view k = tabela.key;
@@ -85,7 +85,7 @@ bool TabelasFixas::NaoExisteEmFixas(std::string_view kind, std::string_view valu
     Compor(sql_, {"Select ", k, " From ", t, " Where ", k, " = '", value, "'"});
   } else if (mode == "0") {
     Compor(sql_, {"Select ", k, " From ", t, " Where ", k, " = '", value, "' and ", x});
-  } else if (kind != "10") {
+  } else if (kind != Kind::kCr10) {
     Compor(sql_, {"Select ", k, " From ", t, " Where ", k, " = '", value, "' and NOT ", x});
   } else if (mode > "2") {
     Compor(sql_,

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/application.h"
+#include "host/record_kind.h"
 #include "host/reference_engine.h"
 
 namespace tremvik {
@@ -16,10 +17,10 @@ class TabelasFixas {
   TabelasFixas(ReferenceEngine& engine, Application& application)
       : engine_(engine), application_(application) {}
 
-  /// True when no row of the table of record kind `kind` ("05", "10", "14", "18", "20", "30") has the key
+  /// True when no row of the table of record kind `kind` (CR=05, 10, 14, 18, 20, 30) has the key
   /// `value` (UTF-8, as it stands). `mode` selects rows further: "" none, "0" those whose extra column is
-  /// true, anything else those whose extra column is false; for kind "10" it is the table set of a period.
-  [[nodiscard]] bool NaoExisteEmFixas(std::string_view kind, std::string_view value, std::string_view mode);
+  /// true, anything else those whose extra column is false; for CR=10 it is the table set of a period.
+  [[nodiscard]] bool NaoExisteEmFixas(Kind kind, std::string_view value, std::string_view mode);
 
   /// The text of `column` in the first row of the query made of `pieces`, empty where there is no row; valid
   /// until the next call.

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/diagnostics.h"
+#include "host/record_kind.h"
 #include "layout/record.h"
 
 namespace tremvik {
@@ -45,7 +46,7 @@ inline constexpr AcceptedType Accepted;
 /// The true place of `field` of `record`.
 template <typename R>
 FaultLocation Where(const Record<R>& record, const Field<R>& field) {
-  return {record.linha(), R::kCode, field.name, field.position, field.width, record[field]};
+  return {record.linha(), Codigo(R::kKind), field.name, field.position, field.width, record[field]};
 }
 
 /// A refusal of `field`, with the two texts as they stand.

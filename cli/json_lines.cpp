@@ -66,9 +66,9 @@ void JsonLines::Consulta(const TracedQuery& pergunta) {
   line.Write();
 }
 
-void JsonLines::Gravacao(std::string_view registro, std::span<const TracedField> campos) {
+void JsonLines::Gravacao(Kind registro, std::span<const TracedField> campos) {
   Line line(*this, "gravacao");
-  line["registro"] = registro;
+  line["registro"] = Codigo(registro);
   Json& objeto = line["campos"] = Json::object();
   for (const auto& campo : campos)
     objeto[std::string(campo.nome)] = campo.texto;

@@ -40,7 +40,7 @@ class JsonLines final : public RunTrace {
   void Ponteiro(int valor) override;
   void Banco(std::string_view operacao, std::string_view caminho) override;
   void Consulta(const TracedQuery& pergunta) override;
-  void Gravacao(std::string_view registro, std::span<const TracedField> campos) override;
+  void Gravacao(Kind registro, std::span<const TracedField> campos) override;
   void Inconsistencia(const FaultLocation& where) override;
   void Duvida(const FaultLocation& where) override { duvida_ = where; }
   /// The last object of the file.

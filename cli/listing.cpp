@@ -45,9 +45,9 @@ std::string LocalTime(const std::string& utc) {
 
 std::string CountsByKind(const DeclaracaoGuardada& declaracao) {
   std::string counts;
-  for (std::size_t i = 0; i < kGravaveis; ++i) {
-    if (declaracao.registros[i] == 0 || i == static_cast<std::size_t>(Gravavel::kCr05)) continue;
-    counts.append(counts.empty() ? "" : " ").append(Codigo(static_cast<Gravavel>(i)));
+  for (std::size_t i = 0; i < kStoredKinds.size(); ++i) {
+    if (declaracao.registros[i] == 0 || kStoredKinds[i] == Kind::kCr05) continue;
+    counts.append(counts.empty() ? "" : " ").append(Codigo(kStoredKinds[i]));
     counts.append("=").append(std::to_string(declaracao.registros[i]));
   }
   return counts;
@@ -64,8 +64,8 @@ void WriteDeclarationsAsJson(const std::vector<DeclaracaoGuardada>& declaracoes,
               {"importadoEm", declaracao.importado_em},
               {"origem", declaracao.arquivo}};
     Json& registros = json["registros"] = Json::object();
-    for (std::size_t i = 0; i < kGravaveis; ++i) {
-      registros[std::string(Codigo(static_cast<Gravavel>(i)))] = declaracao.registros[i];
+    for (std::size_t i = 0; i < kStoredKinds.size(); ++i) {
+      registros[std::string(Codigo(kStoredKinds[i]))] = declaracao.registros[i];
     }
     WriteLine(out, json);
   }

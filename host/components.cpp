@@ -4,12 +4,6 @@
 
 namespace tremvik {
 
-std::string_view Codigo(Gravavel registro) {
-  static constexpr std::array<std::string_view, kGravaveis> kCodigos{"05", "07", "10", "14", "18", "20",
-                                                                     "25", "26", "27", "28", "30", "31"};
-  return kCodigos.at(static_cast<std::size_t>(registro));
-}
-
 BancoTemporario& Components::banco() {
   if (!banco_) banco_ = factory_.CriarBancoTemporario();
   return *banco_;
@@ -29,8 +23,8 @@ ValidadorDocumentos& Components::documentos() {
   return *documentos_;
 }
 
-Gravador& Components::gravador(Gravavel registro) {
-  auto& kept = gravadores_.at(static_cast<std::size_t>(registro));
+Gravador& Components::gravador(Kind registro) {
+  auto& kept = gravadores_[registro];
   if (!kept) {
     auto made = factory_.CriarGravador(registro);
     made->CaminhoBase(caminho_);

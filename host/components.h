@@ -1,11 +1,12 @@
 // The host program's own components, and their lifetime: made on first use, kept as long as the instance.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "host/record_kind.h"
 
 namespace tremvik {
 
@@ -49,32 +50,14 @@ struct Gravador {
   virtual void Gravar() = 0;
 };
 
-/// The record kinds that are stored, one writer each, named by their record code.
-enum class Gravavel : std::uint8_t {
-  kCr05,
-  kCr07,
-  kCr10,
-  kCr14,
-  kCr18,
-  kCr20,
-  kCr25,
-  kCr26,
-  kCr27,
-  kCr28,
-  kCr30,
-  kCr31
-};
-inline constexpr std::size_t kGravaveis = 12;
-/// The two-digit record code of a stored kind ("05").
-[[nodiscard]] std::string_view Codigo(Gravavel registro);
-
 /// Makes the host's components. A component that cannot be made is run-time error 429.
 struct ComponentFactory {
   virtual ~ComponentFactory() = default;
   virtual std::unique_ptr<BancoTemporario> CriarBancoTemporario() = 0;
   virtual std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() = 0;
   virtual std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() = 0;
-  virtual std::unique_ptr<Gravador> CriarGravador(Gravavel registro) = 0;
+  /// The writer of one of `kStoredKinds`.
+  virtual std::unique_ptr<Gravador> CriarGravador(Kind registro) = 0;
 };
 
 /// The components of one instance: each is made on first use, given the temporary database's path where it
@@ -88,7 +71,7 @@ class Components {
   [[nodiscard]] BancoTemporario& banco();
   [[nodiscard]] ConsultaDeclaracoes& consulta();
   [[nodiscard]] ValidadorDocumentos& documentos();
-  [[nodiscard]] Gravador& gravador(Gravavel registro);
+  [[nodiscard]] Gravador& gravador(Kind registro);
 
  private:
   ComponentFactory& factory_;
@@ -96,7 +79,7 @@ class Components {
   std::unique_ptr<BancoTemporario> banco_;
   std::unique_ptr<ConsultaDeclaracoes> consulta_;
   std::unique_ptr<ValidadorDocumentos> documentos_;
-  std::array<std::unique_ptr<Gravador>, kGravaveis> gravadores_;
+  ByKind<std::unique_ptr<Gravador>> gravadores_;
 };
 
 }  // namespace tremvik

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
+#include "host/record_kind.h"
 #include "layout/field.h"
 
 namespace tremvik {
 
 struct Cr05 {  // header of one declaration
-  static constexpr std::string_view kCode = "05";
+  static constexpr Kind kKind = Kind::kCr05;
   static constexpr Field<Cr05> kCr{"CR", 1, 2}, kIE{"IE", 3, 12}, kCNPJ{"CNPJ", 15, 14}, kCNAE{"CNAE", 29, 7},
       kRegTrib{"RegTrib", 36, 2}, kRef{"Ref", 38, 6}, kRefInicial{"RefInicial", 44, 6}, kTipo{"Tipo", 50, 2},
       kMovimento{"Movimento", 52, 1}, kTransmitida{"Transmitida", 53, 1},

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
+#include "host/record_kind.h"
 #include "layout/field.h"
 
 namespace tremvik {
 
 struct Cr10 {  // totals of one CFOP of a declaration
-  static constexpr std::string_view kCode = "10";
+  static constexpr Kind kKind = Kind::kCr10;
   static constexpr Field<Cr10> kCr{"CR", 1, 2}, kCFOP{"CFOP", 3, 6}, kValorContabil{"ValorContábil", 9, 15},
       kBaseCalculo{"BaseCálculo", 24, 15}, kImposto{"Imposto", 39, 15},
       kIsentasNaoTrib{"IsentasNãoTrib", 54, 15}, kOutras{"Outras", 69, 15},

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
+#include "host/record_kind.h"
 #include "layout/field.h"
 
 namespace tremvik {
 
 struct Cr18 {  // free-zone shipment of an interstate detail; of its content only the place is settled
-  static constexpr std::string_view kCode = "18";
+  static constexpr Kind kKind = Kind::kCr18;
   static constexpr Field<Cr18> kCr{"CR", 1, 2}, kConteudo{"Conteúdo", 3, 51},
       kSeparadores{"Separadores", 54, 2};
   static constexpr std::array kFields{kCr, kConteudo, kSeparadores};

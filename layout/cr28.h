@@ -1,14 +1,14 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
+#include "host/record_kind.h"
 #include "layout/field.h"
 
 namespace tremvik {
 
 struct Cr28 {  // authorization of accumulated credit of an occurrence
-  static constexpr std::string_view kCode = "28";
+  static constexpr Kind kKind = Kind::kCr28;
   static constexpr Field<Cr28> kCr{"CR", 1, 2}, kCodAutorizacao{"CodAutorizacao", 3, 12},
       kValor{"Valor", 15, 15}, kSeparadores{"Separadores", 30, 2};
   static constexpr std::array kFields{kCr, kCodAutorizacao, kValor, kSeparadores};

@@ -1,14 +1,14 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
+#include "host/record_kind.h"
 #include "layout/field.h"
 
 namespace tremvik {
 
 struct Cr30 {  // DIPAM value of a declaration; of its content only the place is settled
-  static constexpr std::string_view kCode = "30";
+  static constexpr Kind kKind = Kind::kCr30;
   static constexpr Field<Cr30> kCr{"CR", 1, 2}, kConteudo{"Conteúdo", 3, 22},
       kSeparadores{"Separadores", 25, 2};
   static constexpr std::array kFields{kCr, kConteudo, kSeparadores};

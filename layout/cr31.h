@@ -1,14 +1,14 @@
 #pragma once
 
 #include <array>
-#include <string_view>
 
+#include "host/record_kind.h"
 #include "layout/field.h"
 
 namespace tremvik {
 
 struct Cr31 {  // export registration of a declaration
-  static constexpr std::string_view kCode = "31";
+  static constexpr Kind kKind = Kind::kCr31;
   static constexpr Field<Cr31> kCr{"CR", 1, 2}, kRE{"RE", 3, 15}, kSeparadores{"Separadores", 18, 2};
   static constexpr std::array kFields{kCr, kRE, kSeparadores};
 };

@@ -36,7 +36,7 @@ struct Linha {
   }
   template <typename R>
   [[nodiscard]] Anuncio Anuncia(const Field<R>& field) const {
-    return {numero, R::kCode, {field.name, field.position, field.width}, Texto(field)};
+    return {numero, Codigo(R::kKind), {field.name, field.position, field.width}, Texto(field)};
   }
 };
 
@@ -112,37 +112,37 @@ class Contagem {
 
 void Contagem::Contar(Kind kind, const Linha& linha) {
   switch (kind) {
-    case Kind::k01:
+    case Kind::kCr01:
       ++mestres_;
       if (mestres_ == 1) cr05_.Declarar(linha, Cr01::kQ05);
       return;
-    case Kind::k05:
+    case Kind::kCr05:
       return ContarCabecalho(linha);
-    case Kind::k07:
+    case Kind::kCr07:
       return cr07_.Contar<Cr07>(linha);
-    case Kind::k10:
+    case Kind::kCr10:
       cr14_.Reconciliar();
       cr10_.Contar<Cr10>(linha);
       return cr14_.Declarar(linha, Cr10::kQ14);
-    case Kind::k14:
+    case Kind::kCr14:
       cr18_.Reconciliar();
       cr14_.Contar<Cr14>(linha);
       return cr18_.Declarar(linha, Cr14::kQ18);
-    case Kind::k18:
+    case Kind::kCr18:
       return cr18_.Contar<Cr18>(linha);
-    case Kind::k20:
+    case Kind::kCr20:
       return ContarOcorrencia(linha);
-    case Kind::k25:
+    case Kind::kCr25:
       return cr25_.Contar<Cr25>(linha);
-    case Kind::k26:
+    case Kind::kCr26:
       return cr26_.Contar<Cr26>(linha);
-    case Kind::k27:
+    case Kind::kCr27:
       return cr27_.Contar<Cr27>(linha);
-    case Kind::k28:
+    case Kind::kCr28:
       return cr28_.Contar<Cr28>(linha);
-    case Kind::k30:
+    case Kind::kCr30:
       return cr30_.Contar<Cr30>(linha);
-    case Kind::k31:
+    case Kind::kCr31:
       return cr31_.Contar(linha);
   }
 }
@@ -226,15 +226,15 @@ bool CompararTotais(std::string_view path, const ReconciliationHost& host, std::
     linha.texto = LerRegistro(reader, partes);
     Increment(NumeroLinha);
     ++linha.numero;
-    const std::size_t kind = KindOfNumber(IntVal(Left(linha.texto, 2)));
-    if (kind == kKinds.size()) {
+    const KindInfo* const kind = KindOfNumber(IntVal(Left(linha.texto, 2)));
+    if (kind == nullptr) {
       const std::string code(Left(linha.texto, 2));
       host.erro_sair(
           {"CR = " + Utf8(code) + " Inconsistente, Posição 1", {}, {linha.numero, "", "CR", 1, 2, code}});
       reader.Close();
       return true;
     }
-    contagem.Contar(static_cast<Kind>(kind), linha);
+    contagem.Contar(kind->kind, linha);
     if (contagem.mestres() > 1) {
       host.diagnostics.Inconsistencia(linha.Anuncia(Cr01::kCr).Where());
       host.screen.MsgBox("Informado mais de um Registro mestre CR=01", estilo::kCritico, "Atenção");

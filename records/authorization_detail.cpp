@@ -22,7 +22,7 @@ Verdict ValidarCamposCR28(const Record<Cr28>& r) {
 }
 
 void GravarCR28(const Record<Cr28>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr28);
+  Gravador& gravador = componentes.gravador(Kind::kCr28);
   GravarChaveOcorrencia(ocorrencia, gravador);
   gravador.Campo(C::kCodAutorizacao.name, r[C::kCodAutorizacao]);
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));

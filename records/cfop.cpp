@@ -40,7 +40,7 @@ Verdict ValidarLeitura(Pass& pass, const Record<Cr10>& r, int& CFOPAnteriorCR10)
 void GravarCR10(Pass& pass, const Record<Cr10>& r) {
   const std::string_view ref = pass.registros.RegistroDeclaracao[Cr05::kRef];
   const ShortText cfop = TiraZeros(ref, r[C::kCFOP]);
-  Gravador& gravador = pass.componentes.gravador(Gravavel::kCr10);
+  Gravador& gravador = pass.componentes.gravador(Kind::kCr10);
   gravador.Campo(C::kCFOP.name, cfop);
   gravador.Campo("Descrição", DescricaoCFOP(pass.fixas, ref, cfop, Conjunto(IntVal(ref))));
   for (const auto& field :

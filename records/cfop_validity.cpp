@@ -101,7 +101,7 @@ Verdict ValidarCfopNaTabela(const Record<Cr10>& r, const Cfop& cfop, TabelasFixa
                   std::string("Tabela 3, CR=10, Campo - CFOP Inconsistente, Posição 3 (2º Caso): ")
                       .append(cfop.exibicao));
   }
-  if (fixas.NaoExisteEmFixas("10", cfop.exibicao, Conjunto(cfop.ref))) return ForaDaTabela(r, cfop);
+  if (fixas.NaoExisteEmFixas(Kind::kCr10, cfop.exibicao, Conjunto(cfop.ref))) return ForaDaTabela(r, cfop);
   return Accepted;
 }
 

@@ -24,7 +24,7 @@ Verdict ValidarCR30(Pass& pass) {
       return Refuse(pass.registros.RegistroDeclaracao, Cr05::kQ30, "Tabela 2, CR=05 Campo - Q30",
                     "inconsistente, Posição 158");
     }
-    GravarComoEsta(r, pass.componentes.gravador(Gravavel::kCr30));
+    GravarComoEsta(r, pass.componentes.gravador(Kind::kCr30));
   }
   return Accepted;
 }

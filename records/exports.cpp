@@ -26,7 +26,7 @@ Verdict ValidarCamposCR31(const Record<Cr31>& r) {
 }
 
 void GravarCR31(const Record<Cr31>& r, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr31);
+  Gravador& gravador = componentes.gravador(Kind::kCr31);
   gravador.Campo(C::kRE.name, Mascara(kMascaraRE, Right(r[C::kRE], 12)));
   gravador.Gravar();
 }

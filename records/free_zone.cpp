@@ -24,7 +24,7 @@ Verdict ValidarCR18(Pass& pass, int quantidade) {
     if (pass.arquivo.EndOfFile()) {
       return Refuse(interestadual, Cr14::kQ18, "Tabela 4, CR=14 Campo - Q18", "inconsistente, Posição 141");
     }
-    GravarComoEsta(r, pass.componentes.gravador(Gravavel::kCr18));
+    GravarComoEsta(r, pass.componentes.gravador(Kind::kCr18));
   }
   return Accepted;
 }

@@ -218,7 +218,7 @@ Verdict VerificarReferenciaExistente(const Pass& pass) {
 
 void GravarCR05(const Pass& pass) {
   const Record<Cr05>& r = pass.registros.RegistroDeclaracao;
-  Gravador& gravador = pass.componentes.gravador(Gravavel::kCr05);
+  Gravador& gravador = pass.componentes.gravador(Kind::kCr05);
   Utf8Buffer buffer;
   const auto texto = [&](const Field<Cr05>& field) { gravador.Campo(field.name, Utf8(r[field], buffer)); };
   const auto valor = [&](const Field<Cr05>& field) { gravador.Campo(field.name, FomataValor(r[field])); };

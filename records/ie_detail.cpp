@@ -27,7 +27,7 @@ Verdict ValidarCamposCR25(const Record<Cr25>& r, Components& componentes) {
 }
 
 void GravarCR25(const Record<Cr25>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr25);
+  Gravador& gravador = componentes.gravador(Kind::kCr25);
   GravarChaveOcorrencia(ocorrencia, gravador);
   gravador.Campo(C::kIE.name, Mascara(kMascaraIE, r[C::kIE]));
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));

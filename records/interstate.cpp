@@ -28,7 +28,7 @@ Verdict ValidarCR14(Pass& pass) {
     if (LefRigNumChr(r[C::kQ18])) {
       return Refuse(r, C::kQ18, "Tabela 04, CR=14, Campo - Q18", "Inconsistente, Posição 141");
     }
-    GravarComoEsta(r, pass.componentes.gravador(Gravavel::kCr14));
+    GravarComoEsta(r, pass.componentes.gravador(Kind::kCr14));
     if (auto refused = ValidarCR18(pass, ToInt16(r[C::kQ18]))) return refused;
   }
   return Accepted;

@@ -30,7 +30,7 @@ Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, const ShortText&
 }
 
 void GravarCR20(const Record<Cr20>& r, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr20);
+  Gravador& gravador = componentes.gravador(Kind::kCr20);
   Utf8Buffer buffer;
   gravador.Campo(C::kCodSubItem.name, Mascara(kMascaraSubItem, r[C::kCodSubItem]));
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));

@@ -68,7 +68,8 @@ Verdict ValidarCamposCR20(const Pass& pass, EstadoOcorrencia& ocorrencia) {
   if (LefRigNumChr(r[C::kCodSubItem]) || Val(r[C::kCodSubItem]) <= 0) {
     return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem", "Inconsistente, Posição 3");
   }
-  if (pass.fixas.NaoExisteEmFixas("20", Mascara(kMascaraSubItem, r[C::kCodSubItem]), r[C::kPropriaOuST])) {
+  if (pass.fixas.NaoExisteEmFixas(Kind::kCr20, Mascara(kMascaraSubItem, r[C::kCodSubItem]),
+                                  r[C::kPropriaOuST])) {
     return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
                   "Não encontrado na tabela, Posição 3");
   }

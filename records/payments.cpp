@@ -92,7 +92,7 @@ class Pagamentos {
 };
 
 void GravarCR07(const Record<Cr07>& r, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr07);
+  Gravador& gravador = componentes.gravador(Kind::kCr07);
   gravador.Campo(C::kPropriaOuST.name, r[C::kPropriaOuST]);
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));
   gravador.Campo(C::kData.name, DataComBarras(r[C::kData]));

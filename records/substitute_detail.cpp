@@ -55,7 +55,7 @@ Verdict ValidarCruzadoCR26(const Record<Cr26>& r, const Record<Cr20>& ocorrencia
 }
 
 void GravarCR26(const Record<Cr26>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr26);
+  Gravador& gravador = componentes.gravador(Kind::kCr26);
   GravarChaveOcorrencia(ocorrencia, gravador);
   gravador.Campo(C::kIESubstituto.name, Mascara(kMascaraIE, r[C::kIESubstituto]));
   gravador.Campo(C::kNF.name, r[C::kNF]);

@@ -43,7 +43,7 @@ Verdict ValidarCruzadoCR27(const Record<Cr27>& r, const Record<Cr20>& ocorrencia
 }
 
 void GravarCR27(const Record<Cr27>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
-  Gravador& gravador = componentes.gravador(Gravavel::kCr27);
+  Gravador& gravador = componentes.gravador(Kind::kCr27);
   GravarChaveOcorrencia(ocorrencia, gravador);
   gravador.Campo(C::kIESubstituido.name, Mascara(kMascaraIE, r[C::kIESubstituido]));
   gravador.Campo(C::kNF.name, r[C::kNF]);

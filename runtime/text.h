@@ -65,7 +65,7 @@ namespace tremvik {
 
 /// Room for any record's content as UTF-8.
 using Utf8Buffer = std::array<char, 3 * Record<Cr20>::kBlock>;
-static_assert(std::ranges::max(kKinds, {}, &KindInfo::length).code == Cr20::kCode);
+static_assert(std::ranges::max(kKinds, {}, &KindInfo::length).kind == Cr20::kKind);
 
 /// The same without an allocation, for a text of at most one record's length: `bytes` themselves where they
 /// are ASCII, otherwise the characters laid into `buffer`.

@@ -13,7 +13,9 @@ namespace tremvik::sample {
 template <typename R>
 class Montador {
  public:
-  Montador() : bytes_(Record<R>::kBlock, '0') { Texto(R::kCr, R::kCode).Texto(R::kSeparadores, kCrLf); }
+  Montador() : bytes_(Record<R>::kBlock, '0') {
+    Texto(R::kCr, Codigo(R::kKind)).Texto(R::kSeparadores, kCrLf);
+  }
 
   /// Sets `campo` to `texto` (Windows-1252), filled up with blanks.
   Montador& Texto(const Field<R>& campo, std::string_view texto) {

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "layout/kinds.h"
 #include "tools/layout_notes.h"
@@ -28,7 +29,12 @@ each other, to the period and to the reference tables are told by `tremvik valid
 - A file has at most 32,766 records.
 )";
 
-bool IsQuantity(const FieldInfo& field) { return field.name.size() == 3 && field.name.starts_with('Q'); }
+/// The kind whose records `field` of a record `parent` announces, or null.
+const KindInfo* AnnouncedBy(const KindInfo& parent, const FieldInfo& field) {
+  const auto* const kind = std::ranges::find_if(
+      kKinds, [&](const KindInfo& k) { return k.parent == parent.kind && k.quantity.name == field.name; });
+  return kind == kKinds.end() ? nullptr : kind;
+}
 
 std::string_view NoteOf(std::string_view code, std::string_view field) {
   for (const auto& note : kFieldNotes) {
@@ -40,7 +46,9 @@ std::string_view NoteOf(std::string_view code, std::string_view field) {
 std::string Content(const KindInfo& kind, const FieldInfo& field) {
   if (field.name == "CR") return "`" + std::string(kind.code) + "`";
   if (field.name == "Separadores") return "CR LF";
-  if (IsQuantity(field)) return "digits: number of CR=" + std::string(field.name.substr(1)) + " records";
+  if (const KindInfo* const announced = AnnouncedBy(kind, field)) {
+    return "digits: number of CR=" + std::string(announced->code) + " records";
+  }
   return std::string(NoteOf(kind.code, field.name));
 }
 
@@ -62,24 +70,24 @@ void CheckNotes() {
   }
 }
 
-/// The kinds that `code` announces, each below its parent, in the order in which they stand in the file.
-void PrintChildren(std::string_view code, const std::string& indent) {
-  const auto& fields = FindKind(code)->fields;
-  const auto last = std::ranges::find_if(fields.rbegin(), fields.rend(), IsQuantity);
-  for (const auto& field : fields) {
-    if (!IsQuantity(field)) continue;
-    const bool ends = &field == &*last;
-    const auto child = field.name.substr(1);
-    std::cout << indent << (ends ? "└─ " : "├─ ") << "CR=" << child << "  as many as " << field.name
-              << " of CR=" << code << " says\n";
-    PrintChildren(child, indent + (ends ? "   " : "│  "));
+/// The children of `parent`, each with its own below it, in the order in which they stand in the file.
+void PrintChildren(const KindInfo& parent, const std::string& indent) {
+  std::vector<const KindInfo*> children;
+  for (const auto& kind : kKinds) {
+    if (kind.parent == parent.kind) children.push_back(&kind);
+  }
+  for (const KindInfo* child : children) {
+    const bool last = child == children.back();
+    std::cout << indent << (last ? "└─ " : "├─ ") << "CR=" << child->code << "  as many as "
+              << child->quantity.name << " of CR=" << parent.code << " says\n";
+    PrintChildren(*child, indent + (last ? "   " : "│  "));
   }
 }
 
 void PrintOrder() {
   std::cout << "\n## Order of the records\n\nThe children of a record follow it directly, each with its own "
                "children, kind by kind from top to bottom:\n\n```text\nCR=01  one, first in the file\n";
-  PrintChildren("01", "");
+  PrintChildren(InfoOf(Kind::kCr01), "");
   std::cout << "```\n";
 }
 

@@ -39,7 +39,7 @@ struct Documentos final : ValidadorDocumentos {
 };
 
 struct GravadorDoHost final : Gravador {
-  explicit GravadorDoHost(Gravavel registro) : object(Create(L"GravadorCR" + Wide(Codigo(registro)))) {}
+  explicit GravadorDoHost(Kind registro) : object(Create(L"GravadorCR" + Wide(Codigo(registro)))) {}
   void CaminhoBase(std::string_view caminho) override { object.Put(L"CaminhoBase", Variant(caminho)); }
   void Campo(std::string_view nome, std::string_view texto) override { object.Call(L"Campo", nome, texto); }
   void Gravar() override { object.Call(L"Gravar"); }
@@ -57,7 +57,7 @@ std::unique_ptr<ConsultaDeclaracoes> BrunselComponents::CriarConsultaDeclaracoes
 std::unique_ptr<ValidadorDocumentos> BrunselComponents::CriarValidadorDocumentos() {
   return std::make_unique<Documentos>();
 }
-std::unique_ptr<Gravador> BrunselComponents::CriarGravador(Gravavel registro) {
+std::unique_ptr<Gravador> BrunselComponents::CriarGravador(Kind registro) {
   return std::make_unique<GravadorDoHost>(registro);
 }
 

@@ -13,7 +13,7 @@ struct BrunselComponents final : ComponentFactory {
   std::unique_ptr<BancoTemporario> CriarBancoTemporario() override;
   std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override;
   std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override;
-  std::unique_ptr<Gravador> CriarGravador(Gravavel registro) override;
+  std::unique_ptr<Gravador> CriarGravador(Kind registro) override;
 };
 
 }  // namespace tremvik::com

@@ -26,7 +26,7 @@ Celula Cell(const sqlite::Statement& row, int column) {
 
 std::string OneDeclaration(const TabelaDeRegistro& table) {
   std::string sql("SELECT * FROM ");
-  sql.append(table.nome).append(table.registro == Gravavel::kCr05 ? " WHERE id" : " WHERE declaracao_id");
+  sql.append(table.nome).append(table.registro == Kind::kCr05 ? " WHERE id" : " WHERE declaracao_id");
   return sql.append(" = ? ORDER BY linha");
 }
 
@@ -100,7 +100,7 @@ class DeclarationStore::Impl {
                       std::string(row.Text(5)),
                       std::string(row.Text(6)),
                       {1}});
-      for (std::size_t kind = 1; kind < kGravaveis; ++kind) {
+      for (std::size_t kind = 1; kind < kStoredKinds.size(); ++kind) {
         held.back().registros.at(kind) = static_cast<int>(row.Integer(static_cast<int>(kind) + 6));
       }
     }

@@ -19,14 +19,14 @@ inline constexpr std::string_view kDeclaracoes = "tremvik.db";
 
 /// One declaration that the store holds.
 struct DeclaracaoGuardada {
-  std::string ie;                           ///< "110.042.490.114"
-  std::string cnpj;                         ///< "12.345.678/0001-95"
-  std::string regime;                       ///< "01"
-  std::string referencia;                   ///< "AAAA-MM"
-  std::string referencia_inicial;           ///< "AAAA-MM", empty where it has none
-  std::string importado_em;                 ///< UTC, "2012-03-20T12:34:56Z"
-  std::string arquivo;                      ///< name of the file that it came from
-  std::array<int, kGravaveis> registros{};  ///< records per kind, in the order of `Gravavel`
+  std::string ie;                                    ///< "110.042.490.114"
+  std::string cnpj;                                  ///< "12.345.678/0001-95"
+  std::string regime;                                ///< "01"
+  std::string referencia;                            ///< "AAAA-MM"
+  std::string referencia_inicial;                    ///< "AAAA-MM", empty where it has none
+  std::string importado_em;                          ///< UTC, "2012-03-20T12:34:56Z"
+  std::string arquivo;                               ///< name of the file that it came from
+  std::array<int, kStoredKinds.size()> registros{};  ///< records per kind, in the order of `kStoredKinds`
 };
 
 /// A value of a stored record: nothing, a whole number (cents, quantities, line numbers) or a text (UTF-8).
@@ -34,7 +34,7 @@ using Celula = std::variant<std::monostate, std::int64_t, std::string>;
 
 /// The records of one kind of one declaration.
 struct TabelaGuardada {
-  Gravavel registro;
+  Kind registro;
   std::string nome;                         ///< the table's name in the store
   std::vector<std::string> colunas;         ///< "linha" first, then the columns of docs/store.md
   std::vector<std::vector<Celula>> linhas;  ///< one row per record, in file order, one cell per column

@@ -69,7 +69,7 @@ std::unique_ptr<ValidadorDocumentos> SqliteComponents::CriarValidadorDocumentos(
   return std::make_unique<ValidadorDocumentosLocal>();
 }
 
-std::unique_ptr<Gravador> SqliteComponents::CriarGravador(Gravavel registro) {
+std::unique_ptr<Gravador> SqliteComponents::CriarGravador(Kind registro) {
   return std::make_unique<TableWriter>(temporario_, registro);
 }
 
@@ -85,7 +85,7 @@ std::unique_ptr<ValidadorDocumentos> DiscardingComponents::CriarValidadorDocumen
   return std::make_unique<ValidadorDocumentosLocal>();
 }
 
-std::unique_ptr<Gravador> DiscardingComponents::CriarGravador(Gravavel /*registro*/) {
+std::unique_ptr<Gravador> DiscardingComponents::CriarGravador(Kind /*registro*/) {
   return std::make_unique<GravadorDescartado>();
 }
 

@@ -18,7 +18,7 @@ class SqliteComponents final : public ComponentFactory {
   std::unique_ptr<BancoTemporario> CriarBancoTemporario() override;
   std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override;
   std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override;
-  std::unique_ptr<Gravador> CriarGravador(Gravavel registro) override;
+  std::unique_ptr<Gravador> CriarGravador(Kind registro) override;
 
  private:
   TemporaryDatabase& temporario_;
@@ -35,7 +35,7 @@ class DiscardingComponents final : public ComponentFactory {
   std::unique_ptr<BancoTemporario> CriarBancoTemporario() override;
   std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override;
   std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override;
-  std::unique_ptr<Gravador> CriarGravador(Gravavel registro) override;
+  std::unique_ptr<Gravador> CriarGravador(Kind registro) override;
 
  private:
   TemporaryNames& nomes_;

@@ -92,7 +92,7 @@ void Store::Transferir(std::string_view nome_do_arquivo) {
   for (const auto& tabela : TabelasDeRegistros()) {
     sqlite::Statement mover = connection_.Prepare(Transferencia(tabela));
     mover.Bind(1, base);
-    if (tabela.registro == Gravavel::kCr05) mover.Bind(2, importacao);
+    if (tabela.registro == Kind::kCr05) mover.Bind(2, importacao);
     mover.Run();
   }
 }

@@ -1,6 +1,9 @@
 #include "adapters/sqlite/store_schema.h"
 
+#include <algorithm>
 #include <array>
+
+#include "host/runtime_error.h"
 
 namespace tremvik {
 namespace {
@@ -89,19 +92,19 @@ constexpr std::array kOcorrenciaAutorizacao{
 };
 constexpr std::array kExportacao{ColunaGuardada{"RE", "re"}};
 
-constexpr std::array<TabelaDeRegistro, kGravaveis> kTabelas{{
-    {Gravavel::kCr05, "declaracao", {}, kDeclaracao},
-    {Gravavel::kCr07, "pagamento", {}, kPagamento},
-    {Gravavel::kCr10, "cfop", {}, kCfop},
-    {Gravavel::kCr14, "interestadual", Gravavel::kCr10, kRegistroCru},
-    {Gravavel::kCr18, "zona_franca", Gravavel::kCr14, kRegistroCru},
-    {Gravavel::kCr20, "ocorrencia", {}, kOcorrencia},
-    {Gravavel::kCr25, "ocorrencia_ie", Gravavel::kCr20, kOcorrenciaIE},
-    {Gravavel::kCr26, "ocorrencia_substituto", Gravavel::kCr20, kOcorrenciaSubstituto},
-    {Gravavel::kCr27, "ocorrencia_substituido", Gravavel::kCr20, kOcorrenciaSubstituido},
-    {Gravavel::kCr28, "ocorrencia_autorizacao", Gravavel::kCr20, kOcorrenciaAutorizacao},
-    {Gravavel::kCr30, "dipam", {}, kRegistroCru},
-    {Gravavel::kCr31, "exportacao", {}, kExportacao},
+constexpr std::array<TabelaDeRegistro, kStoredKinds.size()> kTabelas{{
+    {Kind::kCr05, "declaracao", {}, kDeclaracao},
+    {Kind::kCr07, "pagamento", {}, kPagamento},
+    {Kind::kCr10, "cfop", {}, kCfop},
+    {Kind::kCr14, "interestadual", Kind::kCr10, kRegistroCru},
+    {Kind::kCr18, "zona_franca", Kind::kCr14, kRegistroCru},
+    {Kind::kCr20, "ocorrencia", {}, kOcorrencia},
+    {Kind::kCr25, "ocorrencia_ie", Kind::kCr20, kOcorrenciaIE},
+    {Kind::kCr26, "ocorrencia_substituto", Kind::kCr20, kOcorrenciaSubstituto},
+    {Kind::kCr27, "ocorrencia_substituido", Kind::kCr20, kOcorrenciaSubstituido},
+    {Kind::kCr28, "ocorrencia_autorizacao", Kind::kCr20, kOcorrenciaAutorizacao},
+    {Kind::kCr30, "dipam", {}, kRegistroCru},
+    {Kind::kCr31, "exportacao", {}, kExportacao},
 }};
 
 // The columns that the record's own fields fill, parted by commas; `tipos` adds their types.
@@ -117,7 +120,7 @@ std::string ColunasDosCampos(const TabelaDeRegistro& tabela, bool tipos) {
   return colunas;
 }
 
-bool Cabecalho(const TabelaDeRegistro& tabela) { return tabela.registro == Gravavel::kCr05; }
+bool Cabecalho(const TabelaDeRegistro& tabela) { return tabela.registro == Kind::kCr05; }
 
 // The header's key, which the store numbers anew.
 constexpr std::string_view kImportacao =
@@ -150,8 +153,10 @@ std::string CriarTabela(const TabelaDeRegistro& tabela) {
 
 std::span<const TabelaDeRegistro> TabelasDeRegistros() { return kTabelas; }
 
-const TabelaDeRegistro& TabelaDe(Gravavel registro) {
-  return kTabelas.at(static_cast<std::size_t>(registro));
+const TabelaDeRegistro& TabelaDe(Kind registro) {
+  const auto* const tabela = std::ranges::find(kTabelas, registro, &TabelaDeRegistro::registro);
+  if (tabela == kTabelas.end()) throw RuntimeError(erro::kArgumentoInvalido);
+  return *tabela;
 }
 
 int ColunasDeChave(const TabelaDeRegistro& tabela) { return tabela.pai ? 3 : 2; }

@@ -31,15 +31,16 @@ struct ColunaGuardada {
 /// The table of one record kind. Every table but the header's has the columns "declaracao_id" and "linha" as
 /// its key; a detail also has the line of the record that it belongs to.
 struct TabelaDeRegistro {
-  Gravavel registro;
+  Kind registro;
   std::string_view nome;
-  std::optional<Gravavel> pai;  ///< the kind that this one details, other than the header
+  std::optional<Kind> pai;  ///< the kind that this one details, other than the header
   std::span<const ColunaGuardada> colunas;
 };
 
-/// The twelve tables, in the order of `Gravavel`.
+/// The twelve tables, in the order of `kStoredKinds`.
 [[nodiscard]] std::span<const TabelaDeRegistro> TabelasDeRegistros();
-[[nodiscard]] const TabelaDeRegistro& TabelaDe(Gravavel registro);
+/// The table of a kind that is stored; another one raises 5.
+[[nodiscard]] const TabelaDeRegistro& TabelaDe(Kind registro);
 
 /// Columns before those of the fields: header "id", "linha"; others "declaracao_id", "linha" and the parent's
 /// line if they have a parent.

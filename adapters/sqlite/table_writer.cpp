@@ -61,7 +61,7 @@ bool SoZeros(std::string_view texto) { return texto.find_first_not_of('0') == st
 
 }  // namespace
 
-TableWriter::TableWriter(TemporaryDatabase& temporario, Gravavel registro)
+TableWriter::TableWriter(TemporaryDatabase& temporario, Kind registro)
     : temporario_(temporario), tabela_(TabelaDe(registro)), lugares_(tabela_.colunas.size()) {
   textos_.reserve(kTextos);
   formados_.reserve(kTextos);

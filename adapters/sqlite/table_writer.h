@@ -14,7 +14,7 @@ namespace tremvik {
 class TableWriter final : public Gravador {
  public:
   /// `temporario` must outlive this object.
-  TableWriter(TemporaryDatabase& temporario, Gravavel registro);
+  TableWriter(TemporaryDatabase& temporario, Kind registro);
 
   void CaminhoBase(std::string_view /*caminho*/) override {}
   /// A field that the record kind has not, or one given twice, raises 5.

@@ -35,7 +35,7 @@ std::int16_t TemporaryDatabase::Abrir(std::string_view caminho) {
   connection_ = sqlite::Connection(folder_.Resolve(caminho), SQLITE_OPEN_READWRITE);
   connection_.Execute(kSemGarantias);
   connection_.Execute("BEGIN EXCLUSIVE");
-  ultima_linha_.fill(0);
+  ultima_linha_ = {};
   declaracoes_ = 0;
   return 1;
 }
@@ -79,24 +79,24 @@ std::string TemporaryDatabase::Encerrado() const {
   return encerrado_ ? folder_.File(arquivo::kTemporario) : std::string();
 }
 
-ChaveDeRegistro TemporaryDatabase::NovaChave(Gravavel registro) {
+ChaveDeRegistro TemporaryDatabase::NovaChave(Kind registro) {
   const auto pai = TabelaDe(registro).pai;
-  if (registro == Gravavel::kCr05) {
+  if (registro == Kind::kCr05) {
     ++declaracoes_;
-    ultima_linha_.fill(0);
+    ultima_linha_ = {};
   }
   ChaveDeRegistro chave{.declaracao = declaracoes_, .linha = linha_ ? linha_() : 0, .pai = 0};
-  if (pai) chave.pai = ultima_linha_.at(static_cast<std::size_t>(*pai));
+  if (pai) chave.pai = ultima_linha_[*pai];
   if (declaracoes_ == 0 || (pai && chave.pai == 0)) {
     throw RuntimeError(erro::kArgumentoInvalido, "Registro gravado antes do registro a que pertence.");
   }
-  ultima_linha_.at(static_cast<std::size_t>(registro)) = chave.linha;
+  ultima_linha_[registro] = chave.linha;
   return chave;
 }
 
-sqlite::Statement& TemporaryDatabase::Insercao(Gravavel registro) {
+sqlite::Statement& TemporaryDatabase::Insercao(Kind registro) {
   if (!connection_) throw RuntimeError(kBancoFechado, "O banco de dados temporário não está aberto.");
-  auto& insercao = insercoes_.at(static_cast<std::size_t>(registro));
+  auto& insercao = insercoes_[registro];
   if (!insercao) insercao = connection_.Prepare(InsercaoTemporaria(TabelaDe(registro)), true);
   return *insercao;
 }

@@ -1,7 +1,6 @@
 // The temporary database of one run: made empty, renamed by the run, written in one transaction, ended.
 #pragma once
 
-#include <array>
 #include <functional>
 #include <optional>
 #include <string>
@@ -45,9 +44,9 @@ class TemporaryDatabase {
 
   /// Numbers the next record of kind `registro`. A record without the header or parent that it needs
   /// raises 5.
-  [[nodiscard]] ChaveDeRegistro NovaChave(Gravavel registro);
+  [[nodiscard]] ChaveDeRegistro NovaChave(Kind registro);
   /// The statement that writes a record of that kind. Raises 3420 when the database is not open.
-  [[nodiscard]] sqlite::Statement& Insercao(Gravavel registro);
+  [[nodiscard]] sqlite::Statement& Insercao(Kind registro);
 
  private:
   void Fechar();
@@ -56,8 +55,8 @@ class TemporaryDatabase {
   const ComponentFolder& folder_;
   std::function<int()> linha_;
   sqlite::Connection connection_;
-  std::array<std::optional<sqlite::Statement>, kGravaveis> insercoes_;
-  std::array<std::int64_t, kGravaveis> ultima_linha_{};
+  ByKind<std::optional<sqlite::Statement>> insercoes_;
+  ByKind<std::int64_t> ultima_linha_;
   std::int64_t declaracoes_ = 0;
   bool encerrado_ = false;
 };

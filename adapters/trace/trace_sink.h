@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/diagnostics.h"
+#include "host/record_kind.h"
 
 namespace tremvik {
 
@@ -45,8 +46,8 @@ struct TraceSink {
   /// "Preparar", "Abrir" or "Encerrar", before it is done; `caminho` is empty for "Preparar".
   virtual void Banco(std::string_view /*operacao*/, std::string_view /*caminho*/) {}
   virtual void Consulta(const TracedQuery&) {}
-  /// A record of that code, all its fields in the order given, before its writer stores it.
-  virtual void Gravacao(std::string_view /*registro*/, std::span<const TracedField> /*campos*/) {}
+  /// A record of that kind, all its fields in the order given, before its writer stores it.
+  virtual void Gravacao(Kind /*registro*/, std::span<const TracedField> /*campos*/) {}
   virtual void Inconsistencia(const FaultLocation&) {}
   virtual void Duvida(const FaultLocation&) {}
   /// "Exists", "Delete", "Rename", "Open" or "Close", before it is done; `caminho` is empty for "Close".

@@ -52,7 +52,7 @@ class TracingConsulta final : public ConsultaDeclaracoes {
 // Keeps the fields of the record being given in one reused text, as their views end with each call.
 class TracingGravador final : public Gravador {
  public:
-  TracingGravador(std::unique_ptr<Gravador> inner, TraceSink& sink, Gravavel registro)
+  TracingGravador(std::unique_ptr<Gravador> inner, TraceSink& sink, Kind registro)
       : inner_(std::move(inner)), sink_(sink), registro_(registro) {}
 
   void CaminhoBase(std::string_view caminho) override { inner_->CaminhoBase(caminho); }
@@ -70,7 +70,7 @@ class TracingGravador final : public Gravador {
           {bytes.substr(begin, end.nome - begin), bytes.substr(end.nome, end.texto - end.nome)});
       begin = end.texto;
     }
-    sink_.Gravacao(Codigo(registro_), campos_);
+    sink_.Gravacao(registro_, campos_);
     bytes_.clear();
     ends_.clear();
     inner_->Gravar();
@@ -83,7 +83,7 @@ class TracingGravador final : public Gravador {
   };
   std::unique_ptr<Gravador> inner_;
   TraceSink& sink_;
-  Gravavel registro_;
+  Kind registro_;
   std::string bytes_;
   std::vector<Ends> ends_;
   std::vector<TracedField> campos_;
@@ -103,7 +103,7 @@ std::unique_ptr<ValidadorDocumentos> TracingComponents::CriarValidadorDocumentos
   return inner_.CriarValidadorDocumentos();
 }
 
-std::unique_ptr<Gravador> TracingComponents::CriarGravador(Gravavel registro) {
+std::unique_ptr<Gravador> TracingComponents::CriarGravador(Kind registro) {
   if (!gravacoes_) return inner_.CriarGravador(registro);
   return std::make_unique<TracingGravador>(inner_.CriarGravador(registro), sink_, registro);
 }

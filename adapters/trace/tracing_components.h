@@ -16,7 +16,7 @@ class TracingComponents final : public ComponentFactory {
   std::unique_ptr<BancoTemporario> CriarBancoTemporario() override;
   std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override;
   std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override;
-  std::unique_ptr<Gravador> CriarGravador(Gravavel registro) override;
+  std::unique_ptr<Gravador> CriarGravador(Kind registro) override;
 
  private:
   ComponentFactory& inner_;

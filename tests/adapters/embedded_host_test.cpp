@@ -32,18 +32,18 @@ class HostRun {
     host_.files.Rename(host_.application.AppPath() + "\\BDTemp.mdb", path_);
     components_.banco().Abrir(path_);
   }
-  void Write(Gravavel kind, std::initializer_list<std::pair<std::string_view, std::string_view>> fields) {
+  void Write(Kind kind, std::initializer_list<std::pair<std::string_view, std::string_view>> fields) {
     for (const auto& [name, text] : fields)
       components_.gravador(kind).Campo(name, text);
     components_.gravador(kind).Gravar();
   }
   /// A declaration with one record of every kind, and `payments` payments.
   void Declare(std::string_view reference, int payments = 1) {
-    Write(Gravavel::kCr05, {{"IE", kIE}, {"RegTrib", "01"}, {"Ref", reference}});
+    Write(Kind::kCr05, {{"IE", kIE}, {"RegTrib", "01"}, {"Ref", reference}});
     for (int i = 0; i < payments; ++i)
-      Write(Gravavel::kCr07, {{"Valor", "1,00"}});
-    for (const auto kind : {Gravavel::kCr10, Gravavel::kCr14, Gravavel::kCr18, Gravavel::kCr20, Gravavel::kCr25, Gravavel::kCr26,
-                            Gravavel::kCr27, Gravavel::kCr28, Gravavel::kCr30, Gravavel::kCr31}) {
+      Write(Kind::kCr07, {{"Valor", "1,00"}});
+    for (const auto kind : {Kind::kCr10, Kind::kCr14, Kind::kCr18, Kind::kCr20, Kind::kCr25, Kind::kCr26, Kind::kCr27, Kind::kCr28,
+                            Kind::kCr30, Kind::kCr31}) {
       Write(kind, {});
     }
   }
@@ -117,7 +117,7 @@ TEST_F(EmbeddedHostTest, AnAcceptedRunMovesIntoTheStoreWithAllItsRecords) {
   EXPECT_THAT(held[0].registros, ElementsAre(1, 3, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1));
   EXPECT_EQ(held[2].arquivo, "arquivo.txt");
   const auto records = DeclarationStore(folder_).Registros(kIE, "2012-04");
-  ASSERT_EQ(records.size(), kGravaveis);
+  ASSERT_EQ(records.size(), kStoredKinds.size());
   EXPECT_THAT(records[2].colunas, testing::Contains("valor_contabil_centavos"));
   EXPECT_THAT(DeclarationStore(folder_).Registros(kIE, "2012-06"), IsEmpty());
   const std::string store = Path("tremvik.db");

@@ -107,7 +107,7 @@ Scripted* MakeValidador() {
       Contract(IID_IValidadorDocumentos));
 }
 
-template <Gravavel kRegistro>
+template <Kind kRegistro>
 Scripted* MakeGravador() {
   auto campos = std::make_shared<std::string>();
   const auto campo = [campos](const Arguments& given) {
@@ -202,18 +202,18 @@ constexpr std::array kClasses{
     HostClass{L"Brunsel.BancoTemporario", 4, MakeBanco},
     HostClass{L"Brunsel.ConsultaDeclaracoes", 5, MakeConsulta},
     HostClass{L"Brunsel.ValidadorDocumentos", 6, MakeValidador},
-    HostClass{L"Brunsel.GravadorCR05", 7, MakeGravador<Gravavel::kCr05>},
-    HostClass{L"Brunsel.GravadorCR07", 8, MakeGravador<Gravavel::kCr07>},
-    HostClass{L"Brunsel.GravadorCR10", 9, MakeGravador<Gravavel::kCr10>},
-    HostClass{L"Brunsel.GravadorCR14", 10, MakeGravador<Gravavel::kCr14>},
-    HostClass{L"Brunsel.GravadorCR18", 11, MakeGravador<Gravavel::kCr18>},
-    HostClass{L"Brunsel.GravadorCR20", 12, MakeGravador<Gravavel::kCr20>},
-    HostClass{L"Brunsel.GravadorCR25", 13, MakeGravador<Gravavel::kCr25>},
-    HostClass{L"Brunsel.GravadorCR26", 14, MakeGravador<Gravavel::kCr26>},
-    HostClass{L"Brunsel.GravadorCR27", 15, MakeGravador<Gravavel::kCr27>},
-    HostClass{L"Brunsel.GravadorCR28", 16, MakeGravador<Gravavel::kCr28>},
-    HostClass{L"Brunsel.GravadorCR30", 17, MakeGravador<Gravavel::kCr30>},
-    HostClass{L"Brunsel.GravadorCR31", 18, MakeGravador<Gravavel::kCr31>},
+    HostClass{L"Brunsel.GravadorCR05", 7, MakeGravador<Kind::kCr05>},
+    HostClass{L"Brunsel.GravadorCR07", 8, MakeGravador<Kind::kCr07>},
+    HostClass{L"Brunsel.GravadorCR10", 9, MakeGravador<Kind::kCr10>},
+    HostClass{L"Brunsel.GravadorCR14", 10, MakeGravador<Kind::kCr14>},
+    HostClass{L"Brunsel.GravadorCR18", 11, MakeGravador<Kind::kCr18>},
+    HostClass{L"Brunsel.GravadorCR20", 12, MakeGravador<Kind::kCr20>},
+    HostClass{L"Brunsel.GravadorCR25", 13, MakeGravador<Kind::kCr25>},
+    HostClass{L"Brunsel.GravadorCR26", 14, MakeGravador<Kind::kCr26>},
+    HostClass{L"Brunsel.GravadorCR27", 15, MakeGravador<Kind::kCr27>},
+    HostClass{L"Brunsel.GravadorCR28", 16, MakeGravador<Kind::kCr28>},
+    HostClass{L"Brunsel.GravadorCR30", 17, MakeGravador<Kind::kCr30>},
+    HostClass{L"Brunsel.GravadorCR31", 18, MakeGravador<Kind::kCr31>},
 };
 
 }  // namespace

@@ -150,13 +150,13 @@ TEST(ReferenceTables, QueryOfEachKindAndMode) {
   MemoryHost host;
   TabelasFixas tables(host, host);
   for (const auto& [where, cells] : ReadTable("look_ups.txt", 4)) {
-    EXPECT_FALSE(tables.NaoExisteEmFixas(cells[0], cells[1], cells[2])) << where;
+    EXPECT_FALSE(tables.NaoExisteEmFixas(FindKind(cells[0])->kind, cells[1], cells[2])) << where;
     EXPECT_EQ(host.queries.back(), cells[3]);
   }
-  EXPECT_TRUE(tables.NaoExisteEmFixas("20", "999.98", "0"));
+  EXPECT_TRUE(tables.NaoExisteEmFixas(Kind::kCr20, "999.98", "0"));
   EXPECT_EQ(host.open_databases, 0);
   host.Fail("OpenRecordset", 3075);
-  EXPECT_THROW((void)tables.NaoExisteEmFixas("14", "3'5", ""), RuntimeError);
+  EXPECT_THROW((void)tables.NaoExisteEmFixas(Kind::kCr14, "3'5", ""), RuntimeError);
   EXPECT_EQ(host.open_databases, 0);
 }
 

@@ -143,7 +143,7 @@ struct FaultHost::Faulty final : Screen, Events, Diagnostics, Files, Application
   std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override {
     return std::make_unique<FaultDocumentos>(Made().CriarValidadorDocumentos(), plan);
   }
-  std::unique_ptr<Gravador> CriarGravador(Gravavel registro) override {
+  std::unique_ptr<Gravador> CriarGravador(Kind registro) override {
     return std::make_unique<FaultGravador>(Made().CriarGravador(registro), plan);
   }
   ComponentFactory& Made() { return Call(erro::kComponenteNaoCriado).components; }

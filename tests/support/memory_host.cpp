@@ -212,7 +212,7 @@ std::unique_ptr<ValidadorDocumentos> MemoryHost::CriarValidadorDocumentos() {
   return std::make_unique<Documentos>(*this);
 }
 
-std::unique_ptr<Gravador> MemoryHost::CriarGravador(Gravavel registro) {
+std::unique_ptr<Gravador> MemoryHost::CriarGravador(Kind registro) {
   Step("CriarGravador");
   return std::make_unique<Writer>(*this, Codigo(registro));
 }

@@ -98,7 +98,7 @@ class MemoryHost : public Screen,
   std::unique_ptr<BancoTemporario> CriarBancoTemporario() override;
   std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override;
   std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override;
-  std::unique_ptr<Gravador> CriarGravador(Gravavel registro) override;
+  std::unique_ptr<Gravador> CriarGravador(Kind registro) override;
 
  private:
   struct Failure {
