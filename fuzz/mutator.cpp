@@ -2,15 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <stdexcept>
+#include <iterator>
 #include <utility>
 #include <vector>
 
-#include "adapters/local/documents.h"
 #include "fuzz/repairs.h"
 #include "layout/kinds.h"
 #include "sample/draw.h"
-#include "sample/registrations.h"
 #include "sample/sample.h"
 
 namespace tremvik::fuzz {
@@ -48,54 +46,48 @@ const std::vector<Interesting>& Dictionary() {
 
 std::size_t Below(Sorteio& draw, std::size_t end) { return draw.Entre<std::size_t>(0, end - 1); }
 
-// Any byte, line ends rarely: they hide every change behind a wrong length.
+// Mostly what stands in numbers; line ends rarely: they hide every change behind a wrong length.
 char RandomByte(Sorteio& draw) {
+  constexpr std::string_view kInNumbers = " +-.,\t0123456789";
+  if (draw.Chance(60)) return kInNumbers[Below(draw, kInNumbers.size())];
   const char byte = static_cast<char>(draw.Entre(0, 255));
   return (byte == '\r' || byte == '\n') && draw.Chance(90) ? '\0' : byte;
 }
 
-std::string RandomText(Sorteio& draw, std::size_t width) {
-  std::string text;
-  while (text.size() < width)
-    text += RandomByte(draw);
-  return text;
-}
-
 // The field of another record of the same kind.
 std::string Borrowed(Sorteio& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field) {
-  std::vector<std::string> texts;
+  std::vector<std::string_view> texts;
   for (const std::string& line : lines) {
-    const std::string text = FieldText(line, field);
+    const std::string_view text = FieldText(line, field);
     if (KindOf(line) == &kind && !text.empty()) texts.push_back(text);
   }
-  return texts.empty() ? std::string() : texts[Below(draw, texts.size())];
+  return std::string(texts[Below(draw, texts.size())]);
 }
 
+// Another text for a field that holds `text`, in a file of such lines.
 std::string NewText(Sorteio& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field,
                     std::string text) {
   const auto known = std::ranges::find(Dictionary(), field.name, &Interesting::campo);
   if (known != Dictionary().end() && draw.Chance(60)) {
     return std::string(known->values[Below(draw, known->values.size())]);
   }
+  constexpr std::string_view kFillers = "09 ";
   const std::size_t width = text.size();
   switch (draw.Entre(0, 8)) {
     case 0:
       return draw.Digitos(width);
     case 1:
-      return std::string(width, '0');
     case 2:
-      return std::string(width, '9');
     case 3:
-      return std::string(width, ' ');
+      return std::string(width, kFillers[Below(draw, kFillers.size())]);
     case 4:
-      return std::string(width - 1, '0') + static_cast<char>('0' + draw.Entre(1, 9));
+      return std::string(width - 1, '0') + draw.Digitos(1);
     case 5:
-      return RandomText(draw, width);
-    case 6:
-      text[Below(draw, width)] = RandomByte(draw);
+      std::ranges::generate(text, [&draw] { return RandomByte(draw); });
       return text;
+    case 6:
     case 7:
-      text[Below(draw, width)] = static_cast<char>('0' + draw.Entre(0, 9));
+      text[Below(draw, width)] = RandomByte(draw);
       return text;
     default:
       return Borrowed(draw, lines, kind, field);
@@ -108,46 +100,42 @@ void ChangeField(Sorteio& draw, Lines& lines) {
   if (kind == nullptr) return;
   const std::size_t code = draw.Chance(95) ? 1 : 0;  // the code itself rarely: it hides the other changes
   const FieldInfo& field = kind->fields[draw.Entre(code, kind->fields.size() - 1)];
-  const std::string text = FieldText(line, field);
+  const std::string text(FieldText(line, field));
   if (text.empty()) return;
   line.replace(static_cast<std::size_t>(field.position - 1), text.size(),
                NewText(draw, lines, *kind, field, text));
 }
 
-// The lines from the declaration's header at or before `at` up to the next one.
-std::pair<std::size_t, std::size_t> DeclarationAt(const Lines& lines, std::size_t at) {
-  const auto header = [](const std::string& line) { return line.starts_with("05"); };
-  std::size_t begin = at;
-  while (begin > 0 && !header(lines[begin]))
-    --begin;
-  std::size_t end = begin + 1;
-  while (end < lines.size() && !header(lines[end]))
-    ++end;
-  return {begin, end};
+Lines::iterator Line(Sorteio& draw, Lines& lines) {
+  return lines.begin() + static_cast<std::ptrdiff_t>(Below(draw, lines.size()));
 }
 
+// The declaration of a line, or what stands before the first one, follows once more.
 void CopyDeclaration(Sorteio& draw, Lines& lines) {
-  const auto [begin, end] = DeclarationAt(lines, Below(draw, lines.size()));
-  const Lines copy(lines.begin() + std::ptrdiff_t(begin), lines.begin() + std::ptrdiff_t(end));
-  lines.insert(lines.begin() + std::ptrdiff_t(end), copy.begin(), copy.end());
+  const auto header = [](const std::string& line) { return line.starts_with("05"); };
+  const auto at = std::next(Line(draw, lines));
+  const auto last_header = std::find_if(std::make_reverse_iterator(at), lines.rend(), header);
+  const auto begin = last_header == lines.rend() ? lines.begin() : std::prev(last_header.base());
+  const auto end = std::find_if(at, lines.end(), header);
+  const Lines copy(begin, end);
+  lines.insert(end, copy.begin(), copy.end());
 }
 
-// A valid declaration of a sample file takes the place of all others.
+// A valid declaration or a few take the place of all others.
 void TakeSample(Sorteio& draw, Lines& lines) {
   const int declaracoes = draw.Entre(1, 3);
   lines = SplitLines(sample::Gerar({.declaracoes = declaracoes, .semente = draw.Bits() % 100'000}));
 }
 
 void MoveRecord(Sorteio& draw, Lines& lines) {
-  const std::size_t from = Below(draw, lines.size());
-  const std::size_t to = Below(draw, lines.size());
-  std::string moved = std::move(lines[from]);
-  lines.erase(lines.begin() + std::ptrdiff_t(from));
-  lines.insert(lines.begin() + std::ptrdiff_t(to), std::move(moved));
+  const auto from = Line(draw, lines);
+  std::string moved = std::move(*from);
+  lines.erase(from);
+  lines.insert(lines.empty() ? lines.end() : Line(draw, lines), std::move(moved));
 }
 
 void ChangeLength(Sorteio& draw, Lines& lines) {
-  std::string& line = lines[Below(draw, lines.size())];
+  std::string& line = *Line(draw, lines);
   const std::size_t at = Below(draw, line.size() + 1);
   if (draw.Chance(50)) {
     line.insert(at, 1, static_cast<char>(draw.Entre(0, 255)));
@@ -158,22 +146,22 @@ void ChangeLength(Sorteio& draw, Lines& lines) {
 
 void ChangeLineEnd(Sorteio& draw, Lines& lines) {
   constexpr std::array<std::string_view, 4> kEnds{"\n", "\r", "", "\r\n"};
-  std::string& line = lines[Below(draw, lines.size())];
+  std::string& line = *Line(draw, lines);
   while (line.ends_with('\n') || line.ends_with('\r'))
     line.pop_back();
   line += draw.Um(kEnds);
 }
 
 void Change(Sorteio& draw, Lines& lines) {
-  if (lines.empty() || draw.Chance(2)) TakeSample(draw, lines);
-  const std::size_t at = Below(draw, lines.size());
+  if (lines.empty() || draw.Chance(10)) TakeSample(draw, lines);
+  const auto at = Line(draw, lines);
   const int kind = draw.Entre(0, 99);
   if (kind < 74) {
     ChangeField(draw, lines);
   } else if (kind < 82) {
-    lines.insert(lines.begin() + std::ptrdiff_t(at), lines[at]);
+    lines.insert(at, std::string(*at));
   } else if (kind < 90) {
-    lines.erase(lines.begin() + std::ptrdiff_t(at));
+    lines.erase(at);
   } else if (kind < 94) {
     MoveRecord(draw, lines);
   } else if (kind < 97) {

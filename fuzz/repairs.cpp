@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <stdexcept>
 
 #include "adapters/local/documents.h"
 #include "sample/registrations.h"
@@ -12,59 +11,62 @@
 namespace tremvik::fuzz {
 namespace {
 
-template <typename R>
-FieldInfo Info(const Field<R>& field) {
-  return {field.name, field.position, field.width};
-}
-
 bool IsDigits(std::string_view text) {
   return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-// The number in a field of digits, else 0.
+// The number in a text of digits, else 0.
 std::int64_t Number(std::string_view text) {
   std::int64_t number = 0;
   if (IsDigits(text)) std::from_chars(text.data(), text.data() + text.size(), number);
   return number;
 }
 
-// Writes `text` into the field of a line that is long enough for it.
-template <typename R>
-void Put(std::string& line, const Field<R>& field, std::string_view text) {
-  if (FieldText(line, Info(field)).empty()) return;
-  line.replace(static_cast<std::size_t>(field.position - 1), static_cast<std::size_t>(field.width), text);
+// The bytes of the field of that name; empty when the line's kind has none or the line is too short for it.
+std::string_view Get(std::string_view line, std::string_view name) {
+  const KindInfo* const kind = KindOf(line);
+  if (kind == nullptr) return {};
+  const auto field = std::ranges::find(kind->fields, name, &FieldInfo::name);
+  return field == kind->fields.end() ? std::string_view() : FieldText(line, *field);
 }
 
-template <typename R>
-void PutNumber(std::string& line, const Field<R>& field, std::int64_t number) {
-  const auto width = static_cast<std::size_t>(field.width);
-  std::string text = std::to_string(number);
-  if (text.size() > width) text = text.substr(text.size() - width);
-  Put(line, field, std::string(width - text.size(), '0') + text);
+// Writes `text`, as wide as the field, over the field's bytes, where there are any.
+void Put(std::string& line, std::string_view name, std::string_view text) {
+  const std::string_view bytes = Get(line, name);
+  if (!bytes.empty()) line.replace(static_cast<std::size_t>(bytes.data() - line.data()), bytes.size(), text);
 }
 
-// Counts the records of kind `code` after the line at `parent`, up to the next record of one of `until`.
-int CountAfter(const Lines& lines, std::size_t parent, std::string_view code,
-               std::initializer_list<std::string_view> until) {
+// The number's last digits, as many as the field has.
+void PutNumber(std::string& line, std::string_view name, std::int64_t number) {
+  const std::size_t width = Get(line, name).size();
+  const std::string text = std::string(width, '0') + std::to_string(number);
+  Put(line, name, std::string_view(text).substr(text.size() - width));
+}
+
+// The field of `parent` that announces records of `child`: it is named for their code.
+bool Announces(const KindInfo& parent, const KindInfo& child) {
+  return std::ranges::any_of(parent.fields, [&](const FieldInfo& field) {
+    return field.name.starts_with('Q') && field.name.substr(1) == child.code;
+  });
+}
+
+// True when a record of `kind` ends what lies under one of `parent` before it: the same kind, or one above
+// it.
+bool Ends(const KindInfo& kind, const KindInfo& parent) {
+  return &kind == &parent || std::ranges::any_of(kKinds, [&](const KindInfo& above) {
+    return Announces(above, parent) && Ends(kind, above);
+  });
+}
+
+int CountUnder(const Lines& lines, std::size_t parent, const KindInfo& child) {
   int count = 0;
   for (std::size_t i = parent + 1; i < lines.size(); ++i) {
-    const std::string_view here = std::string_view(lines[i]).substr(0, 2);
-    if (std::ranges::find(until, here) != until.end()) break;
-    if (here == code) ++count;
+    const KindInfo* const kind = KindOf(lines[i]);
+    if (kind == nullptr) continue;
+    if (Ends(*kind, *KindOf(lines[parent]))) break;
+    if (kind == &child) ++count;
   }
   return count;
-}
-
-template <typename R>
-void Announce(Lines& lines, std::size_t parent, const Field<R>& quantity,
-              std::initializer_list<std::string_view> until) {
-  PutNumber(lines[parent], quantity, CountAfter(lines, parent, quantity.name.substr(1), until));
-}
-
-template <typename R>
-void CompleteIE(std::string& line, const Field<R>& field) {
-  const std::string ie = FieldText(line, Info(field));
-  if (IsDigits(ie)) Put(line, field, CompletarIE(ie.substr(0, 8), ie.substr(9, 2)));
 }
 
 }  // namespace
@@ -88,39 +90,30 @@ std::string JoinLines(const Lines& lines) {
 
 const KindInfo* KindOf(std::string_view line) { return FindKind(line.substr(0, 2)); }
 
-std::string FieldText(std::string_view line, const FieldInfo& field) {
+std::string_view FieldText(std::string_view line, const FieldInfo& field) {
   const auto position = static_cast<std::size_t>(field.position - 1);
   const auto width = static_cast<std::size_t>(field.width);
-  return line.size() < position + width ? std::string() : std::string(line.substr(position, width));
+  return line.size() < position + width ? std::string_view() : line.substr(position, width);
 }
 
 void RepairQuantities(Lines& lines) {
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    const std::string_view code = std::string_view(lines[i]).substr(0, 2);
-    if (code == "01") Announce(lines, i, Cr01::kQ05, {"01"});
-    if (code == "05") {
-      for (const auto& field : {Cr05::kQ07, Cr05::kQ10, Cr05::kQ20, Cr05::kQ30, Cr05::kQ31})
-        Announce(lines, i, field, {"05"});
-    }
-    if (code == "10") Announce(lines, i, Cr10::kQ14, {"05", "10"});
-    if (code == "14") Announce(lines, i, Cr14::kQ18, {"05", "10", "14"});
-    if (code == "20") {
-      for (const auto& field : {Cr20::kQ25, Cr20::kQ26, Cr20::kQ27, Cr20::kQ28})
-        Announce(lines, i, field, {"05", "20"});
+    const KindInfo* const kind = KindOf(lines[i]);
+    for (const KindInfo& child : kKinds) {
+      if (kind == nullptr || !Announces(*kind, child)) continue;
+      PutNumber(lines[i], "Q" + std::string(child.code), CountUnder(lines, i, child));
     }
   }
 }
 
 void RepairDocuments(Lines& lines) {
   for (std::string& line : lines) {
-    if (line.starts_with("05")) {
-      CompleteIE(line, Cr05::kIE);
-      const std::string cnpj = FieldText(line, Info(Cr05::kCNPJ));
-      if (IsDigits(cnpj)) Put(line, Cr05::kCNPJ, CompletarCNPJ(cnpj.substr(0, 12)));
+    for (const std::string_view name : {"IE", "IESubstituto", "IESubstituído"}) {
+      const std::string_view ie = Get(line, name);
+      if (IsDigits(ie)) Put(line, name, CompletarIE(ie.substr(0, 8), ie.substr(9, 2)));
     }
-    if (line.starts_with("25")) CompleteIE(line, Cr25::kIE);
-    if (line.starts_with("26")) CompleteIE(line, Cr26::kIESubstituto);
-    if (line.starts_with("27")) CompleteIE(line, Cr27::kIESubstituido);
+    const std::string_view cnpj = Get(line, "CNPJ");
+    if (IsDigits(cnpj)) Put(line, "CNPJ", CompletarCNPJ(cnpj.substr(0, 12)));
   }
 }
 
@@ -128,19 +121,15 @@ void RepairSums(Lines& lines) {
   std::string* occurrence = nullptr;
   std::int64_t sum = 0;
   for (std::string& line : lines) {
-    if (line.starts_with("20")) {
+    const KindInfo* const kind = KindOf(line);
+    if (kind == nullptr) continue;
+    if (kind->code == "20") {
       occurrence = &line;
       sum = 0;
-      continue;
+    } else if (Announces(*FindKind("20"), *kind) && occurrence != nullptr) {
+      sum += Number(Get(line, "Valor"));
+      PutNumber(*occurrence, "Valor", sum);
     }
-    std::string value;
-    if (line.starts_with("25")) value = FieldText(line, Info(Cr25::kValor));
-    if (line.starts_with("26")) value = FieldText(line, Info(Cr26::kValor));
-    if (line.starts_with("27")) value = FieldText(line, Info(Cr27::kValor));
-    if (line.starts_with("28")) value = FieldText(line, Info(Cr28::kValor));
-    if (value.empty() || occurrence == nullptr) continue;
-    sum += Number(value);
-    PutNumber(*occurrence, Cr20::kValor, sum);
   }
 }
 
@@ -149,26 +138,28 @@ void RepairAuthorizations(Lines& lines, sample::Sorteio& draw) {
   std::string ie;
   std::string sub_item;
   for (std::string& line : lines) {
-    if (line.starts_with("05")) ie = FieldText(line, Info(Cr05::kIE));
-    if (line.starts_with("20")) sub_item = FieldText(line, Info(Cr20::kCodSubItem));
+    if (line.starts_with("05")) ie = Get(line, "IE");
+    if (line.starts_with("20")) sub_item = Get(line, "CódSubItem");
     if (!line.starts_with("28") || !IsDigits(ie) || sub_item.size() != 5) continue;
     if (std::ranges::find(kSubItems, std::string_view(sub_item).substr(2)) == kSubItems.end()) continue;
-    const std::int64_t value = Number(FieldText(line, Info(Cr28::kValor)));
-    Put(line, Cr28::kCodAutorizacao, sample::SortearAutorizacao(draw, sub_item, value, ie));
+    const std::int64_t value = Number(Get(line, "Valor"));
+    Put(line, "CodAutorizacao", sample::SortearAutorizacao(draw, sub_item, value, ie));
   }
 }
 
 void RepairOrder(Lines& lines) {
-  std::string last;
+  std::string ie;
+  std::string ref;
   for (std::string& line : lines) {
     if (!line.starts_with("05")) continue;
-    const std::string key = FieldText(line, Info(Cr05::kIE)) + FieldText(line, Info(Cr05::kRef));
-    if (key.size() == 18 && !last.empty() && key <= last && IsDigits(last)) {
-      const std::int64_t ref = Number(std::string_view(last).substr(12));
-      Put(line, Cr05::kIE, last.substr(0, 12));
-      PutNumber(line, Cr05::kRef, ref % 100 >= 12 ? ref + 89 : ref + 1);
+    const bool later = std::string(Get(line, "IE")).append(Get(line, "Ref")) > ie + ref;
+    if (!later && IsDigits(ie) && IsDigits(ref)) {
+      const std::int64_t last = Number(ref);
+      Put(line, "IE", ie);
+      PutNumber(line, "Ref", last % 100 >= 12 ? last + 89 : last + 1);
     }
-    last = FieldText(line, Info(Cr05::kIE)) + FieldText(line, Info(Cr05::kRef));
+    ie = Get(line, "IE");
+    ref = Get(line, "Ref");
   }
 }
 

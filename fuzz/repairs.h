@@ -18,7 +18,7 @@ using Lines = std::vector<std::string>;
 /// The kind that a line's code names, null for none.
 [[nodiscard]] const KindInfo* KindOf(std::string_view line);
 /// The field's bytes; empty when the line is too short for it.
-[[nodiscard]] std::string FieldText(std::string_view line, const FieldInfo& field);
+[[nodiscard]] std::string_view FieldText(std::string_view line, const FieldInfo& field);
 
 /// Announces in every parent record how many records of each kind follow it.
 void RepairQuantities(Lines& lines);

@@ -1,4 +1,5 @@
-// The published conversions, which a host may call with any text, and the tests of dates and times.
+// The published conversions, which a host may call with any text, and the tests of dates and times: each line
+// of an input (CR LF) is one text.
 #include <algorithm>
 #include <string>
 
@@ -6,7 +7,7 @@
 #include "component/tremvik.h"
 #include "fuzz/target.h"
 #include "host/runtime_error.h"
-#include "tests/support/tables_host.h"
+#include "tests/support/memory_host.h"
 
 namespace tremvik::fuzz {
 namespace {
@@ -33,15 +34,7 @@ bool SameDigits(std::string shown, std::string given) {
   return shown == given;
 }
 
-}  // namespace
-
-const std::size_t kFileAt = std::string_view::npos;
-
-void CheckValues(std::string_view bytes) {
-  static test::References references;
-  test::TablesHost host(references, "");
-  const Tremvik tremvik(host.host());
-  const std::string text(bytes);
+void CheckValue(const Tremvik& tremvik, const std::string& text) {
   const auto value = [&](const std::string& cents) {
     return Result([&] { return tremvik.FomataValor(cents); });
   };
@@ -60,9 +53,19 @@ void CheckValues(std::string_view bytes) {
   (void)Result([&] { return ValidarHora(text) ? "" : "hora"; });
 }
 
-}  // namespace tremvik::fuzz
+}  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  tremvik::fuzz::CheckValues(tremvik::fuzz::AsText(data, size));
-  return 0;
+const bool kTakesFiles = false;
+
+void Check(std::string_view input) {
+  test::MemoryHost host;
+  const Tremvik tremvik(host.host());
+  while (true) {
+    const std::size_t end = input.find("\r\n");
+    CheckValue(tremvik, std::string(input.substr(0, end)));
+    if (end == std::string_view::npos) return;
+    input.remove_prefix(end + 2);
+  }
 }
+
+}  // namespace tremvik::fuzz

@@ -6,8 +6,7 @@ seconds=${1:-60}
 need "${packages_test[@]}" clang-14 libclang-rt-14-dev
 
 # The targets, each with its share of the time in twentieths and the inputs to begin with besides the kept ones.
-fuzz_targets=(whole_run:14:build/fuzz/seeds/whole_run reconciliation:2:build/fuzz/seeds/file
-  length_pass:1:build/fuzz/seeds/file values:1: csv_reader:2:data)
+fuzz_targets=(file:17:build/fuzz/seeds values:1: csv_reader:2:data)
 
 build_fuzz() {
   cmake -S . -B build/fuzz -G Ninja -D CMAKE_BUILD_TYPE=RelWithDebInfo -D CMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 \
@@ -21,16 +20,12 @@ fuzz_programs() {
   for target in "${fuzz_targets[@]}"; do echo "fuzz_${target%%:*}"; done
 }
 
-# Whole files: the samples and small generated ones; for the whole run, with a byte of answers before each.
+# Whole files: the samples and small generated ones.
 make_seeds() {
-  rm -rf build/fuzz/seeds && mkdir -p build/fuzz/seeds/{file,whole_run}
-  cp samples/*.txt build/fuzz/seeds/file/
-  local file number
+  rm -rf build/fuzz/seeds && mkdir -p build/fuzz/seeds && cp samples/*.txt build/fuzz/seeds/
+  local number
   for number in {1..9}; do
-    build/test/cli/tremvik exemplo --declaracoes 1 --semente "$number" --saida "build/fuzz/seeds/file/exemplo-$number.txt"
-  done
-  for file in build/fuzz/seeds/file/*; do
-    { printf '\177' && cat "$file"; } >"build/fuzz/seeds/whole_run/${file##*/}"
+    build/test/cli/tremvik exemplo --declaracoes 1 --semente "$number" --saida "build/fuzz/seeds/exemplo-$number.txt"
   done
 }
 
