@@ -18,44 +18,31 @@ class FileSet:
     bytes: int
     answer: dict  # {record code: count, "sum": third field of CR=10 in cents}
 
-    @property
-    def many(self):
-        return len(self.files) > 1
+
+def file_set(label, files):
+    lines = [line for file in files for line in file.read_bytes().split(b"\r\n")[:-1]]
+    answer = collections.Counter(line[:2].decode() for line in lines)
+    answer["sum"] = sum(int(line[8:23]) for line in lines if line.startswith(b"10"))
+    return FileSet(label, files, len(lines), sum(file.stat().st_size for file in files), dict(answer))
 
 
-def answer_of(contents):
-    count = collections.Counter()
-    for content in contents:
-        for line in content.split(b"\r\n")[:-1]:
-            count[line[:2].decode()] += 1
-            if line.startswith(b"10"):
-                count["sum"] += int(line[8:23])
-    return dict(count)
-
-
-def parse_answer(text):
-    return {key: int(number) for key, number in (line.split() for line in text.splitlines())}
+def parse_answer(text, separator=None):
+    """The answer that peers print, a line "KEY NUMBER" each."""
+    return {key: int(number) for key, number in (line.split(separator) for line in text.splitlines())}
 
 
 def program_answer(program, files):
     """The same answer out of the JSON lines of `program`, which validates: what it accepted and would have stored."""
-    count = collections.Counter()
+    answer = collections.Counter()
     for line in measure.output([*program, "--json", *files]).splitlines():
         event = json.loads(line)
         if event["tipo"] == "gravacao":
-            count[event["registro"]] += 1
+            answer[event["registro"]] += 1
             if event["registro"] == "10":
-                count["sum"] += int(event["campos"]["ValorContábil"].replace(".", "").replace(",", ""))
+                answer["sum"] += int(event["campos"]["ValorContábil"].replace(".", "").replace(",", ""))
         elif event["tipo"] == "fim":
-            count["01"] += not event["bolRetMonitora"]  # the master record is not stored
-    return dict(count)
-
-
-def file_set(label, files):
-    contents = [file.read_bytes() for file in files]
-    answer = answer_of(contents)
-    lines = sum(number for key, number in answer.items() if key != "sum")
-    return FileSet(label, files, lines, sum(map(len, contents)), answer)
+            answer["01"] += not event["bolRetMonitora"]  # the master record is not stored
+    return dict(answer)
 
 
 def generate(tremvik, work):
@@ -63,11 +50,11 @@ def generate(tremvik, work):
     def sample(name, *options):
         file = work / name
         if not file.exists() or file.stat().st_mtime < tremvik.stat().st_mtime:
+            file.unlink(missing_ok=True)
             measure.output([tremvik, "exemplo", *options, "--saida", file])
         return file
 
     (work / "small").mkdir(parents=True, exist_ok=True)
     small = [sample(f"small/{n:04}.txt", "--declaracoes", 1, "--semente", n) for n in range(1, SMALL_FILES + 1)]
-    sets = [file_set(START, small[:1])]
-    sets += [file_set(f"{n:,}", [sample(f"{n}.txt", "--registros", n)]) for n in LINES]
-    return [*sets, file_set(f"{SMALL_FILES:,} files", small)]
+    single = [file_set(f"{n:,}", [sample(f"{n}.txt", "--registros", n)]) for n in LINES]
+    return [file_set(START, small[:1]), *single, file_set(f"{SMALL_FILES:,} files", small)]

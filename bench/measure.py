@@ -6,14 +6,13 @@ import statistics
 import subprocess
 import sys
 
-WARM_UP, RUNS = 2, 10
 # Debian's own programs come first, not what stands for them in a home directory.
 ENVIRONMENT = {**os.environ, "LC_ALL": "C", "PATH": "/usr/bin:/bin:" + os.environ["PATH"]}
 
 
-def seconds_of(result, processor):
-    """The median time of a result of hyperfine, or the mean of its processor time, which a busy machine changes less."""
-    return result["user"] + result["system"] if processor else statistics.median(result["times"])
+def seconds_of(result):
+    """Of a result of hyperfine: the median time, or with --cpu the mean of processor time, less disturbed by others."""
+    return result["user"] + result["system"] if "--cpu" in sys.argv else statistics.median(result["times"])
 
 
 def words(command):
@@ -25,25 +24,19 @@ def output(command):
     return subprocess.run(words(command), check=True, stdout=subprocess.PIPE, env=ENVIRONMENT).stdout.decode()
 
 
-def pinned():
-    """The words in front of a command that keep it on one core, the last one that this process may use."""
-    return ["taskset", "-c", str(max(os.sched_getaffinity(0)))]
-
-
 def times(commands, work, before=None, one_core=True):
     """{name: seconds} of {name: command}, each started without a shell; `before` runs ahead of each run."""
-    if not commands:
-        return {}
     report = work / "times.json"
-    call = ["hyperfine", "-N", "--style", "none", "--warmup", WARM_UP, "--runs", RUNS, "--export-json", report]
+    call = ["hyperfine", "-N", "--style", "none", "--warmup", 2, "--runs", 10, "--export-json", report]
+    if one_core:
+        call = ["taskset", "-c", max(os.sched_getaffinity(0)), *call]
     if before:
         call += ["--prepare", shlex.join(words(before))]
     for name, command in commands.items():
         call += ["--command-name", name, shlex.join(words(command))]
     with open(work / "hyperfine.log", "a", encoding="utf-8") as log:
-        subprocess.run(words([*(pinned() if one_core else []), *call]), check=True, stdout=log, stderr=log, env=ENVIRONMENT)
-    results = json.loads(report.read_text())["results"]
-    return {result["command"]: seconds_of(result, "--cpu" in sys.argv) for result in results}
+        subprocess.run(words(call), check=True, stdout=log, stderr=log, env=ENVIRONMENT)
+    return {result["command"]: seconds_of(result) for result in json.loads(report.read_text())["results"]}
 
 
 def peak_memory(command):

@@ -2,21 +2,22 @@
 
 Each prints a line "CODE COUNT" for each record code and a line "sum N", the third field of CR=10 in cents.
 """
-import dataclasses
 import pathlib
-import shlex
-import shutil
+import re
 import subprocess
 
-import layout
-
-TEMPLATES = pathlib.Path(__file__).resolve().parent / "peers"
+HERE = pathlib.Path(__file__).resolve().parent
 
 
-@dataclasses.dataclass
-class Peer:
-    name: str
-    command: list  # the files follow
+def layouts():
+    """{record code: [(first, end)]}: columns from 0 of each field but the line end, from docs/layout.md."""
+    found, cuts = {}, []
+    for line in (HERE.parent / "docs/layout.md").read_text(encoding="utf-8").splitlines():
+        if heading := re.fullmatch(r"## CR=(\d\d)", line):
+            cuts = found[heading[1]] = []
+        elif field := re.match(r"\| (?!Separadores)\S+ \| (\d+)(?:-\d+)? \| (\d+) \|", line):
+            cuts.append((int(field[1]) - 1, int(field[1]) - 1 + int(field[2])))
+    return found
 
 
 def widths(cuts):
@@ -24,11 +25,9 @@ def widths(cuts):
 
 
 def cobol(code, cuts):
-    lines = [f"01 registro-{code}."]
-    for number, width in enumerate(widths(cuts), 1):
-        picture = "9" if (code, number) == ("10", 3) else "x"
-        lines.append(f"   02 campo-{code}-{number} pic {picture}({width}).")
-    return "\n".join(lines)
+    fields = (f"   02 campo-{code}-{number} pic {'9' if (code, number) == ('10', 3) else 'x'}({width})."
+              for number, width in enumerate(widths(cuts), 1))
+    return "\n".join([f"01 registro-{code}.", *fields])
 
 
 def script(code, cuts):
@@ -46,41 +45,22 @@ LAYOUT_LINE = {
 }
 
 
-def write_programs(work):
-    """Puts the programs, each with the layout written into it, into the folder `work`."""
-    for template in TEMPLATES.iterdir():
-        lines = "\n".join(LAYOUT_LINE[template.suffix](*kind) for kind in layout.kinds().items())
+def prepare(work):
+    """Writes the programs, with the layouts in them, into the folder `work`; {name: command} of those that run here."""
+    for template in (HERE / "peers").iterdir():
+        lines = "\n".join(LAYOUT_LINE[template.suffix](*kind) for kind in layouts().items())
         program = template.read_text(encoding="utf-8").replace("@LAYOUT@", lines)
         (work / template.name).write_text(program, encoding="utf-8")
-
-
-def prepare(work):
-    """Writes and compiles the programs; returns the peers that can be run here."""
-    write_programs(work)
     subprocess.run(["cobc", "-x", "-O2", "-free", "-o", work / "records", work / "records.cob"], check=True)
-    peers = [
-        Peer("gawk, FIELDWIDTHS", ["gawk", "-b", "-f", work / "split.awk"]),
-        Peer("perl, unpack", ["perl", work / "split.pl"]),
-        Peer("GnuCOBOL, records", [work / "records"]),
-        Peer("python3, slices", ["python3", "-I", work / "split.py"]),
-        Peer("pandas.read_fwf", ["python3", work / "frames.py"]),
-    ]
-    for package, program in (("fixed-width-parser", "fixed_width_parser.mjs"),
-                             ("@evologi/fixed-width", "evologi_fixed_width.mjs")):
-        if (work.parent / "node_modules" / package).is_dir():
-            peers.append(Peer(f"npm {package}", ["node", work / program]))
-        else:
-            print(f"  left out: npm {package} is not installed")
-    return peers
-
-
-def sqlite_lines(work, label, files, database=":memory:"):
-    """The command that imports the lines of `files` into a table of one column and answers from it."""
-    program = work / f"lines-{label}.sql"
-    imports = [f".import {shlex.quote(str(file))} linhas" for file in files]
-    program.write_text("\n".join([
-        "BEGIN;", "CREATE TABLE linhas (linha TEXT);", ".mode ascii", '.separator "\\037" "\\n"', *imports, "COMMIT;",
-        ".mode list", '.separator " " "\\n"',
-        "SELECT substr(linha, 1, 2), count(*) FROM linhas GROUP BY 1;",
-        "SELECT 'sum', sum(CAST(substr(linha, 9, 15) AS INTEGER)) FROM linhas WHERE linha LIKE '10%';", ""]))
-    return [shutil.which("sqlite3"), "-batch", database, f".read {program}"]
+    commands = {
+        "gawk, FIELDWIDTHS": ["gawk", "-b", "-f", work / "split.awk"],
+        "perl, unpack": ["perl", work / "split.pl"],
+        "GnuCOBOL, records": [work / "records"],
+        "python3, slices": ["python3", "-I", work / "split.py"],
+        "pandas.read_fwf": ["python3", work / "frames.py"],
+        "npm @evologi/fixed-width": ["node", work / "evologi_fixed_width.mjs"],
+    }
+    if not (work.parent / "node_modules/@evologi/fixed-width").is_dir():
+        print("  left out: npm @evologi/fixed-width is not installed")
+        del commands["npm @evologi/fixed-width"]
+    return commands

@@ -9,7 +9,7 @@ esac
 packages_bench=("${packages_test[@]}" hyperfine time gawk perl gnucobol3 python3-pandas sqlite3)
 if ! command -v node >/dev/null || ! command -v npm >/dev/null; then packages_bench+=(nodejs npm); fi
 
-install_npm_peers() {
+install_npm_peer() {
   mkdir -p build/bench
   cp bench/package.json build/bench/
   npm install --prefix build/bench --no-package-lock --no-audit --no-fund --ignore-scripts
@@ -19,7 +19,7 @@ need "${packages_bench[@]}"
 build_preset release "program"
 step configure-test "allocation counter: configure" cmake --preset test
 step build-allocations "allocation counter: build" cmake --build build/test --target allocations
-check npm-peers "peers from npm" install_npm_peers || echo "  goes on without them"
+check npm-peer "peer from npm" install_npm_peer || echo "  goes on without it"
 
 echo "measuring, which takes some minutes; leave the machine alone meanwhile"
 python3 -B bench/bench.py build/release/cli/tremvik build/test/bench/allocations build/bench $option
