@@ -12,8 +12,6 @@
 namespace tremvik {
 namespace {
 
-constexpr std::string_view kAlfabeto = "0123456789abcdefghijklmnopqrstuvwxyz";
-
 struct LetraDoSubItem {
   std::string_view fim;  // the sub-item's last three characters
   char letra;
@@ -25,31 +23,28 @@ constexpr std::array kLetras{
 };
 
 // The number's three lowest base-36 digits, the least significant first.
-std::array<char, 3> Base36(double number) {
+std::string TresDigitos(double number) {
   auto rest = static_cast<std::uint64_t>(std::abs(number));
-  std::array<char, 3> digits{};
-  for (char& digit : digits) {
-    digit = kAlfabeto[static_cast<std::size_t>(rest % kAlfabeto.size())];
-    rest /= kAlfabeto.size();
-  }
+  std::string digits;
+  for (int i = 0; i < 3; ++i, rest /= kBase36.size())
+    digits += kBase36[static_cast<std::size_t>(rest % kBase36.size())];
   return digits;
-}
-
-bool Coincide(std::string_view trecho, const std::array<char, 3>& digits) {
-  return trecho == std::string_view(digits.data(), digits.size());
 }
 
 }  // namespace
 
+std::string InicioDoCodigo(std::string_view valor, std::string_view sub_item, std::string_view ie) {
+  const auto* const letra = std::ranges::find(kLetras, Right(sub_item, 3), &LetraDoSubItem::fim);
+  if (letra == kLetras.end()) return {};
+  return TresDigitos(std::floor(Val(valor) / 100)) + letra->letra + TresDigitos(Val(Left(ie, 9)));
+}
+
 bool CodCredAcumuladoRejeitado(std::string_view codigo, std::string_view valor, std::string_view sub_item,
                                std::string_view ie) {
-  const auto* const letra = std::ranges::find(kLetras, Right(sub_item, 3), &LetraDoSubItem::fim);
-  if (letra == kLetras.end()) return true;
-  if (!Coincide(Mid(codigo, 1, 3), Base36(std::floor(Val(valor) / 100)))) return true;
-  if (!Mid(codigo, 4, 1).starts_with(letra->letra)) return true;
-  if (!Coincide(Mid(codigo, 5, 3), Base36(Val(Left(ie, 9))))) return true;
+  const std::string inicio = InicioDoCodigo(valor, sub_item, ie);
+  if (inicio.empty() || Left(codigo, inicio.size()) != inicio) return true;
   const std::string_view resto = Mid(codigo, 8, 5);
-  return resto.size() != 5 || resto.find_first_not_of(kAlfabeto) != std::string_view::npos;
+  return resto.size() != 5 || resto.find_first_not_of(kBase36) != std::string_view::npos;
 }
 
 }  // namespace tremvik

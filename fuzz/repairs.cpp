@@ -6,19 +6,17 @@
 #include <cstdint>
 
 #include "adapters/local/documents.h"
+#include "checks/credit_code.h"
+#include "runtime/numbers.h"
 #include "sample/registrations.h"
 
 namespace tremvik::fuzz {
 namespace {
 
-bool IsDigits(std::string_view text) {
-  return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
-}
-
 // The number in a text of digits, else 0.
 std::int64_t Number(std::string_view text) {
   std::int64_t number = 0;
-  if (IsDigits(text)) std::from_chars(text.data(), text.data() + text.size(), number);
+  if (OnlyDigits(text)) std::from_chars(text.data(), text.data() + text.size(), number);
   return number;
 }
 
@@ -110,10 +108,10 @@ void RepairDocuments(Lines& lines) {
   for (std::string& line : lines) {
     for (const std::string_view name : {"IE", "IESubstituto", "IESubstituído"}) {
       const std::string_view ie = Get(line, name);
-      if (IsDigits(ie)) Put(line, name, CompletarIE(ie.substr(0, 8), ie.substr(9, 2)));
+      if (OnlyDigits(ie)) Put(line, name, CompletarIE(ie.substr(0, 8), ie.substr(9, 2)));
     }
     const std::string_view cnpj = Get(line, "CNPJ");
-    if (IsDigits(cnpj)) Put(line, "CNPJ", CompletarCNPJ(cnpj.substr(0, 12)));
+    if (OnlyDigits(cnpj)) Put(line, "CNPJ", CompletarCNPJ(cnpj.substr(0, 12)));
   }
 }
 
@@ -134,15 +132,14 @@ void RepairSums(Lines& lines) {
 }
 
 void RepairAuthorizations(Lines& lines, sample::Sorteio& draw) {
-  constexpr std::array<std::string_view, 7> kSubItems{"220", "221", "740", "741", "223", "744", "745"};
   std::string ie;
   std::string sub_item;
   for (std::string& line : lines) {
     if (line.starts_with("05")) ie = Get(line, "IE");
     if (line.starts_with("20")) sub_item = Get(line, "CódSubItem");
-    if (!line.starts_with("28") || !IsDigits(ie) || sub_item.size() != 5) continue;
-    if (std::ranges::find(kSubItems, std::string_view(sub_item).substr(2)) == kSubItems.end()) continue;
+    if (!line.starts_with("28") || !OnlyDigits(ie)) continue;
     const std::int64_t value = Number(Get(line, "Valor"));
+    if (InicioDoCodigo(std::to_string(value), sub_item, ie).empty()) continue;  // no letter of its own
     Put(line, "CodAutorizacao", sample::SortearAutorizacao(draw, sub_item, value, ie));
   }
 }
@@ -153,7 +150,7 @@ void RepairOrder(Lines& lines) {
   for (std::string& line : lines) {
     if (!line.starts_with("05")) continue;
     const bool later = std::string(Get(line, "IE")).append(Get(line, "Ref")) > ie + ref;
-    if (!later && IsDigits(ie) && IsDigits(ref)) {
+    if (!later && OnlyDigits(ie) && OnlyDigits(ref)) {
       const std::int64_t last = Number(ref);
       Put(line, "IE", ie);
       PutNumber(line, "Ref", last % 100 >= 12 ? last + 89 : last + 1);
