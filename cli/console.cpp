@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "cli/message_box.h"
+#include "runtime/text.h"
 
 namespace tremvik::cli {
 namespace {
@@ -28,12 +29,6 @@ bool ReadAnswer(std::string& answer) {
     answer += c;
   }
   return false;
-}
-
-std::string Trimmed(const std::string& text) {
-  const auto first = text.find_first_not_of(" \t\r");
-  if (first == std::string::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
 template <std::size_t N>
@@ -127,7 +122,7 @@ int Console::AskUser(Output& to) {
     to.Write("Sim/Não [Não]: ");
     to.Flush();
     const bool answered = ReadAnswer(answer);
-    answer = Trimmed(answer);
+    answer = std::string(Trim(answer, " \t\r"));
     if (IsOneOf(answer, kSim)) return resposta::kSim;
     if (!answered) to.Write("\n");
     if (!answered || IsOneOf(answer, kNao)) return resposta::kNao;

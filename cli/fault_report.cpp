@@ -10,6 +10,7 @@
 #include "cli/terminal.h"
 #include "cli/text.h"
 #include "layout/kinds.h"
+#include "runtime/text.h"
 
 namespace tremvik::cli {
 namespace {
@@ -36,7 +37,7 @@ std::string InWords(const Columns& columns) {
 
 std::string InWords(const Fault& fault) {
   std::string words = "linha " + std::to_string(fault.linha);
-  if (!fault.registro.empty()) words += ", registro " + Visible(FromWindows1252(fault.registro));
+  if (!fault.registro.empty()) words += ", registro " + Visible(Utf8(fault.registro));
   if (fault.MarksLength()) {
     words += ", tamanho";
   } else if (!fault.campo.empty()) {

@@ -4,6 +4,7 @@
 
 #include "cli/text.h"
 #include "host/screen.h"
+#include "runtime/text.h"
 
 namespace tremvik::cli {
 
@@ -78,11 +79,11 @@ void JsonLines::Gravacao(Kind registro, std::span<const TracedField> campos) {
 void JsonLines::Inconsistencia(const FaultLocation& where) {
   Line line(*this, "inconsistencia");
   line["linha"] = where.linha;
-  line["registro"] = FromWindows1252(where.registro);
+  line["registro"] = Utf8(where.registro);
   line["campo"] = where.campo;
   line["posicao"] = where.posicao;
   line["largura"] = where.largura;
-  line["valor"] = FromWindows1252(where.valor);
+  line["valor"] = Utf8(where.valor);
   line.Write();
 }
 

@@ -1,48 +1,28 @@
 #include "cli/text.h"
 
 #include <algorithm>
-#include <array>
+
+#include "runtime/text.h"
 
 namespace tremvik::cli {
 namespace {
 
 constexpr std::string_view kReplacement = "\uFFFD";
 
-// The characters of 0x80 to 0x9F; 0 where the code has none.
-constexpr std::array<char16_t, 32> kUpper{0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                          0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
-                                          0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                          0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
-
-void AppendUtf8(std::string& out, char32_t code) {
-  const auto tail = [&](unsigned shift) { out += static_cast<char>(0x80U | ((code >> shift) & 0x3FU)); };
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xC0U | (code >> 6U));
-    tail(0);
-  } else {
-    out += static_cast<char>(0xE0U | (code >> 12U));
-    tail(6);
-    tail(0);
-  }
-}
-
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
-// The symbol of a control character: the picture block repeats the order of the codes.
+// The symbol of a control character: the block from U+2400 on repeats the order of the codes.
 void AppendControlPicture(std::string& out, unsigned char c) {
-  AppendUtf8(out, c == 0x7F ? 0x2421 : 0x2400U + c);
+  out.append("\xE2\x90").append(1, static_cast<char>(0x80U + (c == 0x7F ? 0x21U : c)));
 }
 
 bool IsControl(unsigned char c) { return c < 0x20 || c == 0x7F; }
 
-// Unseen though they are characters: no-break space and soft hyphen.
-bool IsUnseen(unsigned char c) {
-  return IsControl(c) || c == 0xA0 || c == 0xAD || (c >= 0x80 && c <= 0x9F && kUpper[c - 0x80U] == 0);
+// Unseen though they are characters: the codes of Windows-1252 without one, no-break space and soft hyphen.
+bool IsUnseen(char byte) {
+  const auto c = static_cast<unsigned char>(byte);
+  return IsControl(c) || c == 0xA0 || c == 0xAD || (c > 0x7F && c < 0xA0 && CharacterOf(byte) == c);
 }
-
-char32_t CodeOf(unsigned char c) { return c >= 0x80 && c <= 0x9F ? kUpper[c - 0x80U] : c; }
 
 // Bytes of `line` that fill `width` cells at most, cut after a blank where there is one.
 std::size_t BreakAt(std::string_view line, std::size_t width) {
@@ -100,31 +80,10 @@ std::string Visible(std::string_view text) {
   return out;
 }
 
-std::string FromWindows1252(std::string_view bytes) {
-  std::string out;
-  out.reserve(bytes.size());
-  for (const char byte : bytes) {
-    const char32_t code = CodeOf(static_cast<unsigned char>(byte));
-    if (code == 0 && byte != 0) {
-      out += kReplacement;
-    } else {
-      AppendUtf8(out, code);
-    }
-  }
-  return out;
-}
-
 std::string ByteCell(char byte) {
-  const auto c = static_cast<unsigned char>(byte);
-  std::string out;
-  if (IsControl(c)) {
-    AppendControlPicture(out, c);
-  } else if (IsUnseen(c)) {
-    out = kReplacement;
-  } else {
-    AppendUtf8(out, CodeOf(c));
-  }
-  return out;
+  const std::string_view character(&byte, 1);
+  return IsUnseen(byte) && !IsControl(static_cast<unsigned char>(byte)) ? std::string(kReplacement)
+                                                                        : Visible(Utf8(character));
 }
 
 std::string Quoted(std::string_view bytes, std::size_t limit) {
@@ -132,10 +91,10 @@ std::string Quoted(std::string_view bytes, std::size_t limit) {
   std::string out = "\"";
   for (const char byte : bytes.substr(0, limit)) {
     const auto c = static_cast<unsigned char>(byte);
-    if (IsUnseen(c)) {
+    if (IsUnseen(byte)) {
       out.append("\\x").append(1, kHex[c >> 4U]).append(1, kHex[c & 0xFU]);
     } else {
-      AppendUtf8(out, CodeOf(c));
+      out += Utf8({&byte, 1});
     }
   }
   return out + (bytes.size() > limit ? "…\"" : "\"");

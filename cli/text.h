@@ -20,9 +20,6 @@ namespace tremvik::cli {
 /// are control characters too.
 [[nodiscard]] std::string Visible(std::string_view text);
 
-/// Windows-1252 `bytes` as UTF-8. The five codes without a character become U+FFFD.
-[[nodiscard]] std::string FromWindows1252(std::string_view bytes);
-
 /// One file byte (Windows-1252) as exactly one cell: itself, or a symbol where it has no visible shape.
 [[nodiscard]] std::string ByteCell(char byte);
 

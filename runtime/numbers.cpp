@@ -9,12 +9,6 @@
 namespace tremvik {
 namespace {
 
-std::string_view Trim(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 double LeadingNumber(std::string_view text, std::string_view separators) {
   double digits = 0;
   double scale = 1;

@@ -20,8 +20,7 @@ constexpr std::array<char16_t, 32> kUpperControls{
 
 // Writes one byte's character at `out` and returns the end of it, at most three bytes on.
 char* PutUtf8(char* out, char byte) {
-  const unsigned code = static_cast<unsigned char>(byte);
-  const unsigned character = code >= 0x80 && code < 0xA0 ? kUpperControls.at(code - 0x80) : code;
+  const unsigned character = CharacterOf(byte);
   if (character < 0x80) {
     *out++ = static_cast<char>(character);
   } else if (character < 0x800) {
@@ -36,6 +35,11 @@ char* PutUtf8(char* out, char byte) {
 }
 
 }  // namespace
+
+char16_t CharacterOf(char byte) {
+  const auto code = static_cast<unsigned char>(byte);
+  return code >= 0x80 && code < 0xA0 ? kUpperControls.at(code - 0x80U) : code;
+}
 
 bool ContemLetra(std::string_view text) { return std::ranges::any_of(text, IsLetter); }
 

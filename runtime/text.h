@@ -50,6 +50,12 @@ namespace tremvik {
   return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
+/// `text` without what it begins and ends with of `blanks`.
+[[nodiscard]] constexpr std::string_view Trim(std::string_view text, std::string_view blanks = " ") {
+  text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+  return text.substr(0, text.find_last_not_of(blanks) + 1);
+}
+
 /// True when `text` holds nothing but blanks.
 [[nodiscard]] constexpr bool IsBlank(std::string_view text) { return TrimEnd(text).empty(); }
 
@@ -59,8 +65,11 @@ namespace tremvik {
 /// True when the first 32 characters of `text` are hexadecimal digits of either case.
 [[nodiscard]] bool ChaveHexaValida(std::string_view text);
 
-/// The Windows-1252 `bytes` as UTF-8. The five codes without a character become the control characters of the
-/// same number, so nothing is lost.
+/// The character of a Windows-1252 byte. The five codes without one become the control characters of the same
+/// number, so nothing is lost.
+[[nodiscard]] char16_t CharacterOf(char byte);
+
+/// The Windows-1252 `bytes` as UTF-8.
 [[nodiscard]] std::string Utf8(std::string_view bytes);
 
 /// Room for any record's content as UTF-8.

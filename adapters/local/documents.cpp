@@ -1,9 +1,10 @@
 #include "adapters/local/documents.h"
 
-#include <algorithm>
 #include <array>
 #include <numeric>
 #include <span>
+
+#include "runtime/numbers.h"
 
 namespace tremvik {
 namespace {
@@ -22,10 +23,6 @@ char Algarismo(int valor) { return static_cast<char>('0' + valor); }
 char DigitoCNPJ(std::string_view digitos) {
   const int resto = Soma(digitos, std::span(kPesosCNPJ).last(digitos.size())) % 11;
   return Algarismo(resto < 2 ? 0 : 11 - resto);
-}
-
-bool SoDigitos(std::string_view texto, std::size_t tamanho) {
-  return texto.size() == tamanho && std::ranges::all_of(texto, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 }  // namespace
@@ -50,11 +47,11 @@ std::string CompletarCNPJ(std::string_view doze) {
 }
 
 bool ValidadorDocumentosLocal::ValidarIE(std::string_view ie) {
-  return SoDigitos(ie, 12) && ie[8] == DigitoIE9(ie) && ie[11] == DigitoIE12(ie);
+  return ie.size() == 12 && OnlyDigits(ie) && ie[8] == DigitoIE9(ie) && ie[11] == DigitoIE12(ie);
 }
 
 bool ValidadorDocumentosLocal::ValidarCNPJ(std::string_view cnpj) {
-  return SoDigitos(cnpj, 14) && cnpj[12] == DigitoCNPJ(cnpj.substr(0, 12)) &&
+  return cnpj.size() == 14 && OnlyDigits(cnpj) && cnpj[12] == DigitoCNPJ(cnpj.substr(0, 12)) &&
          cnpj[13] == DigitoCNPJ(cnpj.substr(0, 13));
 }
 

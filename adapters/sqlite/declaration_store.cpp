@@ -1,17 +1,12 @@
 #include "adapters/sqlite/declaration_store.h"
 
-#include <algorithm>
-
 #include "adapters/local/component_folder.h"
 #include "adapters/sqlite/store.h"
 #include "adapters/sqlite/store_schema.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 namespace {
-
-bool Digits(std::string_view text) {
-  return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
-}
 
 Celula Cell(const sqlite::Statement& row, int column) {
   switch (row.Type(column)) {
@@ -58,7 +53,7 @@ TabelaGuardada ReadTable(sqlite::Connection& store, const TabelaDeRegistro& tabl
 std::string NormalizarIE(std::string_view ie) {
   std::string digits(ie);
   if (ie.size() == 15 && ie[3] == '.' && ie[7] == '.' && ie[11] == '.') std::erase(digits, '.');
-  if (digits.size() != 12 || !Digits(digits)) return {};
+  if (digits.size() != 12 || !OnlyDigits(digits)) return {};
   for (const std::size_t at : {9U, 6U, 3U})
     digits.insert(at, 1, '.');
   return digits;
@@ -73,7 +68,7 @@ std::string NormalizarReferencia(std::string_view referencia) {
     month = referencia.substr(0, 2);
     year = referencia.substr(3);
   }
-  if (!Digits(year) || !Digits(month) || month < "01" || month > "12") return {};
+  if (!OnlyDigits(year) || !OnlyDigits(month) || month < "01" || month > "12") return {};
   return std::string(year).append("-").append(month);
 }
 

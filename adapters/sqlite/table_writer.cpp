@@ -4,6 +4,8 @@
 #include <charconv>
 #include <optional>
 
+#include "runtime/numbers.h"
+
 namespace tremvik {
 namespace {
 
@@ -11,12 +13,8 @@ namespace {
 constexpr std::size_t kTextos = 4096;
 constexpr std::size_t kMaisAlgarismos = 18;
 
-bool Algarismos(std::string_view texto) {
-  return !texto.empty() && std::ranges::all_of(texto, [](char c) { return c >= '0' && c <= '9'; });
-}
-
 std::optional<std::int64_t> Inteiro(std::string_view texto) {
-  if (!Algarismos(texto) || texto.size() > kMaisAlgarismos) return std::nullopt;
+  if (!OnlyDigits(texto) || texto.size() > kMaisAlgarismos) return std::nullopt;
   std::int64_t valor = 0;
   std::from_chars(texto.data(), texto.data() + texto.size(), valor);
   return valor;
@@ -32,7 +30,7 @@ std::optional<std::int64_t> Centavos(std::string_view texto) {
   std::size_t algarismos = 0;
   for (const char c : texto) {
     if (c == '.' || c == ',') continue;
-    if (c < '0' || c > '9' || ++algarismos > kMaisAlgarismos) return std::nullopt;
+    if (!IsDigit(c) || ++algarismos > kMaisAlgarismos) return std::nullopt;
     valor = valor * 10 + (c - '0');
   }
   return negativo ? -valor : valor;
@@ -49,7 +47,7 @@ std::string_view Iso(Forma forma, std::string_view texto, std::string& formados)
     formados.append(parte(0, 4)).append("-").append(parte(5, 2)).append("-").append(parte(8, 2));
   } else if (forma == Forma::kMes && barras(2, 5)) {
     formados.append(parte(6, 4)).append("-").append(parte(3, 2));
-  } else if (forma == Forma::kPeriodo && texto.size() == 6 && Algarismos(texto)) {
+  } else if (forma == Forma::kPeriodo && texto.size() == 6 && OnlyDigits(texto)) {
     formados.append(parte(0, 4)).append("-").append(parte(4, 2));
   } else {
     return texto;
