@@ -3,9 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <charconv>
 
 #include "adapters/local/component_folder.h"
 #include "adapters/sqlite/declaration_store.h"
@@ -24,18 +22,6 @@ bool Names(const RuntimeError& error, std::string_view file) {
 }
 
 }  // namespace
-
-std::optional<RuntimeError> ErrorOf(std::string_view message) {
-  static constexpr std::string_view kPrefix = "Erro ";
-  static constexpr std::string_view kDash = " - ";
-  if (message.starts_with(kPrefix)) message.remove_prefix(kPrefix.size());
-  int number = 0;
-  const auto [end, error] = std::from_chars(message.data(), message.data() + message.size(), number);
-  message.remove_prefix(static_cast<std::size_t>(end - message.data()));
-  if (error != std::errc{} || !message.starts_with(kDash)) return std::nullopt;
-  message.remove_prefix(kDash.size());
-  return RuntimeError(number, message.substr(std::min(message.find_first_not_of(' '), message.size())));
-}
 
 Saida MeaningOf(int error) {
   switch (error) {

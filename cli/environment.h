@@ -1,7 +1,6 @@
 // Errors of the machine told apart from faults of the file, and what the user can do about them.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,10 +15,6 @@ enum class Saida {
   kAmbiente = 2,  ///< wrong use, or something on the machine is missing
   kFalha = 3      ///< a defect of this program
 };
-
-/// The run-time error that a message tells ("53 - ..." or "Erro 53 -  ..." at its beginning), if it tells
-/// one.
-[[nodiscard]] std::optional<RuntimeError> ErrorOf(std::string_view message);
 
 /// What an error number means: the file's own content (too many records, a quantity that is no number), the
 /// machine, or a defect.

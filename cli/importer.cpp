@@ -68,17 +68,27 @@ Importer::Verdict Importer::Validate(const std::string& path, RunTrace& trace, b
   verdict.registros = tremvik.NroLinha() - 1;  // the read that met the end of the file counts
   verdict.linha = tremvik.NroLinha();
   verdict.mensagem = tremvik.Mensagem();
-  if (!tremvik.bolRetMonitora()) {
-    const bool succeeded = trace.titulo() == kSuccessTitle;
-    verdict.saida = succeeded ? Saida::kAceito : Saida::kFalha;
-    if (!succeeded) verdict.problema = "a validação terminou sem dizer se o arquivo está certo.";
-    return verdict;
+  verdict.outcome = tremvik.outcome();
+  switch (verdict.outcome.estado) {
+    case Outcome::Estado::kAceito:
+      verdict.saida = Saida::kAceito;
+      return verdict;
+    case Outcome::Estado::kRecusado:
+      verdict.saida = Saida::kRecusado;
+      return verdict;
+    case Outcome::Estado::kErro:
+      break;
+    case Outcome::Estado::kNenhum:
+    case Outcome::Estado::kSilencio:
+      verdict.problema = "a validação terminou sem dizer se o arquivo está certo.";
+      return verdict;
   }
-  const auto error = ErrorOf(verdict.mensagem.empty() ? trace.texto() : verdict.mensagem);
-  verdict.saida = error ? MeaningOf(error->number()) : Saida::kRecusado;
+  verdict.saida = MeaningOf(verdict.outcome.numero);
   if (verdict.saida == Saida::kRecusado) return verdict;
   verdict.problema = ProblemOfFile(path);
-  if (verdict.problema.empty()) verdict.problema = Remedy(*error, options_.pasta);
+  if (verdict.problema.empty()) {
+    verdict.problema = Remedy({verdict.outcome.numero, verdict.outcome.descricao}, options_.pasta);
+  }
   return verdict;
 }
 
@@ -86,7 +96,7 @@ Importer::Verdict Importer::Validate(const std::string& path, RunTrace& trace, b
 void Importer::Keep(const std::string& path, Verdict& verdict) {
   if (verdict.saida != Saida::kAceito) return;
   try {
-    host_.Consolidar(NameOf(path));
+    host_.Consolidar(verdict.outcome, NameOf(path));
   } catch (const RuntimeError& error) {
     verdict.saida = MeaningOf(error.number()) == Saida::kFalha ? Saida::kFalha : Saida::kAmbiente;
     verdict.mensagem = std::to_string(error.number()) + " - " + error.description();

@@ -33,6 +33,7 @@ class Importer {
  private:
   struct Verdict {
     Saida saida = Saida::kFalha;
+    Outcome outcome;
     int declaracoes = 0;
     int registros = 0;
     int linha = 0;

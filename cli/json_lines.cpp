@@ -26,7 +26,6 @@ class JsonLines::Line {
 };
 
 void JsonLines::Mensagem(const TracedMessage& mensagem) {
-  RunTrace::Mensagem(mensagem);
   if (duvida_ && mensagem.resposta == resposta::kNao) Inconsistencia(*duvida_);
   duvida_.reset();
   Line line(*this, "mensagem");

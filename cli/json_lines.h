@@ -10,23 +10,15 @@
 
 namespace tremvik::cli {
 
-/// Follows one run: counts its declarations and keeps its last box.
+/// Follows one run: counts its declarations.
 class RunTrace : public TraceSink {
  public:
-  void Mensagem(const TracedMessage& mensagem) override {
-    texto_ = mensagem.texto;
-    titulo_ = mensagem.titulo;
-  }
   void Consulta(const TracedQuery& /*pergunta*/) override { ++declaracoes_; }
 
   [[nodiscard]] int declaracoes() const { return declaracoes_; }
-  [[nodiscard]] const std::string& texto() const { return texto_; }
-  [[nodiscard]] const std::string& titulo() const { return titulo_; }
 
  private:
   int declaracoes_ = 0;
-  std::string texto_;
-  std::string titulo_;
 };
 
 /// Writes the objects of docs/json.md.

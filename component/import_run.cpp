@@ -3,6 +3,7 @@
 #include <string>
 
 #include "host/runtime_error.h"
+#include "input/text_reader.h"
 #include "passes/length_pass.h"
 #include "passes/reconciliation.h"
 #include "records/declaration.h"
@@ -11,6 +12,12 @@
 
 namespace tremvik {
 namespace {
+
+using Estado = Outcome::Estado;
+
+bool Failed(const Outcome& outcome) {
+  return outcome.estado == Estado::kRecusado || outcome.estado == Estado::kErro;
+}
 
 // One step of the error handler: made whatever the steps before it did, its own error not told.
 template <typename Step>
@@ -24,9 +31,11 @@ void Tentar(const Step& step) noexcept {
 }  // namespace
 
 void ImportRun::Monitora(std::string_view path) noexcept {
+  state_.outcome = {};
   host_.files.BeginRun();
   try {
-    if (Executar(path)) state_.bolRetMonitora = true;
+    state_.outcome = Executar(path);
+    if (Failed(state_.outcome)) state_.bolRetMonitora = true;
   } catch (...) {
     TratarErroAtual();
   }
@@ -34,25 +43,57 @@ void ImportRun::Monitora(std::string_view path) noexcept {
   host_.files.EndRun();
 }
 
-bool ImportRun::Executar(std::string_view path) {
-  const LengthPassHost tamanhos{host_.files, host_.screen, host_.diagnostics};
-  if (ValidarTamanhos(path, tamanhos, state_.NumeroArquivoTexto)) return true;
-  if (CompararTotais(path)) return true;
+Outcome ImportRun::Executar(std::string_view path) {
+  constexpr auto kRecusado = Estado::kRecusado;
+  if (auto ended = ConferirTamanhos(path)) return *ended;
+  if (CompararTotais(path)) return {kRecusado};
   state_.NumeroLinha = 0;
   PrepararBanco();
   state_.NumeroArquivo = host_.files.FreeFile();
   arquivo_.Open(state_.NumeroArquivo, path);
-  if (ValidarMestre()) return true;
+  if (ValidarMestre()) return {kRecusado};
   // A master block cut short is accepted only over an older one in the buffer; nothing follows it.
-  if (arquivo_.EndOfFile()) return false;
-  if (ValidarDeclaracoes()) return true;
-  return ConferirDeclaracoes();
+  if (arquivo_.EndOfFile()) return {Estado::kSilencio};
+  if (ValidarDeclaracoes()) return {kRecusado};
+  return {ConferirDeclaracoes() ? kRecusado : Estado::kAceito};
+}
+
+// The pass has a box of its own for everything, its run-time errors included.
+std::optional<Outcome> ImportRun::ConferirTamanhos(std::string_view path) {
+  try {
+    state_.NumeroArquivoTexto = ToByte(host_.files.FreeFile());
+    TextReader arquivo(host_.files, state_.NumeroArquivoTexto, path);
+    const std::optional<LengthFault> fault = ValidarTamanhos(arquivo);
+    arquivo.Close();
+    if (!fault) return std::nullopt;
+    reports_.AvisarTamanho(*fault);
+    return Outcome{Estado::kRecusado};
+  } catch (...) {
+    const RuntimeError error = CurrentRuntimeError();
+    reports_.AvisarTamanho({error.number() == erro::kFimDoArquivo
+                                ? "Arquivo vazio ou inválido!"
+                                : "Erro " + std::to_string(error.number()) + " -  " + error.description(),
+                            {}});
+    return Outcome{Estado::kErro, error.number(), error.description()};
+  }
 }
 
 bool ImportRun::CompararTotais(std::string_view path) {
-  const ReconciliationHost host{host_.files, host_.screen, host_.events, host_.diagnostics,
-                                [this](const Refusal& refusal) { reports_.Relatar(refusal); }};
-  return tremvik::CompararTotais(path, host, state_.NumeroArquivoTexto, state_.NumeroLinha);
+  using Achado = Reconciliation::Achado;
+  host_.events.Progresso();
+  state_.NumeroArquivoTexto = ToByte(host_.files.FreeFile());
+  TextReader arquivo(host_.files, state_.NumeroArquivoTexto, path);
+  const Reconciliation found = tremvik::CompararTotais(arquivo, state_.NumeroLinha);
+  const bool read_whole = found.achado == Achado::kConfere || found.achado == Achado::kDiverge;
+  if (read_whole) arquivo.Close();
+  if (found.achado == Achado::kCodigoDesconhecido) {
+    reports_.Relatar({found.mensagem, {}, found.places.front().Where()});
+  } else if (found.achado != Achado::kConfere) {
+    reports_.AvisarTotais(found);
+  }
+  arquivo.Close();
+  if (read_whole) host_.events.Progresso();
+  return found.achado != Achado::kConfere;
 }
 
 void ImportRun::PrepararBanco() {
@@ -108,8 +149,11 @@ bool ImportRun::ConferirDeclaracoes() {
 }
 
 void ImportRun::TratarErroAtual() noexcept {
+  state_.outcome = {Estado::kErro, erro::kMemoriaInsuficiente, {}};  // should telling it fail
   Tentar([this] {
     const RuntimeError error = CurrentRuntimeError();
+    state_.outcome.numero = error.number();
+    state_.outcome.descricao = error.description();
     state_.MensagemErro = std::to_string(error.number()) + " - " + error.description();
   });
   Tentar([this] { arquivo_.Close(); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "checks/reference_tables.h"
@@ -21,7 +22,8 @@ class ImportRun {
         fixas_(host.engine, host.application),
         arquivo_(host.files, state.NumeroLinha) {}
 
-  /// Validates and imports the file at `path`. The outcome is in `bolRetMonitora`; nothing is raised.
+  /// Validates and imports the file at `path`. How it went is in `bolRetMonitora` and `outcome`; nothing is
+  /// raised.
   void Monitora(std::string_view path) noexcept;
 
   /// The quantity reconciliation over the file at `path`; True when it told something. Raises run-time
@@ -29,9 +31,11 @@ class ImportRun {
   bool CompararTotais(std::string_view path);
 
  private:
-  // True when the run has failed.
-  [[nodiscard]] bool Executar(std::string_view path);
+  [[nodiscard]] Outcome Executar(std::string_view path);
+  // What ends the run, where the length pass does.
+  [[nodiscard]] std::optional<Outcome> ConferirTamanhos(std::string_view path);
   void PrepararBanco();
+  // These are True when they refuse.
   [[nodiscard]] bool ValidarMestre();
   [[nodiscard]] bool ValidarDeclaracoes();
   [[nodiscard]] bool ConferirDeclaracoes();

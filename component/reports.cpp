@@ -27,6 +27,18 @@ void Reports::Relatar(const Refusal& refusal) {
   ErroSair();
 }
 
+void Reports::AvisarTamanho(const LengthFault& fault) {
+  host_.screen.SetPointer(ponteiro::kSeta);
+  if (fault.place) host_.diagnostics.Inconsistencia(fault.place->Where());
+  host_.screen.MsgBox(fault.mensagem, estilo::kCritico, "Mensagem...");
+}
+
+void Reports::AvisarTotais(const Reconciliation& found) {
+  for (const Place& place : found.places)
+    host_.diagnostics.Inconsistencia(place.Where());
+  host_.screen.MsgBox(found.mensagem, estilo::kCritico, "Atenção");
+}
+
 void Reports::TerminarComRecusa(const Refusal& refusal, BlockReader& arquivo) {
   if (!refusal.answered) Relatar(refusal);
   arquivo.Close();

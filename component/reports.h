@@ -4,6 +4,8 @@
 #include "component/run_state.h"
 #include "host/host.h"
 #include "input/block_reader.h"
+#include "passes/length_pass.h"
+#include "passes/reconciliation.h"
 #include "records/pass.h"
 
 namespace tremvik {
@@ -20,6 +22,12 @@ class Reports final : public Prompter {
 
   /// Keeps the refusal's texts as `MensagemErro`, tells its place and goes through `ErroSair`.
   void Relatar(const Refusal& refusal);
+
+  /// The box of the length pass, the pointer set to an arrow before it.
+  void AvisarTamanho(const LengthFault& fault);
+
+  /// The box of the quantity reconciliation, its places told before it.
+  void AvisarTotais(const Reconciliation& found);
 
   /// Ends the run after a validator's refusal: told, unless the user has answered it already; the input file
   /// closed, the pointer set back.

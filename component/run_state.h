@@ -3,14 +3,17 @@
 #include <cstdint>
 #include <string>
 
+#include "host/outcome.h"
 #include "layout/registros.h"
 #include "records/state.h"
 
 namespace tremvik {
 
-/// The run state of one instance. Everything starts empty or zero; a run sets back `NumeroLinha` only.
+/// The run state of one instance. Everything starts empty or zero; a run sets back `NumeroLinha` and
+/// `outcome` only.
 struct RunState {
   bool bolRetMonitora = false;
+  Outcome outcome;
   std::int16_t idxBanco = 0;
   std::string database_name;
 

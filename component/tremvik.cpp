@@ -1,11 +1,33 @@
 #include "component/tremvik.h"
 
+#include <cassert>
+
 #include "checks/credit_code.h"
 #include "component/import_run.h"
+#include "host/runtime_error.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 
 namespace tremvik {
+
+namespace {
+
+// One call of those that run one at a time.
+class Turn {
+ public:
+  explicit Turn(bool& busy) : busy_(busy) {
+    if (busy_) throw RuntimeError(erro::kArgumentoInvalido);
+    busy_ = true;
+  }
+  ~Turn() { busy_ = false; }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+
+ private:
+  bool& busy_;
+};
+
+}  // namespace
 
 /// Everything that an instance holds.
 class Tremvik::Run {
@@ -14,13 +36,14 @@ class Tremvik::Run {
 
   Host host;
   RunState state;
+  bool busy = false;
   Components components{host.components, state.CaminhoBaseTemp};
   Reports reports{host, state, components};
   ImportRun import{host, state, components, reports};
 };
 
 Tremvik::Tremvik(Host host) : run_(std::make_unique<Run>(host)) {}
-Tremvik::~Tremvik() = default;
+Tremvik::~Tremvik() { assert(!run_->busy && "destroyed within a call that it makes"); }
 
 bool Tremvik::bolRetMonitora() const { return run_->state.bolRetMonitora; }
 void Tremvik::set_bolRetMonitora(bool valor) { run_->state.bolRetMonitora = valor; }
@@ -29,7 +52,10 @@ void Tremvik::set_idxBanco(std::int16_t valor) { run_->state.idxBanco = valor; }
 const std::string& Tremvik::database_name() const { return run_->state.database_name; }
 void Tremvik::set_database_name(std::string_view valor) { run_->state.database_name = valor; }
 
-bool Tremvik::CompararTotais(std::string_view TextLine) { return run_->import.CompararTotais(TextLine); }
+bool Tremvik::CompararTotais(std::string_view TextLine) {
+  const Turn turn(run_->busy);
+  return run_->import.CompararTotais(TextLine);
+}
 
 std::string Tremvik::FomataValor(std::string_view a) const { return std::string(tremvik::FomataValor(a)); }
 
@@ -43,8 +69,15 @@ bool Tremvik::LefRigNumChr(std::string_view a, bool b, bool /*c*/) const {
 
 const std::string& Tremvik::linha() const { return run_->state.LinhaAtual; }
 const std::string& Tremvik::Mensagem() const { return run_->state.MensagemErro; }
-void Tremvik::ErroSair() { run_->reports.ErroSair(); }
-void Tremvik::Monitora(std::string_view NArq) noexcept { run_->import.Monitora(NArq); }
+void Tremvik::ErroSair() {
+  const Turn turn(run_->busy);
+  run_->reports.ErroSair();
+}
+void Tremvik::Monitora(std::string_view NArq) {
+  const Turn turn(run_->busy);
+  run_->import.Monitora(NArq);
+}
+const Outcome& Tremvik::outcome() const { return run_->state.outcome; }
 std::int16_t Tremvik::NroLinha() const { return run_->state.NumeroLinha; }
 
 bool Tremvik::Validar_Cod_CredAcumulado() const {

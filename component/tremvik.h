@@ -7,16 +7,22 @@
 #include <string_view>
 
 #include "host/host.h"
+#include "host/outcome.h"
 
 namespace tremvik {
 
 /// Validates and imports one "Pré-Formatado" file per instance. Create it, set `bolRetMonitora` to False,
 /// call `Monitora`, then read `bolRetMonitora` and, after a failure, `Mensagem` and `NroLinha`.
 /// Single-threaded: events and message boxes come on the caller's thread. Texts are UTF-8.
+///
+/// `Monitora`, `CompararTotais` and `ErroSair` run one at a time: called while one of them runs on the same
+/// instance, from an event or from anything else of the host, they raise error 5 at once and change nothing.
+/// An instance must not be destroyed there either; debug builds check it.
 class Tremvik {
  public:
   /// All that `host` refers to must outlive the instance.
   explicit Tremvik(Host host);
+  /// Not within a call that the instance makes to its host.
   ~Tremvik();
   Tremvik(const Tremvik&) = delete;
   Tremvik& operator=(const Tremvik&) = delete;
@@ -51,8 +57,11 @@ class Tremvik {
   /// Shows `Mensagem` with the request to contact the file's maker, raises `Fechar` and closes the temporary
   /// database. Raises what closing it raises.
   void ErroSair();
-  /// Validates and imports the file at path `NArq`. Raises nothing: the outcome is in `bolRetMonitora`.
-  void Monitora(std::string_view NArq) noexcept;
+  /// Validates and imports the file at path `NArq`. Raises nothing but the error 5 of a call within a call:
+  /// how the run ended is in `bolRetMonitora` and `outcome`.
+  void Monitora(std::string_view NArq);
+  /// How the last run ended.
+  [[nodiscard]] const Outcome& outcome() const;
   /// The number of the record last read.
   [[nodiscard]] std::int16_t NroLinha() const;
   /// True when the authorization code of the current CR=28 record does not agree with its value, the

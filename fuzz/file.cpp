@@ -69,11 +69,18 @@ Outcome Observe(Step& step, std::string_view file) {
 }
 
 Outcome Lengths(Host& host) {
-  std::uint8_t number = 0;
-  const bool refused = ValidarTamanhos(test::kInputPath, {host, host, host}, number);
-  Expect(host.boxes.size() == (refused ? 1 : 0), "one box for a refusal, none otherwise");
+  TextReader reader(host, 1, test::kInputPath);
   Outcome outcome;
-  if (refused) outcome.end = Outcome::End::kRefused;
+  try {
+    const auto fault = ValidarTamanhos(reader);
+    if (!fault) return outcome;
+    outcome.end = Outcome::End::kRefused;
+    host.log.push_back(fault->mensagem);
+    if (fault->place) host.Inconsistencia(fault->place->Where());
+  } catch (const RuntimeError& error) {
+    Expect(error.number() == erro::kEstouro, "only too many records raise");
+    outcome.end = Outcome::End::kOverflow;
+  }
   return outcome;
 }
 
@@ -103,6 +110,8 @@ Outcome WholeRun(Host& host) {
   const std::string title = host.boxes.empty() ? "" : host.boxes.back().title;
   Expect(said == 1 || (said == 0 && title == "Atenção"), "exactly one word about the end of a run");
   Expect(accepted == (title == "Arquivo Pré-Formatado"), "success is told, and only then");
+  Expect(accepted == (tremvik.outcome().estado == tremvik::Outcome::Estado::kAceito),
+         "the host learns of it");
   Expect(!accepted || host.places.empty(), "an accepted file has no fault");
   Outcome outcome;
   if (!accepted) outcome.end = Outcome::End::kRefused;

@@ -91,6 +91,22 @@ static_assert(std::ranges::all_of(kKinds, [](const KindInfo& info) {
   return &info == &InfoOf(info.kind) && announced_by_name == info.parent.has_value();
 }));
 
+/// The kinds whose parent is `kind`, in the order in which they stand in the file.
+inline std::span<const Kind> ChildrenOf(Kind kind) {
+  struct Children {
+    std::array<Kind, 5> kinds{};
+    std::size_t count = 0;
+  };
+  static constexpr auto kChildren = [] {
+    ByKind<Children> all;
+    for (const KindInfo& info : kKinds) {
+      if (info.parent) all[*info.parent].kinds[all[*info.parent].count++] = info.kind;
+    }
+    return all;
+  }();
+  return std::span(kChildren[kind].kinds).first(kChildren[kind].count);
+}
+
 /// The kind with that number, or null.
 constexpr const KindInfo* KindOfNumber(int number) {
   constexpr auto kPlaces = [] {

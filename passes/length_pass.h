@@ -1,25 +1,21 @@
 #pragma once
 
-#include <cstdint>
-#include <string_view>
+#include <optional>
+#include <string>
 
-#include "host/diagnostics.h"
-#include "host/files.h"
-#include "host/screen.h"
+#include "input/text_reader.h"
+#include "passes/place.h"
 
 namespace tremvik {
 
-/// What the length pass reaches of the host.
-struct LengthPassHost {
-  Files& files;
-  Screen& screen;
-  Diagnostics& diagnostics;
+/// What the length pass found.
+struct LengthFault {
+  std::string mensagem;
+  std::optional<Place> place;  ///< none for an empty file
 };
 
-/// The record length pass: reads the file at `path` as text and tells, in its own message box, the first line
-/// whose record code is unknown or whose length is not exactly that of its kind. True when it told something.
-/// Run-time errors of the reading are told too, not raised. `NumeroArquivoTexto` receives the file number.
-[[nodiscard]] bool ValidarTamanhos(std::string_view path, const LengthPassHost& host,
-                                   std::uint8_t& NumeroArquivoTexto);
+/// The record length pass: the first line of `arquivo`, read from its beginning, whose record code is unknown
+/// or whose length is not exactly that of its kind; nothing where all are right. Raises run-time errors.
+[[nodiscard]] std::optional<LengthFault> ValidarTamanhos(TextReader& arquivo);
 
 }  // namespace tremvik

@@ -1,32 +1,31 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <string_view>
+#include <string>
+#include <vector>
 
-#include "checks/verdict.h"
-#include "host/diagnostics.h"
-#include "host/events.h"
-#include "host/files.h"
-#include "host/screen.h"
+#include "input/text_reader.h"
+#include "passes/place.h"
 
 namespace tremvik {
 
-/// What the quantity reconciliation reaches outside itself.
-struct ReconciliationHost {
-  Files& files;
-  Screen& screen;
-  Events& events;
-  Diagnostics& diagnostics;
-  /// Tells a fault the common way (contact header, event, closing call); may raise run-time errors.
-  std::function<void(const Refusal&)> erro_sair;
+/// What the quantity reconciliation found.
+struct Reconciliation {
+  enum class Achado : std::uint8_t {
+    kConfere,
+    kDiverge,            ///< counts differ: one line of the message and one place for each kind
+    kSegundoMestre,      ///< found on the way, the rest not read
+    kCodigoDesconhecido  ///< likewise
+  };
+
+  Achado achado = Achado::kConfere;
+  std::string mensagem;
+  std::vector<Place> places;
 };
 
-/// Counts the records of every kind in the file at `path`, read as text, and compares the counts with the
-/// quantities that the parent records announce; shows all kinds that differ in one box. True when something
-/// was told. Raises `NumeroLinha` by the records read; `NumeroArquivoTexto` receives the file number. Raises
-/// run-time errors, the file closed.
-[[nodiscard]] bool CompararTotais(std::string_view path, const ReconciliationHost& host,
-                                  std::uint8_t& NumeroArquivoTexto, std::int16_t& NumeroLinha);
+/// Counts the records of every kind in `arquivo`, read from its beginning, and compares the counts with the
+/// quantities that the parent records announce. Raises `NumeroLinha` by the records read. Raises run-time
+/// errors.
+[[nodiscard]] Reconciliation CompararTotais(TextReader& arquivo, std::int16_t& NumeroLinha);
 
 }  // namespace tremvik

@@ -3,7 +3,6 @@
 #include <iostream>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "layout/kinds.h"
 #include "tools/layout_notes.h"
@@ -72,15 +71,12 @@ void CheckNotes() {
 
 /// The children of `parent`, each with its own below it, in the order in which they stand in the file.
 void PrintChildren(const KindInfo& parent, const std::string& indent) {
-  std::vector<const KindInfo*> children;
-  for (const auto& kind : kKinds) {
-    if (kind.parent == parent.kind) children.push_back(&kind);
-  }
-  for (const KindInfo* child : children) {
+  const auto children = ChildrenOf(parent.kind);
+  for (const Kind child : children) {
     const bool last = child == children.back();
-    std::cout << indent << (last ? "└─ " : "├─ ") << "CR=" << child->code << "  as many as "
-              << child->quantity.name << " of CR=" << parent.code << " says\n";
-    PrintChildren(*child, indent + (last ? "   " : "│  "));
+    std::cout << indent << (last ? "└─ " : "├─ ") << "CR=" << Codigo(child) << "  as many as "
+              << InfoOf(child).quantity.name << " of CR=" << parent.code << " says\n";
+    PrintChildren(InfoOf(child), indent + (last ? "   " : "│  "));
   }
 }
 

@@ -63,7 +63,10 @@ class EmbeddedHost::Impl {
   void AcompanharLinha(std::function<int()> linha) {
     if (temporary_) temporary_->AcompanharLinha(std::move(linha));
   }
-  void Consolidar(std::string_view nome_do_arquivo) {
+  void Consolidar(const Outcome& outcome, std::string_view nome_do_arquivo) {
+    if (outcome.estado != Outcome::Estado::kAceito) {
+      throw RuntimeError(erro::kArgumentoInvalido, "O arquivo não foi aceito.");
+    }
     if (!temporary_) return;
     const std::string run = temporary_->Encerrado();
     if (run.empty()) throw RuntimeError(erro::kArgumentoInvalido, "Nenhuma importação terminou.");
@@ -124,6 +127,8 @@ Host EmbeddedHost::host() { return impl_->host(); }
 
 void EmbeddedHost::AcompanharLinha(std::function<int()> linha) { impl_->AcompanharLinha(std::move(linha)); }
 
-void EmbeddedHost::Consolidar(std::string_view nome_do_arquivo) { impl_->Consolidar(nome_do_arquivo); }
+void EmbeddedHost::Consolidar(const Outcome& outcome, std::string_view nome_do_arquivo) {
+  impl_->Consolidar(outcome, nome_do_arquivo);
+}
 
 }  // namespace tremvik

@@ -9,6 +9,7 @@
 
 #include "adapters/local/component_folder.h"
 #include "host/host.h"
+#include "host/outcome.h"
 
 namespace tremvik {
 
@@ -25,7 +26,8 @@ struct EmbeddedHostOptions {
 };
 
 /// Everything that the component reaches, on this machine. To import one file: make the host, set the
-/// component up with `host()`, call `AcompanharLinha`, run `Monitora` and, when it ended well, `Consolidar`.
+/// component up with `host()`, call `AcompanharLinha`, run `Monitora` and, when the file was accepted,
+/// `Consolidar`.
 /// One object serves several runs, one after the other, each with its own instance of the component.
 class EmbeddedHost {
  public:
@@ -44,10 +46,11 @@ class EmbeddedHost {
   /// Tells how to learn the number of the record that the component reads; the writers store it. Before the
   /// first record is written; usually bound to `NroLinha` of the instance.
   void AcompanharLinha(std::function<int()> linha);
-  /// Moves the declarations of the run that ended well into the store, all or none, under the file name
-  /// `nome_do_arquivo`, and removes the temporary database. Does nothing in `kValidar`. Raises 5 when no run
-  /// has ended, 3022 when the store came to hold one of them meanwhile, and the errors of a store.
-  void Consolidar(std::string_view nome_do_arquivo);
+  /// Moves the declarations of the run that ended as `outcome` says into the store, all or none, under the
+  /// file name `nome_do_arquivo`, and removes the temporary database. Does nothing in `kValidar`. Raises 5
+  /// when the file was not accepted or no run has ended, 3022 when the store came to hold one of them
+  /// meanwhile, and the errors of a store.
+  void Consolidar(const Outcome& outcome, std::string_view nome_do_arquivo);
 
  private:
   class Impl;

@@ -16,6 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr std::string_view kIE = "110.042.490.114";
+const Outcome kAccepted{Outcome::Estado::kAceito};
 
 /// One run of the component over an embedded host, made of the calls that the component makes.
 class HostRun {
@@ -71,7 +72,7 @@ class EmbeddedHostTest : public testing::Test {
     run.Begin();
     run.Declare(reference);
     run.End();
-    run.embedded().Consolidar("arquivo.txt");
+    run.embedded().Consolidar(kAccepted, "arquivo.txt");
   }
   [[nodiscard]] std::vector<std::string> References() const {
     std::vector<std::string> references;
@@ -96,17 +97,17 @@ TEST_F(EmbeddedHostTest, AnAcceptedRunMovesIntoTheStoreWithAllItsRecords) {
   EXPECT_THAT(DeclarationStore(folder_).Listar(), IsEmpty());
   {
     HostRun run(folder_);
-    EXPECT_EQ(ErrorOf([&] { run.embedded().Consolidar("x"); }), 5) << "nothing has run";
+    EXPECT_EQ(ErrorOf([&] { run.embedded().Consolidar(kAccepted, "x"); }), 5) << "nothing has run";
     EXPECT_FALSE(run.Held("20/03/2012"));
     run.Begin();
     run.Declare("201203", 3);
     run.Declare("201204");
-    EXPECT_EQ(ErrorOf([&] { run.embedded().Consolidar("x"); }), 5) << "the run has not ended";
+    EXPECT_EQ(ErrorOf([&] { run.embedded().Consolidar(kAccepted, "x"); }), 5) << "the run has not ended";
     run.End();
-    run.embedded().Consolidar("março.txt");
+    run.embedded().Consolidar(kAccepted, "março.txt");
     EXPECT_TRUE(run.Held("20/03/2012"));
     EXPECT_FALSE(run.Held("20/05/2012"));
-    EXPECT_EQ(ErrorOf([&] { run.embedded().Consolidar("x"); }), 5) << "it is taken already";
+    EXPECT_EQ(ErrorOf([&] { run.embedded().Consolidar(kAccepted, "x"); }), 5) << "it is taken already";
   }
   Import("201205");
   EXPECT_THAT(Files(), ElementsAre("tblFixas.fix", "tremvik.db", "tremvik.lock"));
@@ -138,6 +139,7 @@ TEST_F(EmbeddedHostTest, WhatIsNotConsolidatedLeavesNothing) {
     run.Begin();
     run.Declare("201204");
     run.End();
+    EXPECT_EQ(ErrorOf([&] { run.embedded().Consolidar({Outcome::Estado::kRecusado}, "x"); }), 5);
   }
   {
     HostRun run(folder_);  // left without an end, as after the answer No
@@ -146,7 +148,7 @@ TEST_F(EmbeddedHostTest, WhatIsNotConsolidatedLeavesNothing) {
     run.Begin();  // and another run over the same host
     run.Declare("201205");
     run.End();
-    run.embedded().Consolidar("b.txt");
+    run.embedded().Consolidar(kAccepted, "b.txt");
   }
   test::WriteFile(Path("BDTemp.mdb"), "resto de uma queda");
   test::WriteFile(Path("BDTempPrf.fix"), "resto de uma queda");
@@ -160,7 +162,7 @@ TEST_F(EmbeddedHostTest, WhatIsNotConsolidatedLeavesNothing) {
   again.Declare("201207");
   again.Declare("201206");
   again.End();
-  EXPECT_EQ(ErrorOf([&] { again.embedded().Consolidar("c.txt"); }), 3022);
+  EXPECT_EQ(ErrorOf([&] { again.embedded().Consolidar(kAccepted, "c.txt"); }), 3022);
   EXPECT_EQ(References().size(), 3U) << "all or none";
 }
 
@@ -171,7 +173,7 @@ TEST_F(EmbeddedHostTest, ValidatingKeepsNothing) {
     run.Begin();
     run.Declare("201203");
     run.End();
-    run.embedded().Consolidar("a.txt");
+    run.embedded().Consolidar(kAccepted, "a.txt");
     EXPECT_THAT(Files(), ElementsAre("tblFixas.fix"));
   }
   Import("201203");

@@ -99,6 +99,7 @@ TEST(Cfop, TheQuestionAndItsAnswers) {
   EXPECT_EQ(no.host.boxes, (Boxes{{question, 324, "Atenção"}}));
   EXPECT_EQ(no.tremvik.Mensagem(), question);
   EXPECT_EQ(no.tremvik.NroLinha(), 4);
+  EXPECT_EQ(no.tremvik.outcome().estado, Outcome::Estado::kRecusado);
   const std::vector<std::string> closing = {"Dúvida 4 10.Imposto", "Caixa", "Close 1", "Ponteiro 0"};
   EXPECT_EQ(Tail(no.host.log, 4), closing);
 

@@ -2,7 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "tests/support/cases.h"
+#include "tests/support/files.h"
 
 namespace tremvik::test {
 namespace {
@@ -72,6 +75,7 @@ TEST(ImportRun, DeclarationsThatDifferFromTheAnnounced) {
     run.Import(before);
     EXPECT_EQ(run.host.boxes, (Boxes{{"Tabela 01, CR=01, Campo - Q05\r\nInconsistente, Posição 27", 64, "Atenção"}}));
     EXPECT_TRUE(run.tremvik.bolRetMonitora());
+    EXPECT_EQ(run.tremvik.outcome().estado, Outcome::Estado::kRecusado);
     EXPECT_EQ(run.tremvik.NroLinha(), lines);
     EXPECT_EQ(run.tremvik.Mensagem(), "");
     const std::vector<std::string> closing = {"Inconsistência 1 01.Q05", "Caixa", "Close 1", "Ponteiro 0"};
@@ -111,6 +115,9 @@ void CheckFailure(const Failing& failing, int number, std::string_view text) {
   EXPECT_TRUE(failing.line == 0 || run.tremvik.NroLinha() == failing.line);
   EXPECT_EQ(run.tremvik.Mensagem(), text);
   EXPECT_TRUE(run.tremvik.bolRetMonitora());
+  const Outcome& outcome = run.tremvik.outcome();
+  EXPECT_EQ(outcome.estado, Outcome::Estado::kErro);
+  EXPECT_EQ(std::to_string(outcome.numero) + " - " + outcome.descricao, text);
   EXPECT_EQ(run.host.open_files(), 0U);
   EXPECT_EQ(run.host.open_databases, 0);
   EXPECT_EQ(std::ranges::count(run.host.log, "Fechar"), 1);
@@ -189,6 +196,59 @@ TEST(ImportRun, FailuresWhileAFailureIsTold) {
   EXPECT_EQ(success.host.boxes.back().text, Report("70 - Permissão negada", "", 3));
   EXPECT_TRUE(success.tremvik.bolRetMonitora());
 }
+
+// Calls the instance from within its events; what such a call does there must not be seen.
+struct Caller final : MemoryHost {
+  void Progresso() override {
+    MemoryHost::Progresso();
+    Call();
+  }
+  void Fechar() override {
+    MemoryHost::Fechar();
+    Call();
+  }
+  void Call() {
+    if (instance == nullptr) return;
+    for (const auto& call : std::initializer_list<std::function<void(Tremvik&)>>{[](Tremvik& t) { t.Monitora("entrada.txt"); },
+                                                                                 [](Tremvik& t) { t.CompararTotais("entrada.txt"); },
+                                                                                 [](Tremvik& t) { t.ErroSair(); }}) {
+      EXPECT_EQ(ErrorOf([&] { return call(*instance), 0; }), 5);
+    }
+    ++calls;
+  }
+  Tremvik* instance = nullptr;
+  int calls = 0;
+};
+
+TEST(ImportRun, ACallWithinACallIsRefused) {
+  for (const std::string_view tipo : {"01", "09"}) {
+    Caller plain, calling;
+    for (Caller* const host : {&plain, &calling}) {
+      host->files["entrada.txt"] = FileBuilder("05 07 10").With("05.Tipo", tipo).Bytes();
+      Tremvik tremvik(host->host());
+      if (host == &calling) host->instance = &tremvik;
+      tremvik.Monitora("entrada.txt");
+      EXPECT_EQ(tremvik.outcome().estado, tipo == "01" ? Outcome::Estado::kAceito : Outcome::Estado::kRecusado);
+      EXPECT_EQ(tremvik.NroLinha(), tipo == "01" ? 5 : 2);
+      tremvik.ErroSair();  // its turn again
+    }
+    EXPECT_EQ(calling.log, plain.log);
+    EXPECT_EQ(calling.boxes, plain.boxes);
+    EXPECT_GT(calling.calls, 3);
+  }
+}
+
+#ifndef NDEBUG
+TEST(ImportRunDeathTest, DestroyedWithinACall) {
+  struct : MemoryHost {
+    void Progresso() override { instance.reset(); }
+    std::unique_ptr<Tremvik> instance;
+  } host;
+  host.instance = std::make_unique<Tremvik>(host.host());
+  host.files["f"] = FileBuilder("05").Bytes();
+  EXPECT_DEATH((void)host.instance->CompararTotais("f"), "destroyed within a call");
+}
+#endif
 
 TEST(ImportRun, ARefusedFileStopsWhereTheFaultIs) {
   Instance run;

@@ -91,6 +91,8 @@ TEST(LengthPass, RunTimeErrors) {
     run.host.Fail(operation, number);
     run.Import(FileBuilder("05").Bytes());
     ExpectTold(run, text);
+    EXPECT_EQ(run.tremvik.outcome().estado, Outcome::Estado::kErro);
+    EXPECT_EQ(run.tremvik.outcome().numero, number == 0 ? 5 : number);
   }
 }
 

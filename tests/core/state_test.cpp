@@ -130,6 +130,7 @@ TEST(State, BuffersOfTheRunBefore) {
   master.Import(FileBuilder("05").Bytes());
   EXPECT_EQ(master.host.boxes.size(), 1U);
   EXPECT_FALSE(master.tremvik.bolRetMonitora());
+  EXPECT_EQ(master.tremvik.outcome().estado, Outcome::Estado::kSilencio);
   EXPECT_EQ(master.host.open_files(), 0U);
 }
 

@@ -70,7 +70,7 @@ Scene::Ended Scene::Import(const Around& around) const {
     around.after();
     ended.failed = tremvik.bolRetMonitora();
     if (ended.failed) return ended;
-    embedded.Consolidar("amostra.txt");
+    embedded.Consolidar(tremvik.outcome(), "amostra.txt");
     ended.kept = true;
   } catch (const RuntimeError& error) {
     ended.why = error.description();

@@ -30,8 +30,7 @@ struct Import : test::TablesHost {
     keeps_log = false;
     Tremvik tremvik(host());
     tremvik.Monitora(test::kInputPath);
-    accepted = !tremvik.bolRetMonitora() && !boxes.empty() &&
-               boxes.back() == test::Box{"A importação foi concluída com sucesso!", 64, "Arquivo Pré-Formatado"};
+    accepted = tremvik.outcome().estado == Outcome::Estado::kAceito;
   }
   bool accepted;
 };

@@ -36,9 +36,11 @@ Place CheckRefusal(const Case& given, const FileBuilder& file, const Instance& r
   EXPECT_TRUE(run.tremvik.bolRetMonitora());
   const std::string encerrar = "Encerrar C:\\App\\BDTempPrf.fix";
   if (given.first.substr(2, 3) == " - ") {  // a run-time error
+    EXPECT_EQ(run.tremvik.outcome().estado, Outcome::Estado::kErro);
     EXPECT_THAT(Tail(run.host.log, 5), ElementsAre("Close 1", encerrar, "Caixa", "Fechar", encerrar));
     return {};
   }
+  EXPECT_EQ(run.tremvik.outcome().estado, Outcome::Estado::kRecusado);
   EXPECT_EQ(run.host.places.size(), 1U);
   if (run.host.places.size() != 1) return {};
   const Place& place = run.host.places.front();
@@ -97,6 +99,7 @@ Place Check(const Case& given) {
   if (given.line != kAccepted) return CheckRefusal(given, file, run);
   EXPECT_TRUE(run.Succeeded()) << (run.host.boxes.empty() ? "" : run.host.boxes.back().text);
   EXPECT_FALSE(run.tremvik.bolRetMonitora());
+  EXPECT_EQ(run.tremvik.outcome().estado, Outcome::Estado::kAceito);
   EXPECT_TRUE(run.host.places.empty());
   return {};
 }
