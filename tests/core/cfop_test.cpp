@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "checks/reference_tables.h"
-#include "records/cfop_validity.h"
+#include "layout/kinds.h"
 #include "tests/support/cases.h"
 
 namespace tremvik::test {
@@ -135,16 +135,6 @@ TEST(Cfop, LookUpsOfTheTables) {
     EXPECT_TRUE(run.Succeeded());
     EXPECT_EQ(run.host.queries, expected);
   }
-}
-
-TEST(Cfop, DisplayForms) {
-  constexpr std::string_view kForms[][3] = {
-      {"200301", "1102", "1.102"},  {"200301", "112", "0.112"}, {"200212", "112", "1.12"},
-      {"200212", "1121", "1.12.1"}, {"200212", "1.12", "1.12"}, {"200212", "1.12.1", "1.12.1"},
-      {"200212", "12", ""},         {"200212", "11211", ""},    {"200212", "", ""},
-  };
-  for (const auto& [ref, code, form] : kForms)
-    EXPECT_EQ(FormatarCFOP(ref, code).view(), form) << code;
 }
 
 TEST(ReferenceTables, QueryOfEachKindAndMode) {

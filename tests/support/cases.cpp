@@ -60,6 +60,24 @@ std::string CellOf(std::string_view text) {
   return cell;
 }
 
+// The rows that a row with {a b c} stands for: one with each of them.
+void AppendExpanded(const Row& row, std::vector<Row>& rows) {
+  for (std::size_t i = 0; i < row.cells.size(); ++i) {
+    const std::string& cell = row.cells[i];
+    const auto open = cell.find('{');
+    if (open == std::string::npos) continue;
+    const auto close = cell.find('}', open);
+    for (const std::string_view one : Split(std::string_view(cell).substr(open + 1, close - open - 1), ' ')) {
+      Row single = row;
+      single.where.append(" with ").append(one);
+      single.cells[i].replace(open, close - open + 1, one);
+      AppendExpanded(single, rows);
+    }
+    return;
+  }
+  rows.push_back(row);
+}
+
 }  // namespace
 
 std::vector<std::string> Tail(const std::vector<std::string>& log, std::size_t count) {
@@ -112,7 +130,7 @@ std::vector<Row> ReadTable(std::string_view name, std::size_t cells) {
   std::string line;
   for (int number = 1; std::getline(file, line); ++number) {
     if (line.empty() || line.front() == '#') continue;
-    Row& row = rows.emplace_back(Row{std::string(name) + ":" + std::to_string(number) + ": " + line, {}});
+    Row row{std::string(name) + ":" + std::to_string(number) + ": " + line, {}};
     for (std::size_t end = 0; (end = line.find('|')) != std::string::npos; line.erase(0, end + 1)) {
       std::string cell = CellOf(std::string_view(line).substr(0, end));
       std::string& above = last[row.cells.size()];
@@ -122,6 +140,7 @@ std::vector<Row> ReadTable(std::string_view name, std::size_t cells) {
     }
     EXPECT_EQ(line, "") << row.where;
     row.cells.resize(std::max(row.cells.size(), cells));
+    AppendExpanded(row, rows);
   }
   EXPECT_FALSE(rows.empty()) << name;
   return rows;

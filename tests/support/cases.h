@@ -43,7 +43,8 @@ struct Row {
   std::vector<std::string> cells;
 };
 /// The rows of a table. A row ends in "|", its cells are parted by " | " and filled up to `cells`; "\x0A" is a byte; a cell that
-/// is a quotation mark alone says what the last one above it said; "#" begins a comment line.
+/// is a quotation mark alone says what the last one above it said; a row with {a b c} stands for one with each of them; "#" begins a
+/// comment line.
 [[nodiscard]] std::vector<Row> ReadTable(std::string_view name, std::size_t cells);
 
 /// Checks every row of a table: "kinds | edits | outcome | first | second | place |". `outcome` is "ok", the line of the refusal,
