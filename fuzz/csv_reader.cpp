@@ -21,15 +21,15 @@ std::optional<Records> Read(std::string_view text) {
     std::vector<std::string> fields;
     int last_line = 0;
     while (reader.Next(fields)) {
-      Expect(reader.linha() > last_line, "records begin on later and later lines");
+      Expect(reader.line() > last_line, "records begin on later and later lines");
       Expect(!fields.empty(), "a record has a field");
-      last_line = reader.linha();
+      last_line = reader.line();
       records.push_back(fields);
     }
   } catch (const CsvError& error) {
     const auto lines = 1 + std::ranges::count(text, '\n');
-    Expect(error.linha >= 1 && error.linha <= lines, "the fault lies on a line of the text");
-    Expect(!error.texto.empty(), "a fault has a text");
+    Expect(error.line >= 1 && error.line <= lines, "the fault lies on a line of the text");
+    Expect(!error.words.empty(), "a fault has a text");
     return std::nullopt;
   }
   return records;

@@ -3,11 +3,17 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "adapters/local/system.h"
+
 namespace tremvik {
 namespace {
 
 std::string Folder(std::string_view path) {
-  std::string folder = std::filesystem::absolute(std::filesystem::path(path)).lexically_normal().string();
+  std::error_code code;
+  std::string folder =
+      std::filesystem::absolute(std::filesystem::path(path), code).lexically_normal().string();
+  if (code)
+    throw FileError(code.value(), "Não foi possível chegar pela pasta de trabalho a", std::string(path));
   while (folder.size() > 1 && folder.back() == '/')
     folder.pop_back();
   return folder;
@@ -17,18 +23,16 @@ std::string UserFolder(const char* variable, std::string_view below_home) {
   const char* const value = std::getenv(variable);
   if (value != nullptr && value[0] == '/') return value;
   const char* const home = std::getenv("HOME");
-  return std::string(home != nullptr ? home : "/").append("/").append(below_home);
+  if (home == nullptr || home[0] != '/') return {};
+  return std::string(home).append("/").append(below_home);
 }
 
 }  // namespace
 
-ComponentFolder::ComponentFolder(std::string_view path) : path_(Folder(path)), reference_tables_(path_) {}
-
-void ComponentFolder::MoveReferenceTables(std::string_view path) { reference_tables_ = Folder(path); }
+ComponentFolder::ComponentFolder(std::string_view path) : path_(Folder(path)) {}
 
 std::string ComponentFolder::File(std::string_view name) const {
-  const std::string& folder = name == arquivo::kTabelasFixas ? reference_tables_ : path_;
-  return std::string(folder).append("/").append(name);
+  return std::string(path_).append("/").append(name);
 }
 
 std::string ComponentFolder::Resolve(std::string_view path) const {

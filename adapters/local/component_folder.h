@@ -14,15 +14,13 @@ inline constexpr std::string_view kTemporario = "BDTempPrf.fix";
 }  // namespace arquivo
 
 /// The folder that the component knows as its own. The component writes the path of a file in it as the
-/// folder, "\" and the name, on every platform; here such a path becomes a path of the machine. The reference
-/// tables may lie in another folder without the component noticing. Paths are UTF-8.
+/// folder, "\" and the name, on every platform; here such a path becomes a path of the machine. Paths are
+/// UTF-8.
 class ComponentFolder {
  public:
-  /// `path` is made absolute and loses separators at its end; it need not exist.
+  /// `path` is made absolute and loses separators at its end; it need not exist. Raises 76 for a relative
+  /// path where the working folder is gone.
   explicit ComponentFolder(std::string_view path);
-
-  /// The reference tables lie in the folder `path` from now on.
-  void MoveReferenceTables(std::string_view path);
 
   /// The folder as the component knows it (App.Path).
   [[nodiscard]] const std::string& path() const { return path_; }
@@ -34,12 +32,12 @@ class ComponentFolder {
 
  private:
   std::string path_;
-  std::string reference_tables_;
 };
 
-/// The folder of the user's settings: $XDG_CONFIG_HOME, else ~/.config. A relative value counts as unset.
+/// The folder of the user's settings: $XDG_CONFIG_HOME, else ~/.config. A relative value counts as unset;
+/// empty where both are.
 [[nodiscard]] std::string ConfigHome();
-/// The folder of the user's data: $XDG_DATA_HOME, else ~/.local/share. A relative value counts as unset.
+/// The folder of the user's data: $XDG_DATA_HOME, else ~/.local/share, in the same way.
 [[nodiscard]] std::string DataHome();
 
 }  // namespace tremvik

@@ -1,7 +1,8 @@
 #include "adapters/local/local_application.h"
 
 #include <algorithm>
-#include <fstream>
+
+#include "adapters/local/system.h"
 
 namespace tremvik {
 namespace {
@@ -12,24 +13,33 @@ bool SameName(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, Minuscula, Minuscula);
 }
 
+constexpr std::size_t kMostBytes = std::size_t{1024} * 1024;
+
 std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const auto begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+  const auto begin = text.find_first_not_of(" \t\r");
+  text.remove_prefix(std::min(begin, text.size()));
+  return text.substr(0, text.find_last_not_of(" \t\r") + 1);
+}
+
+// The next line of `rest`, which loses it.
+std::string_view TakeLine(std::string_view& rest) {
+  const std::string_view line = rest.substr(0, rest.find('\n'));
+  rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+  return line;
 }
 
 }  // namespace
 
 std::string LocalApplication::GetSetting(std::string_view application, std::string_view section,
                                          std::string_view key, std::string_view fallback) {
-  std::ifstream file(std::string(config_home_).append("/").append(application).append("/configuracao.ini"));
+  const std::string path =
+      std::string(config_home_).append("/").append(application).append("/configuracao.ini");
+  const std::string file = ReadRegularFile(path, kMostBytes).value_or("");
+  std::string_view rest = file;
+  if (rest.starts_with("\xEF\xBB\xBF")) rest.remove_prefix(3);  // the mark of UTF-8 editors
   bool inside = false;
-  std::string line;
-  for (bool first = true; std::getline(file, line); first = false) {
-    std::string_view text = line;
-    if (first && text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);  // the mark of UTF-8 editors
-    text = Trim(text);
+  while (!rest.empty()) {
+    const std::string_view text = Trim(TakeLine(rest));
     if (text.starts_with(';') || text.starts_with('#')) continue;
     if (text.starts_with('[') && text.ends_with(']')) {
       inside = SameName(Trim(text.substr(1, text.size() - 2)), section);

@@ -23,7 +23,7 @@ class LocalApplication final : public Application {
       : folder_(folder), config_home_(std::move(config_home)) {}
 
   std::string AppPath() override { return folder_.path(); }
-  /// A file that is missing or cannot be read holds no settings.
+  /// A file that is missing, cannot be read, is no regular file or has more than 1 MiB holds no settings.
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view fallback) override;
 

@@ -5,39 +5,16 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <string>
 
+#include "adapters/local/descriptor.h"
+#include "adapters/local/system.h"
 #include "host/runtime_error.h"
 
 namespace tremvik {
 namespace {
-
-struct Mapped {
-  int code;
-  int number;
-};
-
-// What is not listed is an error of the path for operations on names, of the device for reads.
-constexpr std::array kMapped{
-    Mapped{ENOENT, erro::kArquivoNaoEncontrado},
-    Mapped{ENOTDIR, erro::kCaminhoNaoEncontrado},
-    Mapped{ELOOP, erro::kCaminhoNaoEncontrado},
-    Mapped{EACCES, erro::kPermissaoNegada},
-    Mapped{EPERM, erro::kPermissaoNegada},
-    Mapped{EBUSY, erro::kPermissaoNegada},
-    Mapped{ETXTBSY, erro::kPermissaoNegada},
-    Mapped{EEXIST, erro::kArquivoJaExiste},
-    Mapped{EMFILE, erro::kExcessoDeArquivos},
-    Mapped{ENFILE, erro::kExcessoDeArquivos},
-    Mapped{ENOSPC, erro::kDiscoCheio},
-    Mapped{EDQUOT, erro::kDiscoCheio},
-    Mapped{EIO, erro::kEntradaSaida},
-    Mapped{ENOMEM, erro::kMemoriaInsuficiente},
-    Mapped{ENAMETOOLONG, erro::kNumeroDeArquivoInvalido},
-};
 
 std::string MachinePath(const ComponentFolder& folder, std::string_view path) {
   if (path.empty()) throw RuntimeError(erro::kAcessoAoCaminho);
@@ -65,11 +42,6 @@ int RenameWithoutReplacing(const std::string& from, const std::string& to) {
 }
 
 }  // namespace
-
-int FileErrorNumber(int code) {
-  const auto* const entry = std::ranges::find(kMapped, code, &Mapped::code);
-  return entry == kMapped.end() ? erro::kAcessoAoCaminho : entry->number;
-}
 
 LocalFiles::~LocalFiles() {
   for (const int descriptor : descriptors_) {
@@ -104,46 +76,38 @@ int LocalFiles::FreeFile() {
   return static_cast<int>(free - descriptors_.begin()) + 1;
 }
 
-int& LocalFiles::Descriptor(int number) {
+int& LocalFiles::Slot(int number) {
   if (number < 1 || number > kNumbers) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
   return descriptors_.at(static_cast<std::size_t>(number - 1));
 }
 
 void LocalFiles::Open(int number, std::string_view path) {
-  int& descriptor = Descriptor(number);
+  int& descriptor = Slot(number);
   if (descriptor != kFree) throw RuntimeError(erro::kArquivoJaAberto);
   const std::string name = MachinePath(folder_, path);
-  if (reading_.Replays(name)) {
-    descriptor = kFromMemory;
-    return;
-  }
-  const int opened = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  if (opened < 0) RaiseForPath(errno, name);
+  Descriptor opened(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!opened) RaiseForPath(errno, name);
   struct stat found {};
-  if (::fstat(opened, &found) != 0 || !S_ISREG(found.st_mode)) {
-    ::close(opened);
+  if (::fstat(opened.get(), &found) != 0 || !S_ISREG(found.st_mode))
     throw RuntimeError(erro::kAcessoAoCaminho);
-  }
-  descriptor = opened;
-  reading_.Follow(number, name);
+  run_.Opened(number, name, found);
+  descriptor = opened.Release();
 }
 
 std::size_t LocalFiles::Read(int number, char* buffer, std::size_t count) {
-  const int descriptor = Descriptor(number);
+  const int descriptor = Slot(number);
   if (descriptor == kFree) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
-  if (descriptor == kFromMemory) return reading_.Replay(buffer, count);
   ssize_t got = 0;
   do {
     got = ::read(descriptor, buffer, count);
   } while (got < 0 && errno == EINTR);
   if (got < 0) throw RuntimeError(erro::kEntradaSaida);
-  const auto size = static_cast<std::size_t>(got);
-  reading_.Record(number, {buffer, size});
-  return size;
+  if (got == 0) run_.EndReached(number, descriptor);
+  return static_cast<std::size_t>(got);
 }
 
 void LocalFiles::Close(int number) {
-  int& descriptor = Descriptor(number);
+  int& descriptor = Slot(number);
   if (descriptor >= 0) ::close(descriptor);
   descriptor = kFree;
 }

@@ -4,14 +4,14 @@
 #include <string_view>
 
 #include "adapters/local/component_folder.h"
-#include "adapters/local/run_reading.h"
+#include "adapters/local/run_file.h"
 #include "host/files.h"
 
 namespace tremvik {
 
 /// The runtime's file operations on this machine's file system. Only regular files are opened: a directory, a
-/// pipe or a device is error 75 at once, so that no read ever blocks or runs without end. In a run a file is
-/// read from the disk once: further openings give what the first one gave, whatever became of the file.
+/// pipe or a device is error 75 at once, so that no read ever blocks or runs without end. A file
+/// that changes in a run is error 57.
 class LocalFiles final : public Files {
  public:
   /// `folder` must outlive this object.
@@ -27,22 +27,18 @@ class LocalFiles final : public Files {
   void Open(int number, std::string_view path) override;
   std::size_t Read(int number, char* buffer, std::size_t count) override;
   void Close(int number) override;
-  void BeginRun() noexcept override { reading_.Begin(); }
-  void EndRun() noexcept override { reading_.End(); }
+  void BeginRun() noexcept override { run_.Begin(); }
+  void EndRun() noexcept override { run_.End(); }
 
  private:
   /// File numbers go from 1 to 511, as in the runtime.
   static constexpr int kNumbers = 511;
   static constexpr int kFree = -1;
-  static constexpr int kFromMemory = -2;
-  int& Descriptor(int number);
+  int& Slot(int number);
 
   const ComponentFolder& folder_;
   std::array<int, kNumbers> descriptors_{};
-  RunReading reading_;
+  RunFile run_;
 };
-
-/// The runtime's error number of the system error `code` (an errno value) of an operation on a path.
-[[nodiscard]] int FileErrorNumber(int code);
 
 }  // namespace tremvik

@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include "adapters/local/local_files.h"
+#include "adapters/local/system.h"
 
 namespace tremvik::sqlite {
 namespace {
@@ -36,7 +36,10 @@ RuntimeError CannotOpen(sqlite3* connection) {
   if (system == EACCES || system == EPERM) {
     return Named(erro::kPermissaoNegada, "Permissão negada ao abrir o banco de dados", connection);
   }
-  if (system != 0 && system != ENOENT) return RuntimeError(FileErrorNumber(system));
+  if (system != 0 && system != ENOENT) {
+    const char* const path = sqlite3_db_filename(connection, "main");
+    return FileError(system, "Não foi possível abrir o banco de dados", path == nullptr ? "" : path);
+  }
   return Named(erro::kBancoNaoEncontrado, "Não foi possível localizar o arquivo", connection);
 }
 

@@ -12,7 +12,8 @@
 
 namespace tremvik::sqlite {
 
-/// Numbers of the engine's errors that the runtime's table does not describe.
+/// Numbers of the engine's errors that the runtime's table does not describe; the first is this store's own.
+inline constexpr int kVersaoMaisNova = 3999;
 inline constexpr int kSemRegistroAtual = 3021;
 inline constexpr int kValoresDuplicados = 3022;
 inline constexpr int kItemNaoEncontrado = 3265;

@@ -1,7 +1,8 @@
 #include "adapters/sqlite/csv_reader.h"
 
+#include <utf8.h>
+
 #include <algorithm>
-#include <bit>
 
 namespace tremvik {
 namespace {
@@ -10,27 +11,14 @@ int LineOf(std::string_view text, std::size_t at) {
   return 1 + static_cast<int>(std::ranges::count(text.substr(0, at), '\n'));
 }
 
-// The length of the UTF-8 sequence at the beginning of `text`, 0 when it is none.
-std::size_t SequenceLength(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text.front());
-  if (lead < 0x80) return 1;
-  const auto length = static_cast<std::size_t>(std::countl_one(lead));
-  if (length < 2 || length > 4 || text.size() < length || lead == 0xC0 || lead == 0xC1 || lead > 0xF4)
-    return 0;
-  const auto rest = text.substr(1, length - 1);
-  const bool continued =
-      std::ranges::all_of(rest, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; });
-  return continued ? length : 0;
-}
-
 void CheckEncoding(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t length = SequenceLength(text.substr(at));
-    if (length == 0)
-      throw CsvError{LineOf(text, at), "o texto não está em UTF-8; grave o arquivo como UTF-8"};
-    if (text[at] == '\0') throw CsvError{LineOf(text, at), "há um caractere NUL no texto"};
-    at += length;
+  const auto* const invalid = utf8::find_invalid(text.begin(), text.end());
+  if (invalid != text.end()) {
+    const auto at = static_cast<std::size_t>(invalid - text.begin());
+    throw CsvError{LineOf(text, at), "o texto não está em UTF-8; grave o arquivo como UTF-8"};
   }
+  const std::size_t nul = text.find('\0');
+  if (nul != std::string_view::npos) throw CsvError{LineOf(text, nul), "há um caractere NUL no texto"};
 }
 
 }  // namespace

@@ -8,8 +8,8 @@ namespace tremvik {
 
 /// A CSV text that is not well formed: what is wrong (Portuguese) and on which line of the text.
 struct CsvError {
-  int linha;
-  std::string texto;
+  int line;
+  std::string words;
 };
 
 /// Reads records of a CSV text as RFC 4180 has them, strictly: comma, double quotes, lines ended by LF or CR
@@ -23,7 +23,7 @@ class CsvReader {
   /// Reads the next record into `fields`; false at the end. Raises CsvError.
   bool Next(std::vector<std::string>& fields);
   /// The line of the text, from 1, on which the last record began.
-  [[nodiscard]] int linha() const { return record_line_; }
+  [[nodiscard]] int line() const { return record_line_; }
 
  private:
   void ReadQuoted(std::string& field);

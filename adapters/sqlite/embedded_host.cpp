@@ -1,14 +1,11 @@
 #include "adapters/sqlite/embedded_host.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
-#include <filesystem>
 #include <optional>
 
 #include "adapters/local/folder_lock.h"
 #include "adapters/local/local_application.h"
 #include "adapters/local/local_files.h"
+#include "adapters/local/system.h"
 #include "adapters/local/temporary_names.h"
 #include "adapters/sqlite/declaration_store.h"
 #include "adapters/sqlite/reference_engine.h"
@@ -19,23 +16,6 @@ namespace tremvik {
 namespace {
 
 constexpr std::string_view kTrava = "tremvik.lock";
-constexpr int kPastaNaoCriada = erro::kAcessoAoCaminho;
-
-void MakeFolder(const std::string& path) {
-  std::error_code code;
-  std::filesystem::create_directories(path, code);
-  if (!std::filesystem::is_directory(path)) {
-    const bool permission = code == std::errc::permission_denied;
-    throw RuntimeError(permission ? erro::kPermissaoNegada : kPastaNaoCriada,
-                       "Não foi possível criar a pasta '" + path + "'.");
-  }
-}
-
-bool Missing(const std::string& file) {
-  struct stat found {};
-  return ::stat(file.c_str(), &found) != 0 && (errno == ENOENT || errno == ENOTDIR);
-}
-
 std::string InUse(const std::string& folder) {
   return "A pasta '" + folder + "' está em uso por outra importação; espere que ela termine e tente de novo.";
 }
@@ -68,9 +48,9 @@ class EmbeddedHost::Impl {
       throw RuntimeError(erro::kArgumentoInvalido, "O arquivo não foi aceito.");
     }
     if (!temporary_) return;
-    const std::string run = temporary_->Encerrado();
-    if (run.empty()) throw RuntimeError(erro::kArgumentoInvalido, "Nenhuma importação terminou.");
-    store_.Receber(run, nome_do_arquivo);
+    sqlite::Connection* const run = temporary_->Encerrado();
+    if (run == nullptr) throw RuntimeError(erro::kArgumentoInvalido, "Nenhuma importação terminou.");
+    store_.Receber(*run, nome_do_arquivo);
     temporary_->Descartar();
   }
 
@@ -82,31 +62,32 @@ class EmbeddedHost::Impl {
     MakeFolder(folder_.path());
     lock_.emplace(folder_.File(kTrava), InUse(folder_.path()));
     const std::string tables = folder_.File(arquivo::kTabelasFixas);
-    if (Missing(tables)) ConstruirTabelasPadrao(tables);
+    if (IsMissing(tables)) {
+      ConstruirTabelasPadrao(tables);
+    } else {
+      RemoveAbandonedReplacements(tables);
+    }
+    store_.RemoveAbandonedJournals();
     temporary_.emplace(folder_);
     return components_.emplace<SqliteComponents>(*temporary_, store_);
   }
 
+  // Where the folder cannot be written, the program's own rows serve from memory.
   ComponentFactory& ToValidate() {
-    if (Missing(folder_.File(arquivo::kTabelasFixas))) MakeTablesSomewhere();
-    return components_.emplace<DiscardingComponents>(names_, store_);
-  }
-
-  // Where the folder cannot be written, the tables are made in one that goes with this object.
-  void MakeTablesSomewhere() {
-    try {
-      MakeFolder(folder_.path());
-      ConstruirTabelasPadrao(folder_.File(arquivo::kTabelasFixas));
-    } catch (const RuntimeError&) {
-      scratch_.emplace();
-      folder_.MoveReferenceTables(scratch_->path());
-      ConstruirTabelasPadrao(folder_.File(arquivo::kTabelasFixas));
+    const std::string tables = folder_.File(arquivo::kTabelasFixas);
+    if (IsMissing(tables)) {
+      try {
+        MakeFolder(folder_.path());
+        ConstruirTabelasPadrao(tables);
+      } catch (const RuntimeError&) {
+        engine_.UseBuiltInTables();
+      }
     }
+    return components_.emplace<DiscardingComponents>(names_, store_);
   }
 
   ComponentFolder folder_;
   std::optional<FolderLock> lock_;
-  std::optional<ScratchFolder> scratch_;
   LocalFiles files_;
   TemporaryNames names_;
   LocalApplication application_;

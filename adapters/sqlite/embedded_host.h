@@ -33,8 +33,8 @@ class EmbeddedHost {
  public:
   /// Makes the folder and the default reference tables where they are missing. `kImportar` holds the folder
   /// against other imports as long as this object lives and raises 3045 when another one holds it; `kValidar`
-  /// writes nothing but missing reference tables, where the folder cannot be written into a temporary one
-  /// that goes with this object. Raises file errors. The three references must outlive this object.
+  /// writes nothing but missing reference tables, which stay in memory where the folder cannot be written.
+  /// Raises file errors. The three references must outlive this object.
   EmbeddedHost(EmbeddedHostOptions options, Screen& screen, Events& events, Diagnostics& diagnostics);
   /// Drops what the last run left unless it was consolidated.
   ~EmbeddedHost();

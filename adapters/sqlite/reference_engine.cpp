@@ -1,34 +1,29 @@
 #include "adapters/sqlite/reference_engine.h"
 
-#include <sys/stat.h>
-
-#include <algorithm>
-#include <cerrno>
 #include <functional>
 #include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "adapters/local/local_files.h"
 #include "adapters/sqlite/connection.h"
+#include "adapters/sqlite/reference_tables.h"
 #include "host/runtime_error.h"
 
 namespace tremvik {
 namespace {
 
-// Looks a text up without making a string of it. Look-ups of one kind differ in their values, and these stand
-// towards the end.
+// Looks a text up without making a string of it.
 struct TextHash {
   using is_transparent = void;
-  std::size_t operator()(std::string_view text) const {
-    constexpr std::size_t kEnd = 48;
-    const auto end = text.substr(text.size() - std::min(text.size(), kEnd));
-    return std::hash<std::string_view>()(end) ^ text.size();
-  }
+  std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
 };
 template <typename V>
 using TextMap = std::unordered_map<std::string, V, TextHash, std::equal_to<>>;
+
+// Far more than the different look-ups of a file that is right; only spoilt values make more.
+constexpr std::size_t kMostAnswers = 4096;
+constexpr std::size_t kMostQueries = 64;
 
 // A query text with a parameter in the place of each text value, and the values.
 struct Shape {
@@ -83,26 +78,19 @@ class Answer final : public Recordset {
 
 class ReferenceDatabase final : public Database {
  public:
-  explicit ReferenceDatabase(const std::string& file) {
-    struct stat found {};
-    if (::stat(file.c_str(), &found) != 0 && errno == ENOENT) {
-      throw RuntimeError(erro::kBancoNaoEncontrado, "Não foi possível localizar o arquivo '" + file + "'.");
-    }
-    if (S_ISDIR(found.st_mode)) throw RuntimeError(erro::kAcessoAoCaminho);
-    connection_ = sqlite::Connection(file, SQLITE_OPEN_READONLY);
-    connection_.Execute("BEGIN");  // one lock for all queries, and answers from one state of the database
-    // An empty file is a database without tables to SQLite, but none of ours.
-    if (connection_.Number("PRAGMA schema_version") == 0) {
-      throw sqlite::EngineError(connection_.get(), SQLITE_NOTADB);
-    }
-  }
+  explicit ReferenceDatabase(sqlite::Connection connection) : connection_(std::move(connection)) {}
 
   virtual ~ReferenceDatabase() = default;
 
+  // The answers of before go one generation after they were last asked for, so that one that is still open
+  // stays.
   Recordset& OpenRecordset(std::string_view sql, int type) override {
     if (type != kSnapshot) throw RuntimeError(erro::kArgumentoInvalido);
     const auto known = answers_.find(sql);
     if (known != answers_.end()) return known->second;
+    if (answers_.size() == kMostAnswers) older_ = std::exchange(answers_, {});
+    const auto older = older_.find(sql);
+    if (older != older_.end()) return answers_.insert(older_.extract(older)).position->second;
     return answers_.try_emplace(std::string(sql), Query(sql)).first->second;
   }
   void Close() override {}
@@ -112,8 +100,10 @@ class ReferenceDatabase final : public Database {
   sqlite::Statement& Query(std::string_view sql) {
     Shape shape = Parametrize(sql);
     auto known = queries_.find(shape.sql);
-    if (known == queries_.end())
+    if (known == queries_.end()) {
+      if (queries_.size() == kMostQueries) queries_.clear();
       known = queries_.try_emplace(shape.sql, connection_.Prepare(shape.sql)).first;
+    }
     int parameter = 0;
     for (const std::string_view value : shape.values)
       known->second.Bind(++parameter, value);
@@ -123,6 +113,7 @@ class ReferenceDatabase final : public Database {
   sqlite::Connection connection_;
   TextMap<sqlite::Statement> queries_;
   TextMap<Answer> answers_;
+  TextMap<Answer> older_;
 };
 
 }  // namespace
@@ -134,13 +125,16 @@ class SqliteReferenceEngine::Impl {
   // An instance asks for one path; were there another, its database would take the place of the first.
   Database& Open(std::string_view path) {
     if (database_ && path == path_) return *database_;
-    database_ = std::make_unique<ReferenceDatabase>(folder_.Resolve(path));
+    database_ = std::make_unique<ReferenceDatabase>(built_in_ ? TabelasPadrao()
+                                                              : AbrirTabelas(folder_.Resolve(path)));
     path_ = path;
     return *database_;
   }
+  void UseBuiltInTables() { built_in_ = true; }
 
  private:
   const ComponentFolder& folder_;
+  bool built_in_ = false;
   std::string path_;
   std::unique_ptr<ReferenceDatabase> database_;
 };
@@ -149,6 +143,8 @@ SqliteReferenceEngine::SqliteReferenceEngine(const ComponentFolder& folder)
     : impl_(std::make_unique<Impl>(folder)) {}
 
 SqliteReferenceEngine::~SqliteReferenceEngine() = default;
+
+void SqliteReferenceEngine::UseBuiltInTables() { impl_->UseBuiltInTables(); }
 
 Database& SqliteReferenceEngine::OpenDatabase(std::string_view path) { return impl_->Open(path); }
 

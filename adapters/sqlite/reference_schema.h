@@ -11,34 +11,39 @@
 namespace tremvik {
 
 /// A column; whole numbers apart, all are texts ("1.10" and "1.1" are different codes).
-struct ColunaFixa {
-  std::string_view nome;
-  bool inteiro = false;
-  bool indice = false;
+struct ReferenceColumn {
+  std::string_view name;
+  bool integer = false;
+  bool indexed = false;
 };
 
 /// A reference table. Its first column names a row to the user.
-struct TabelaFixa {
-  std::string_view nome;
-  std::string_view arquivo;  ///< the CSV file of its rows
-  std::span<const ColunaFixa> colunas;
+struct ReferenceTable {
+  std::string_view name;
+  std::string_view file;  ///< the CSV file of its rows
+  std::span<const ReferenceColumn> columns;
 };
 
 /// The eight reference tables.
-[[nodiscard]] std::span<const TabelaFixa> TabelasFixas();
+[[nodiscard]] std::span<const ReferenceTable> ReferenceTables();
 
-/// A row that no look-up could use.
-struct LinhaInvalida {
+/// A row that no look-up could use, or could use instead of another one.
+struct InvalidRow {
   std::int64_t rowid;  ///< 0 unless asked for
-  std::string chave;   ///< the first column, "CFOP '5.102'"
-  std::string motivo;  ///< what is wrong with it, Portuguese
+  std::string key;     ///< the first column, "CFOP '5.102'"
+  std::string words;   ///< what is wrong with it, Portuguese
 };
 
-/// The invalid rows of a table that has all its columns. `com_rowid` wants the table's rowid.
-[[nodiscard]] std::vector<LinhaInvalida> LinhasInvalidas(sqlite::Connection& banco, const TabelaFixa& tabela,
-                                                         bool com_rowid);
+/// The invalid rows of a table that has all its columns. `with_rowid` wants the table's rowid.
+[[nodiscard]] std::vector<InvalidRow> InvalidRows(const sqlite::Connection& database,
+                                                  const ReferenceTable& table, bool with_rowid);
 
-/// `nome` as a quoted SQL identifier.
-[[nodiscard]] std::string Identificador(std::string_view nome);
+/// Raises 3061 or 3078 when a table or a column is missing, or a view stands in a table's place.
+void DemandTables(const sqlite::Connection& database);
+/// True where `name` is a view: what it gives is no row of a table, and its query may never end.
+[[nodiscard]] bool IsView(const sqlite::Connection& database, std::string_view name);
+
+/// `name` as a quoted SQL identifier.
+[[nodiscard]] std::string Quoted(std::string_view name);
 
 }  // namespace tremvik

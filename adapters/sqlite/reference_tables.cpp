@@ -1,311 +1,243 @@
 #include "adapters/sqlite/reference_tables.h"
 
-#include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <span>
 
-#include "adapters/local/local_files.h"
-#include "adapters/sqlite/csv_reader.h"
+#include "adapters/local/system.h"
 #include "adapters/sqlite/embedded_tables.h"
+#include "adapters/sqlite/reference_digest.h"
 #include "adapters/sqlite/reference_schema.h"
+#include "adapters/sqlite/table_loader.h"
 #include "host/runtime_error.h"
 
 namespace tremvik {
 namespace {
 
-using Problemas = std::vector<std::string>;
 // Gives a file's text by its name, or nothing when it cannot be read.
-using Leitor = std::function<std::optional<std::string>(std::string_view arquivo)>;
+using Reader = std::function<std::optional<std::string>(std::string_view file)>;
+using RowCounts = std::map<std::string, std::size_t, std::less<>>;
 
-constexpr std::size_t kMostradasPorTabela = 10;
+constexpr std::size_t kMostBytes = std::size_t{64} * 1024 * 1024;  // of a CSV file
 
-std::string Texto(std::initializer_list<std::string_view> partes) {
-  std::string texto;
-  for (const auto parte : partes)
-    texto.append(parte);
-  return texto;
+void MakeTable(const sqlite::Connection& database, const ReferenceTable& table) {
+  std::string columns;
+  for (const ReferenceColumn& column : table.columns) {
+    columns += fmt::format("{}{} {} NOT NULL", columns.empty() ? "" : ", ", Quoted(column.name),
+                           column.integer ? "INTEGER" : "TEXT");
+  }
+  database.Execute(fmt::format("CREATE TABLE {} ({})", Quoted(table.name), columns));
 }
 
-// Cuts the problems of one table, those from `inicio` on, to what a person reads.
-void Resumir(Problemas& problemas, std::size_t inicio, std::string_view tabela) {
-  if (problemas.size() - inicio <= kMostradasPorTabela) return;
-  const std::size_t resto = problemas.size() - inicio - kMostradasPorTabela;
-  problemas.resize(inicio + kMostradasPorTabela);
-  problemas.push_back(Texto({tabela, ": e mais ", std::to_string(resto), " problema(s)."}));
-}
-
-// Loads one table from its CSV text, remembering on which line of the file each row began.
-class CargaDeTabela {
- public:
-  CargaDeTabela(sqlite::Connection& banco, const TabelaFixa& tabela, Problemas& problemas)
-      : banco_(banco), tabela_(tabela), problemas_(problemas) {}
-
-  void Carregar(std::string_view csv) {
-    const std::size_t antes = problemas_.size();
-    try {
-      CsvReader leitor(csv);
-      LerLinhas(leitor);
-    } catch (const CsvError& erro) {
-      Anotar(erro.linha, erro.texto);
-    }
-    if (linhas_.empty() && problemas_.size() == antes) Anotar(1, "a tabela não tem nenhuma linha");
-    if (problemas_.size() == antes) Conferir();
-  }
-  [[nodiscard]] std::size_t linhas() const { return linhas_.size(); }
-
- private:
-  void Anotar(int linha, std::string_view texto) {
-    problemas_.push_back(Texto({tabela_.arquivo, ":", std::to_string(linha), ": ", texto, "."}));
-  }
-
-  // Which column of the file each column of the table is; empty after a problem.
-  std::vector<std::size_t> LerCabecalho(CsvReader& leitor) {
-    std::vector<std::string> nomes;
-    leitor.Next(nomes);
-    std::vector<std::size_t> lugares;
-    const std::size_t antes = problemas_.size();
-    for (const ColunaFixa& coluna : tabela_.colunas) {
-      const auto achada = std::ranges::find(nomes, coluna.nome);
-      if (achada == nomes.end()) {
-        Anotar(1,
-               Texto({"falta a coluna '", coluna.nome, "' (primeira linha: nomes, separados por vírgula)"}));
-      }
-      lugares.push_back(static_cast<std::size_t>(achada - nomes.begin()));
-    }
-    for (std::size_t i = 0; i < nomes.size(); ++i) {
-      const bool conhecida = std::ranges::count(tabela_.colunas, nomes[i], &ColunaFixa::nome) > 0;
-      const bool repetida = std::ranges::count(std::span(nomes).first(i), nomes[i]) > 0;
-      if (!conhecida) Anotar(1, Texto({"a coluna '", nomes[i], "' não é desta tabela"}));
-      if (conhecida && repetida) Anotar(1, Texto({"a coluna '", nomes[i], "' aparece mais de uma vez"}));
-    }
-    if (problemas_.size() != antes) lugares.clear();
-    return lugares;
-  }
-
-  void LerLinhas(CsvReader& leitor) {
-    const auto lugares = LerCabecalho(leitor);
-    if (lugares.empty()) return;
-    std::string sql = Texto({"INSERT INTO ", Identificador(tabela_.nome), " VALUES (?"});
-    for (std::size_t i = 1; i < lugares.size(); ++i)
-      sql.append(", ?");
-    sqlite::Statement inserir = banco_.Prepare(sql.append(")"));
-    for (std::vector<std::string> campos; leitor.Next(campos);) {
-      if (campos.size() != lugares.size()) {
-        Anotar(leitor.linha(), Texto({"a linha tem ", std::to_string(campos.size()), " campo(s), devia ter ",
-                                      std::to_string(lugares.size())}));
-        continue;
-      }
-      for (std::size_t i = 0; i < lugares.size(); ++i) {
-        inserir.Bind(static_cast<int>(i) + 1, std::string_view{campos[lugares[i]]});
-      }
-      inserir.Run();
-      linhas_.push_back(leitor.linha());
-    }
-  }
-
-  void Conferir() {
-    for (const auto& invalida : LinhasInvalidas(banco_, tabela_, true)) {
-      Anotar(linhas_.at(static_cast<std::size_t>(invalida.rowid - 1)),
-             Texto({invalida.chave, ": ", invalida.motivo}));
-    }
-  }
-
-  sqlite::Connection& banco_;
-  const TabelaFixa& tabela_;
-  Problemas& problemas_;
-  std::vector<int> linhas_;
-};
-
-void CriarTabela(sqlite::Connection& banco, const TabelaFixa& tabela) {
-  std::string sql = Texto({"CREATE TABLE ", Identificador(tabela.nome), " ("});
-  for (const ColunaFixa& coluna : tabela.colunas) {
-    if (sql.back() != '(') sql.append(", ");
-    sql.append(Identificador(coluna.nome)).append(coluna.inteiro ? " INTEGER NOT NULL" : " TEXT NOT NULL");
-  }
-  banco.Execute(sql.append(")"));
-}
-
-void CriarIndices(sqlite::Connection& banco, const TabelaFixa& tabela) {
-  for (const ColunaFixa& coluna : tabela.colunas) {
-    if (!coluna.indice) continue;
-    const std::string nome = Texto({tabela.nome, ".", coluna.nome});
-    banco.Execute(Texto({"CREATE INDEX ", Identificador(nome), " ON ", Identificador(tabela.nome), " (",
-                         Identificador(coluna.nome), ")"}));
+void MakeIndices(const sqlite::Connection& database, const ReferenceTable& table) {
+  for (const ReferenceColumn& column : table.columns) {
+    if (!column.indexed) continue;
+    const std::string name = fmt::format("{}.{}", table.name, column.name);
+    database.Execute(
+        fmt::format("CREATE INDEX {} ON {} ({})", Quoted(name), Quoted(table.name), Quoted(column.name)));
   }
 }
-
-using ContagensPorArquivo = std::map<std::string, std::size_t, std::less<>>;
 
 // Raises nlohmann's errors.
-ContagensPorArquivo LerContagens(const std::string& json) {
-  ContagensPorArquivo contagens;
-  const auto descricao = nlohmann::json::parse(json);
-  for (const auto& tabela : descricao.at("tables")) {
-    if (!tabela.contains("rows")) continue;
-    contagens[tabela.at("file").get<std::string>()] = tabela.at("rows").get<std::size_t>();
+RowCounts ParseCounts(const std::string& json) {
+  RowCounts counts;
+  const auto description = nlohmann::json::parse(json);
+  for (const auto& table : description.at("tables")) {
+    if (!table.contains("rows")) continue;
+    counts[table.at("file").get<std::string>()] = table.at("rows").get<std::size_t>();
   }
-  return contagens;
+  return counts;
 }
 
 // The row counts that "tables.json" states; none without that file.
-ContagensPorArquivo Contagens(const Leitor& ler, Problemas& problemas) {
-  const auto json = ler("tables.json");
+RowCounts ReadCounts(const Reader& read, std::vector<std::string>& problems) {
+  const auto json = read("tables.json");
   try {
-    return json ? LerContagens(*json) : ContagensPorArquivo();
-  } catch (const nlohmann::json::exception& erro) {
-    problemas.push_back(Texto({"tables.json: não foi possível entender o arquivo: ", erro.what(), "."}));
+    return json ? ParseCounts(*json) : RowCounts();
+  } catch (const nlohmann::json::exception& error) {
+    problems.push_back(fmt::format("tables.json: não foi possível entender o arquivo: {}.", error.what()));
     return {};
   }
 }
 
-void Carregar(sqlite::Connection& banco, const Leitor& ler, Problemas& problemas) {
-  const auto contagens = Contagens(ler, problemas);
-  sqlite::Transaction transacao(banco);
-  for (const TabelaFixa& tabela : TabelasFixas()) {
-    CriarTabela(banco, tabela);
-    const auto csv = ler(tabela.arquivo);
-    if (!csv) {
-      problemas.push_back(Texto({tabela.arquivo, ": o arquivo não existe ou não pode ser lido."}));
-      continue;
-    }
-    const std::size_t antes = problemas.size();
-    CargaDeTabela carga(banco, tabela, problemas);
-    carga.Carregar(*csv);
-    const auto contagem = contagens.find(tabela.arquivo);
-    if (problemas.size() == antes && contagem != contagens.end() && contagem->second != carga.linhas()) {
-      problemas.push_back(Texto({tabela.arquivo, ": o arquivo tem ", std::to_string(carga.linhas()),
-                                 " linhas, tables.json diz ", std::to_string(contagem->second),
-                                 "; complete as linhas ou corrija tables.json."}));
-    }
-    Resumir(problemas, antes, tabela.arquivo);
-    CriarIndices(banco, tabela);
-  }
-  transacao.Commit();
-}
-
-// A file that is removed unless it took the target's place.
-class Substituto {
- public:
-  explicit Substituto(std::string_view alvo) : alvo_(alvo), nome_(Texto({alvo, ".novo-XXXXXX"})) {
-    const int descritor = ::mkostemp(nome_.data(), O_CLOEXEC);
-    if (descritor < 0)
-      throw RuntimeError(errno == ENOENT ? erro::kBancoNaoEncontrado : FileErrorNumber(errno));
-    ::fchmod(descritor, S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH);
-    ::close(descritor);
-  }
-  ~Substituto() {
-    if (!nome_.empty()) std::remove(nome_.c_str());
-  }
-  Substituto(const Substituto&) = delete;
-  Substituto& operator=(const Substituto&) = delete;
-
-  [[nodiscard]] const std::string& nome() const { return nome_; }
-  // Only a file whose bytes are on the disk may take the place of a good one.
-  void Assumir() {
-    const int descritor = ::open(nome_.c_str(), O_RDONLY | O_CLOEXEC);
-    const bool gravado = descritor >= 0 && ::fsync(descritor) == 0;
-    const int codigo = errno;
-    if (descritor >= 0) ::close(descritor);
-    if (!gravado) throw RuntimeError(FileErrorNumber(codigo));
-    if (std::rename(nome_.c_str(), alvo_.c_str()) != 0) throw RuntimeError(FileErrorNumber(errno));
-    nome_.clear();
-  }
-
- private:
-  std::string alvo_;
-  std::string nome_;
-};
-
-Problemas Construir(const Leitor& ler, std::string_view arquivo) {
-  Substituto novo(arquivo);
-  Problemas problemas;
-  {
-    sqlite::Connection banco(novo.nome(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    banco.Execute("PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF");
-    Carregar(banco, ler, problemas);
-  }
-  if (problemas.empty()) novo.Assumir();
-  return problemas;
-}
-
-void VerificarTabela(sqlite::Connection& banco, const TabelaFixa& tabela, Problemas& problemas) {
-  sqlite::Statement colunas = banco.Prepare("SELECT name FROM pragma_table_info(?)");
-  colunas.Bind(1, tabela.nome);
-  std::vector<std::string> nomes;
-  while (colunas.Step())
-    nomes.emplace_back(colunas.Text(0));
-  if (nomes.empty()) {
-    problemas.push_back(Texto({tabela.nome, ": a tabela não existe."}));
+void LoadTable(const sqlite::Connection& database, const ReferenceTable& table, const Reader& read,
+               const RowCounts& counts, Problems& problems) {
+  MakeTable(database, table);
+  const auto csv = read(table.file);
+  if (!csv) {
+    problems.Note("o arquivo não existe, não pode ser lido ou não é um arquivo comum de até 64 MiB");
     return;
   }
-  const std::size_t antes = problemas.size();
-  for (const ColunaFixa& coluna : tabela.colunas) {
-    if (std::ranges::find(nomes, coluna.nome) == nomes.end()) {
-      problemas.push_back(Texto({tabela.nome, ": falta a coluna '", coluna.nome, "'."}));
+  TableLoader loader(database, table, problems);
+  loader.Load(*csv);
+  const auto count = counts.find(table.file);
+  if (problems.empty() && count != counts.end() && count->second != loader.rows()) {
+    problems.Note(
+        fmt::format("o arquivo tem {} linhas, tables.json diz {}; complete as linhas ou corrija tables.json",
+                    loader.rows(), count->second));
+  }
+  MakeIndices(database, table);
+}
+
+// Loads all tables into the empty `database`; the result is what is wrong with them.
+std::vector<std::string> LoadTables(sqlite::Connection& database, const Reader& read) {
+  std::vector<std::string> all;
+  const RowCounts counts = ReadCounts(read, all);
+  sqlite::Transaction transaction(database);
+  for (const ReferenceTable& table : ReferenceTables()) {
+    Problems problems(table.file);
+    LoadTable(database, table, read, counts, problems);
+    problems.MoveInto(all);
+  }
+  transaction.Commit();
+  return all;
+}
+
+sqlite::Connection InMemory() { return {":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE}; }
+
+std::string BytesOf(const sqlite::Connection& database) {
+  const auto free = [](unsigned char* bytes) { sqlite3_free(bytes); };
+  sqlite3_int64 size = 0;
+  const std::unique_ptr<unsigned char, decltype(free)> bytes(
+      sqlite3_serialize(database.get(), "main", &size, 0), free);
+  if (!bytes) throw RuntimeError(erro::kMemoriaInsuficiente);
+  return {reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size)};
+}
+
+bool HasTables(const sqlite::Connection& database) {
+  return database.Number("PRAGMA application_id") == 0 &&
+         database.Number(fmt::format("SELECT count(*) FROM sqlite_master WHERE name = '{}'",
+                                     ReferenceTables().front().name)) > 0;
+}
+
+// What stands at `path` may be replaced: nothing, an empty file, reference tables whole or damaged.
+void DemandReplaceable(const std::string& path) {
+  if (IsMissing(path)) return;
+  struct stat found {};
+  if (::stat(path.c_str(), &found) == 0 && S_ISREG(found.st_mode)) {
+    if (found.st_size == 0 || CheckDigest(path) != DigestState::kMissing) return;
+    try {
+      if (HasTables({path, SQLITE_OPEN_READONLY})) return;
+    } catch (const RuntimeError&) {
+      // no database
     }
   }
-  if (problemas.size() != antes) return;
-  if (banco.Number("SELECT count(*) FROM " + Identificador(tabela.nome)) == 0) {
-    problemas.push_back(Texto({tabela.nome, ": a tabela não tem nenhuma linha."}));
-  }
-  for (const auto& invalida : LinhasInvalidas(banco, tabela, false)) {
-    problemas.push_back(Texto({tabela.nome, ": ", invalida.chave, ": ", invalida.motivo, "."}));
-  }
+  throw RuntimeError(
+      erro::kArquivoJaExiste,
+      fmt::format("'{}' já existe e não é um banco de tabelas de referência; apague-o ou escolha outro nome.",
+                  path));
 }
+
+std::vector<std::string> Build(const Reader& read, std::string_view path) {
+  const std::string file(path);
+  DemandReplaceable(file);
+  sqlite::Connection database = InMemory();
+  auto problems = LoadTables(database, read);
+  if (!problems.empty()) return problems;
+  std::string bytes = BytesOf(database);
+  PutDigest(bytes);
+  ReplaceFile(file, bytes);
+  return problems;
+}
+
+std::optional<std::string> BuiltIn(std::string_view file) {
+  const auto all = ArquivosEmbutidos();
+  const auto found = std::ranges::find(all, file, &ArquivoEmbutido::nome);
+  return found == all.end() ? std::nullopt : std::optional<std::string>(found->texto);
+}
+
+// An empty file is a database without tables to SQLite, but none of ours.
+sqlite::Connection OpenDatabase(const std::string& file) {
+  struct stat found {};
+  if (::stat(file.c_str(), &found) != 0 && errno == ENOENT) {
+    throw RuntimeError(erro::kBancoNaoEncontrado,
+                       fmt::format("Não foi possível localizar o arquivo '{}'.", file));
+  }
+  if (found.st_mode != 0 && !S_ISREG(found.st_mode))
+    throw RuntimeError(erro::kAcessoAoCaminho, fmt::format("'{}' não é um arquivo comum.", file));
+  sqlite::Connection database(file, SQLITE_OPEN_READONLY);
+  database.Execute("BEGIN");  // one lock for all queries, and answers from one state of the database
+  if (database.Number("PRAGMA schema_version") == 0) throw sqlite::EngineError(database.get(), SQLITE_NOTADB);
+  return database;
+}
+
+std::vector<std::string> ColumnsOf(const sqlite::Connection& database, const ReferenceTable& table) {
+  sqlite::Statement columns = database.Prepare("SELECT name FROM pragma_table_info(?)");
+  columns.Bind(1, table.name);
+  std::vector<std::string> names;
+  while (columns.Step())
+    names.emplace_back(columns.Text(0));
+  return names;
+}
+
+void CheckTable(const sqlite::Connection& database, const ReferenceTable& table, Problems& problems) {
+  if (IsView(database, table.name)) return problems.Note("é uma visão, e não uma tabela");
+  const auto names = ColumnsOf(database, table);
+  if (names.empty()) return problems.Note("a tabela não existe");
+  for (const ReferenceColumn& column : table.columns) {
+    if (std::ranges::find(names, column.name) == names.end())
+      problems.Note(fmt::format("falta a coluna '{}'", column.name));
+  }
+  if (!problems.empty()) return;
+  if (database.Number(fmt::format("SELECT count(*) FROM {}", Quoted(table.name))) == 0)
+    problems.Note("a tabela não tem nenhuma linha");
+  for (const InvalidRow& row : InvalidRows(database, table, false))
+    problems.Note(fmt::format("{}: {}", row.key, row.words));
+}
+
+constexpr std::string_view kChanged =
+    "o arquivo não é mais o que \"tremvik tabelas construir\" gravou (o resumo não confere)";
 
 }  // namespace
 
 std::vector<std::string> ConstruirTabelas(std::string_view dados_dir, std::string_view arquivo) {
-  const std::filesystem::path pasta(dados_dir);
-  std::error_code ignorado;
-  if (!std::filesystem::is_directory(pasta, ignorado)) {
-    return {Texto({"A pasta '", dados_dir, "' não existe ou não pode ser lida."})};
-  }
-  return Construir(
-      [&pasta](std::string_view nome) -> std::optional<std::string> {
-        std::ifstream entrada(pasta / nome, std::ios::binary);
-        if (!entrada) return std::nullopt;
-        std::string texto(std::istreambuf_iterator<char>(entrada), {});
-        return entrada.bad() ? std::nullopt : std::optional(std::move(texto));
-      },
-      arquivo);
+  const std::filesystem::path folder(dados_dir);
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(folder, ignored))
+    return {fmt::format("A pasta '{}' não existe ou não pode ser lida.", dados_dir)};
+  return Build([&folder](std::string_view file) { return ReadRegularFile(folder / file, kMostBytes); },
+               arquivo);
 }
 
 void ConstruirTabelasPadrao(std::string_view arquivo) {
-  const auto problemas = Construir(
-      [](std::string_view nome) -> std::optional<std::string> {
-        const auto embutidos = ArquivosEmbutidos();
-        const auto achado = std::ranges::find(embutidos, nome, &ArquivoEmbutido::nome);
-        if (achado == embutidos.end()) return std::nullopt;
-        return std::string(achado->texto);
-      },
-      arquivo);
-  if (!problemas.empty()) throw RuntimeError(erro::kArgumentoInvalido, problemas.front());
+  const auto problems = Build(BuiltIn, arquivo);
+  if (!problems.empty()) throw RuntimeError(erro::kArgumentoInvalido, problems.front());
+}
+
+sqlite::Connection TabelasPadrao() {
+  sqlite::Connection database = InMemory();
+  const auto problems = LoadTables(database, BuiltIn);
+  if (!problems.empty()) throw RuntimeError(erro::kArgumentoInvalido, problems.front());
+  return database;
+}
+
+sqlite::Connection AbrirTabelas(const std::string& arquivo) {
+  sqlite::Connection database = OpenDatabase(arquivo);
+  const DigestState digest = CheckDigest(arquivo);
+  if (digest == DigestState::kDiffers)
+    throw RuntimeError(erro::kFormatoDesconhecido, fmt::format("'{}': {}.", arquivo, kChanged));
+  if (digest == DigestState::kMissing) DemandTables(database);
+  return database;
 }
 
 std::vector<std::string> VerificarTabelas(std::string_view arquivo) {
-  sqlite::Connection banco(std::string(arquivo), SQLITE_OPEN_READONLY);
-  if (banco.Number("PRAGMA schema_version") == 0) throw sqlite::EngineError(banco.get(), SQLITE_NOTADB);
-  Problemas problemas;
-  for (const TabelaFixa& tabela : TabelasFixas()) {
-    const std::size_t antes = problemas.size();
-    VerificarTabela(banco, tabela, problemas);
-    Resumir(problemas, antes, tabela.nome);
+  const sqlite::Connection database = OpenDatabase(std::string(arquivo));
+  std::vector<std::string> all;
+  for (const ReferenceTable& table : ReferenceTables()) {
+    Problems problems(table.name);
+    CheckTable(database, table, problems);
+    problems.MoveInto(all);
   }
-  return problemas;
+  if (CheckDigest(std::string(arquivo)) == DigestState::kDiffers)
+    all.push_back(fmt::format("{}: {}.", arquivo, kChanged));
+  return all;
 }
 
 }  // namespace tremvik

@@ -1,60 +1,99 @@
 #include "adapters/sqlite/store.h"
 
-#include <sys/stat.h>
+#include <filesystem>
+#include <vector>
 
-#include <cerrno>
-
+#include "adapters/local/system.h"
 #include "adapters/sqlite/store_schema.h"
 
 namespace tremvik {
 namespace {
+
+std::string Pragma(std::string_view schema, std::string_view what) {
+  return std::string("PRAGMA ").append(schema).append(".").append(what);
+}
 
 constexpr int kEsperaMs = 5000;
 constexpr std::int64_t kIdentidade = 0x54524D56;  // "TRMV", in the file's header
 constexpr std::int64_t kVersao = 1;
 
 // An empty file is a store whose first transaction never ended.
-bool Vazio(sqlite::Connection& banco) { return banco.Number("PRAGMA schema_version") == 0; }
+bool IsEmpty(const sqlite::Connection& database, std::string_view schema = "main") {
+  return database.Number(Pragma(schema, "schema_version")) == 0;
+}
 
-void ConferirVersao(sqlite::Connection& banco) {
-  if (Vazio(banco)) return;
-  if (banco.Number("PRAGMA application_id") != kIdentidade) {
-    throw sqlite::EngineError(banco.get(), SQLITE_NOTADB);
-  }
-  if (banco.Number("PRAGMA user_version") > kVersao) {
-    throw RuntimeError(
-        erro::kFormatoDesconhecido,
-        "O banco de declarações foi gravado por uma versão mais nova do programa; atualize-o.");
+void CheckVersion(const sqlite::Connection& store) {
+  if (IsEmpty(store)) return;
+  if (store.Number("PRAGMA application_id") != kIdentidade)
+    throw sqlite::EngineError(store.get(), SQLITE_NOTADB);
+  if (store.Number("PRAGMA user_version") > kVersao) {
+    throw RuntimeError(sqlite::kVersaoMaisNova,
+                       "O banco de declarações foi gravado por uma versão mais nova do programa.");
   }
 }
 
-class Anexo {
+// A store attached to the database of a run, as the schema that `store_schema.h` calls "banco".
+class Attachment {
  public:
-  Anexo(sqlite::Connection& banco, const std::string& arquivo) : banco_(banco) {
-    banco_.Prepare("ATTACH ? AS prf").Bind(1, std::string_view{arquivo}).Run();
+  Attachment(const sqlite::Connection& run, const std::string& store) : run_(run) {
+    run_.Prepare("ATTACH ? AS banco").Bind(1, std::string_view{store}).Run();
   }
-  ~Anexo() { sqlite3_exec(banco_.get(), "DETACH prf", nullptr, nullptr, nullptr); }
-  Anexo(const Anexo&) = delete;
-  Anexo& operator=(const Anexo&) = delete;
+  ~Attachment() { sqlite3_exec(run_.get(), "DETACH banco", nullptr, nullptr, nullptr); }
+  Attachment(const Attachment&) = delete;
+  Attachment& operator=(const Attachment&) = delete;
 
  private:
-  sqlite::Connection& banco_;
+  const sqlite::Connection& run_;
 };
+
+void MakeSchema(const sqlite::Connection& run) {
+  run.Execute(EsquemaDoBanco());
+  run.Execute(Pragma("banco", "application_id = ") + std::to_string(kIdentidade));
+  run.Execute(Pragma("banco", "user_version = ") + std::to_string(kVersao));
+}
+
+void Transfer(const sqlite::Connection& run, std::string_view file_name) {
+  std::string records("0");
+  for (const auto& table : TabelasDeRegistros())
+    records.append(" + (SELECT count(*) FROM main.").append(table.nome).append(")");
+  run.Prepare(
+         "INSERT INTO banco.importacao (arquivo, importado_em, declaracoes, registros) SELECT ?,"
+         " strftime('%Y-%m-%dT%H:%M:%SZ', 'now'), (SELECT count(*) FROM main.declaracao), " +
+         records)
+      .Bind(1, file_name)
+      .Run();
+  const std::int64_t import = sqlite3_last_insert_rowid(run.get());
+  const std::int64_t base = run.Number("SELECT coalesce(max(id), 0) FROM banco.declaracao");
+  for (const auto& table : TabelasDeRegistros()) {
+    sqlite::Statement move = run.Prepare(Transferencia(table));
+    move.Bind(1, base);
+    if (table.registro == Kind::kCr05) move.Bind(2, import);
+    move.Run();
+  }
+}
+
+// "-mj" and nine hexadecimal digits follow the store's name.
+bool IsSuperJournal(std::string_view name, std::string_view store) {
+  if (!name.starts_with(store)) return false;
+  name.remove_prefix(store.size());
+  return name.size() == 12 && name.starts_with("-mj") &&
+         name.find_first_not_of("0123456789ABCDEF", 3) == std::string_view::npos;
+}
 
 }  // namespace
 
 bool Store::AbrirExistente() {
   if (connection_) return true;
-  struct stat found {};
-  if (::stat(file_.c_str(), &found) != 0 && (errno == ENOENT || errno == ENOTDIR)) return false;
-  sqlite::Connection aberto(file_, SQLITE_OPEN_READWRITE, kEsperaMs);
-  ConferirVersao(aberto);
-  connection_ = std::move(aberto);
+  if (IsMissing(file_)) return false;
+  DemandOwnFile(file_);
+  sqlite::Connection opened(file_, SQLITE_OPEN_READWRITE, kEsperaMs);
+  CheckVersion(opened);
+  connection_ = std::move(opened);
   return true;
 }
 
 sqlite::Connection* Store::Abrir() {
-  return AbrirExistente() && !Vazio(connection_) ? &connection_ : nullptr;
+  return AbrirExistente() && !IsEmpty(connection_) ? &connection_ : nullptr;
 }
 
 bool Store::Guarda(std::string_view ie, std::string_view referencia) {
@@ -69,45 +108,32 @@ bool Store::Guarda(std::string_view ie, std::string_view referencia) {
   return guarda;
 }
 
-void Store::CriarEsquema() {
-  connection_.Execute(EsquemaDoBanco());
-  connection_.Execute("PRAGMA application_id = " + std::to_string(kIdentidade) +
-                      "; PRAGMA user_version = " + std::to_string(kVersao));
-}
-
-void Store::Transferir(std::string_view nome_do_arquivo) {
-  std::string registros("0");
-  for (const auto& tabela : TabelasDeRegistros()) {
-    registros.append(" + (SELECT count(*) FROM prf.").append(tabela.nome).append(")");
-  }
-  connection_
-      .Prepare(
-          "INSERT INTO main.importacao (arquivo, importado_em, declaracoes, registros) SELECT ?,"
-          " strftime('%Y-%m-%dT%H:%M:%SZ', 'now'), (SELECT count(*) FROM prf.declaracao), " +
-          registros)
-      .Bind(1, nome_do_arquivo)
-      .Run();
-  const std::int64_t importacao = sqlite3_last_insert_rowid(connection_.get());
-  const std::int64_t base = connection_.Number("SELECT coalesce(max(id), 0) FROM main.declaracao");
-  for (const auto& tabela : TabelasDeRegistros()) {
-    sqlite::Statement mover = connection_.Prepare(Transferencia(tabela));
-    mover.Bind(1, base);
-    if (tabela.registro == Kind::kCr05) mover.Bind(2, importacao);
-    mover.Run();
-  }
-}
-
-void Store::Receber(const std::string& temporario, std::string_view nome_do_arquivo) {
-  if (!AbrirExistente()) {
-    connection_ = sqlite::Connection(file_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, kEsperaMs);
-  }
-  connection_.Execute("PRAGMA foreign_keys = ON");
-  const Anexo anexo(connection_, temporario);
-  sqlite::Transaction transacao(connection_);
-  if (Vazio(connection_)) CriarEsquema();
-  Transferir(nome_do_arquivo);
-  transacao.Commit();
+void Store::Receber(sqlite::Connection& temporario, std::string_view nome_do_arquivo) {
+  if (!AbrirExistente()) MakePrivateFile(file_);
+  temporario.Execute("PRAGMA foreign_keys = ON");
+  sqlite3_busy_timeout(temporario.get(), kEsperaMs);
+  const Attachment attachment(temporario, file_);
+  sqlite::Transaction transaction(temporario);
+  if (IsEmpty(temporario, "banco")) MakeSchema(temporario);
+  Transfer(temporario, nome_do_arquivo);
+  transaction.Commit();
   sem_banco_ = false;
+}
+
+void Store::RemoveAbandonedJournals() {
+  const std::filesystem::path store(file_);
+  std::vector<std::filesystem::path> found;
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(store.parent_path(), ignored)) {
+    if (IsSuperJournal(entry.path().filename().string(), store.filename().string()))
+      found.push_back(entry.path());
+  }
+  if (found.empty()) return;
+  // The store's own journal names the other one and is void without it: the store is put right before.
+  (void)Abrir();
+  if (std::filesystem::exists(file_ + "-journal", ignored)) return;
+  for (const auto& journal : found)
+    std::filesystem::remove(journal, ignored);
 }
 
 }  // namespace tremvik

@@ -15,16 +15,17 @@ class Store {
 
   /// True when it holds a declaration of `ie` (dotted) for `referencia` ("AAAA-MM").
   [[nodiscard]] bool Guarda(std::string_view ie, std::string_view referencia);
-  /// Moves all records of the ended temporary database `temporario` into the store, in one transaction.
-  void Receber(const std::string& temporario, std::string_view nome_do_arquivo);
+  /// Moves all records of `temporario`, the temporary database of an ended run, into the store, in one
+  /// transaction.
+  void Receber(sqlite::Connection& temporario, std::string_view nome_do_arquivo);
+  /// Removes the journals over several databases that killed imports left beside it. The caller holds the
+  /// folder against other imports.
+  void RemoveAbandonedJournals();
   /// The open store for reading; null where there is none yet.
   [[nodiscard]] sqlite::Connection* Abrir();
 
  private:
   [[nodiscard]] bool AbrirExistente();
-  void CriarEsquema();
-  void Transferir(std::string_view nome_do_arquivo);
-
   std::string file_;
   sqlite::Connection connection_;
   std::optional<sqlite::Statement> pergunta_;

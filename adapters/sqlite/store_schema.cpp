@@ -124,7 +124,7 @@ bool Cabecalho(const TabelaDeRegistro& tabela) { return tabela.registro == Kind:
 
 // The header's key, which the store numbers anew.
 constexpr std::string_view kImportacao =
-    "CREATE TABLE importacao (\n"
+    "CREATE TABLE banco.importacao (\n"
     "  id INTEGER PRIMARY KEY,\n"
     "  arquivo TEXT NOT NULL,\n"
     "  importado_em TEXT NOT NULL,\n"
@@ -132,7 +132,7 @@ constexpr std::string_view kImportacao =
     "  registros INTEGER NOT NULL\n);\n";
 
 std::string CriarTabela(const TabelaDeRegistro& tabela) {
-  std::string sql("CREATE TABLE ");
+  std::string sql("CREATE TABLE banco.");
   sql.append(tabela.nome).append(" (\n");
   if (Cabecalho(tabela)) {
     sql.append("  id INTEGER PRIMARY KEY,\n  importacao_id INTEGER NOT NULL REFERENCES importacao(id),\n");
@@ -191,12 +191,12 @@ std::string EsquemaDoBanco() {
 }
 
 std::string Transferencia(const TabelaDeRegistro& tabela) {
-  std::string sql("INSERT INTO main.");
+  std::string sql("INSERT INTO banco.");
   sql.append(tabela.nome).append(" SELECT declaracao_id + ?1");
   if (Cabecalho(tabela)) sql.append(", ?2");
   sql.append(", linha");
   if (tabela.pai) sql.append(", ").append(ColunaDoPai(tabela));
-  return sql.append(ColunasDosCampos(tabela, false)).append(" FROM prf.").append(tabela.nome);
+  return sql.append(ColunasDosCampos(tabela, false)).append(" FROM main.").append(tabela.nome);
 }
 
 }  // namespace tremvik

@@ -52,9 +52,9 @@ struct TabelaDeRegistro {
 [[nodiscard]] std::string EsquemaTemporario();
 /// The statement that writes one record: parameters are the key columns, then each field's columns.
 [[nodiscard]] std::string InsercaoTemporaria(const TabelaDeRegistro& tabela);
-/// The statements that make the store's tables.
+/// The statements that make the store's tables, the store being attached as "banco".
 [[nodiscard]] std::string EsquemaDoBanco();
-/// The statement that moves a table's rows from the attached temporary database "prf" into the store.
+/// The statement that moves a table's rows from the temporary database into the store, attached as "banco".
 /// Parameter 1 is added to the declarations' numbers; the header's parameter 2 is the import's number.
 [[nodiscard]] std::string Transferencia(const TabelaDeRegistro& tabela);
 

@@ -11,60 +11,64 @@ namespace {
 constexpr int kBancoFechado = 3420;
 
 // The files are thrown away after a crash, so nothing is spent on surviving one.
-constexpr const char* kSemGarantias =
-    "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA locking_mode = EXCLUSIVE";
+constexpr const char* kNoGuarantees =
+    "PRAGMA main.journal_mode = OFF; PRAGMA main.synchronous = OFF; PRAGMA main.locking_mode = EXCLUSIVE";
 
-void RemoverArquivos(const std::string& banco) {
-  for (const char* const fim : {"", "-journal", "-wal", "-shm"})
-    std::remove((banco + fim).c_str());
+void RemoveFiles(const std::string& database) {
+  for (const char* const suffix : {"", "-journal", "-wal", "-shm"})
+    std::remove((database + suffix).c_str());
 }
 
 }  // namespace
 
 void TemporaryDatabase::Preparar() {
   Remover();
-  sqlite::Connection vazio(folder_.File(arquivo::kTemporarioVazio),
-                           SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  vazio.Execute(kSemGarantias);
+  held_.emplace();
+  const std::string file = folder_.File(arquivo::kTemporarioVazio);
+  MakePrivateFile(file);
+  sqlite::Connection vazio(file, SQLITE_OPEN_READWRITE);
+  vazio.Execute(kNoGuarantees);
   vazio.Execute("BEGIN;" + EsquemaTemporario() + "COMMIT");
 }
 
 std::int16_t TemporaryDatabase::Abrir(std::string_view caminho) {
-  Fechar();
   encerrado_ = false;
-  connection_ = sqlite::Connection(folder_.Resolve(caminho), SQLITE_OPEN_READWRITE);
-  connection_.Execute(kSemGarantias);
+  FinalizeInsertions();
+  const std::string file = folder_.Resolve(caminho);
+  connection_ = sqlite::Connection(file, SQLITE_OPEN_READWRITE);
+  connection_.Execute(kNoGuarantees);
   connection_.Execute("BEGIN EXCLUSIVE");
+  std::remove(file.c_str());
+  held_.reset();
   ultima_linha_ = {};
   declaracoes_ = 0;
   return 1;
 }
 
 void TemporaryDatabase::Encerrar() {
-  if (!connection_) return;
-  for (auto& insercao : insercoes_)
-    insercao.reset();
+  if (!connection_ || encerrado_) return;
+  FinalizeInsertions();
   try {
     connection_.Execute("COMMIT");
   } catch (const RuntimeError&) {
-    Fechar();
+    connection_.Close();
     throw;
   }
-  Fechar();
   encerrado_ = true;
 }
 
-void TemporaryDatabase::Fechar() {
+void TemporaryDatabase::FinalizeInsertions() {
   for (auto& insercao : insercoes_)
     insercao.reset();
-  connection_.Close();
 }
 
 void TemporaryDatabase::Remover() {
-  Fechar();
   encerrado_ = false;
-  RemoverArquivos(folder_.File(arquivo::kTemporarioVazio));
-  RemoverArquivos(folder_.File(arquivo::kTemporario));
+  FinalizeInsertions();
+  connection_.Close();
+  RemoveFiles(folder_.File(arquivo::kTemporarioVazio));
+  RemoveFiles(folder_.File(arquivo::kTemporario));
+  held_.reset();
 }
 
 void TemporaryDatabase::Descartar() noexcept {
@@ -73,10 +77,6 @@ void TemporaryDatabase::Descartar() noexcept {
   } catch (const std::bad_alloc&) {
     encerrado_ = false;  // the files stay until the next run removes them
   }
-}
-
-std::string TemporaryDatabase::Encerrado() const {
-  return encerrado_ ? folder_.File(arquivo::kTemporario) : std::string();
 }
 
 ChaveDeRegistro TemporaryDatabase::NovaChave(Kind registro) {
@@ -95,7 +95,8 @@ ChaveDeRegistro TemporaryDatabase::NovaChave(Kind registro) {
 }
 
 sqlite::Statement& TemporaryDatabase::Insercao(Kind registro) {
-  if (!connection_) throw RuntimeError(kBancoFechado, "O banco de dados temporário não está aberto.");
+  if (!connection_ || encerrado_)
+    throw RuntimeError(kBancoFechado, "O banco de dados temporário não está aberto.");
   auto& insercao = insercoes_[registro];
   if (!insercao) insercao = connection_.Prepare(InsercaoTemporaria(TabelaDe(registro)), true);
   return *insercao;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "adapters/local/component_folder.h"
+#include "adapters/local/system.h"
 #include "adapters/sqlite/connection.h"
 #include "host/components.h"
 
@@ -19,6 +20,7 @@ struct ChaveDeRegistro {
   std::int64_t pai;         ///< line of the record that it details, 0 where it details none
 };
 
+/// Its file loses its name as soon as it is open, so nothing of it stays behind however the program ends.
 class TemporaryDatabase {
  public:
   /// `folder` must outlive this object.
@@ -30,17 +32,18 @@ class TemporaryDatabase {
   /// Tells the line of the record being read.
   void AcompanharLinha(std::function<int()> linha) { linha_ = std::move(linha); }
 
-  /// Makes an empty "BDTemp.mdb"; what an earlier run left is removed.
+  /// Makes an empty "BDTemp.mdb", for this user alone; what an earlier run left is removed. From here to
+  /// `Abrir` signals wait.
   void Preparar();
-  /// Opens the database at `caminho` and begins its transaction; the handle is always 1.
+  /// Opens the database at `caminho`, removes its name and begins its transaction; the handle is always 1.
   std::int16_t Abrir(std::string_view caminho);
-  /// Ends the transaction and closes; may be called at any time and again.
+  /// Ends the transaction; may be called at any time and again.
   void Encerrar();
-  /// Closes and removes the database's files. Raises nothing.
+  /// Closes the database and removes its files. Raises nothing.
   void Descartar() noexcept;
 
-  /// The file of a run that was ended; empty when there is none.
-  [[nodiscard]] std::string Encerrado() const;
+  /// The database of a run that was ended; null when there is none.
+  [[nodiscard]] sqlite::Connection* Encerrado() { return encerrado_ ? &connection_ : nullptr; }
 
   /// Numbers the next record of kind `registro`. A record without the header or parent that it needs
   /// raises 5.
@@ -49,7 +52,7 @@ class TemporaryDatabase {
   [[nodiscard]] sqlite::Statement& Insercao(Kind registro);
 
  private:
-  void Fechar();
+  void FinalizeInsertions();
   void Remover();
 
   const ComponentFolder& folder_;
@@ -59,6 +62,7 @@ class TemporaryDatabase {
   ByKind<std::int64_t> ultima_linha_;
   std::int64_t declaracoes_ = 0;
   bool encerrado_ = false;
+  std::optional<HeldSignals> held_;  // while the file has a name
 };
 
 }  // namespace tremvik

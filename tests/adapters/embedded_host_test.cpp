@@ -12,6 +12,7 @@ namespace {
 
 using test::ErrorOf;
 using test::Rows;
+using test::ScratchFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -189,7 +190,7 @@ TEST_F(EmbeddedHostTest, ValidatingKeepsNothing) {
 TEST_F(EmbeddedHostTest, AFolderThatCannotBeMade) {
   test::WriteFile(scratch_.path() + "/arquivo", "");
   const std::string below = scratch_.path() + "/arquivo/pasta";
-  EXPECT_EQ(ErrorOf([&] { HostRun run(below); }), 75);
+  EXPECT_EQ(ErrorOf([&] { HostRun run(below); }), 76);
   HostRun run(below, Modo::kValidar);  // validates with tables of its own
   Database& tables = run.host().engine.OpenDatabase(below + "\\tblFixas.fix");
   EXPECT_EQ(tables.OpenRecordset("SELECT Sigla FROM tblEstados WHERE Código = '35'", kSnapshot).RecordCount(), 1);
@@ -205,7 +206,7 @@ TEST_F(EmbeddedHostTest, StoresOfOthersAreRefused) {
   Import("201203");
   const auto open = [&] { return ErrorOf([&] { (void)DeclarationStore(folder_).Listar(); }); };
   { sqlite::Connection(Path("tremvik.db"), SQLITE_OPEN_READWRITE).Execute("PRAGMA user_version = 99"); }
-  EXPECT_EQ(open(), 3343);
+  EXPECT_EQ(open(), sqlite::kVersaoMaisNova);
   { sqlite::Connection(Path("tremvik.db"), SQLITE_OPEN_READWRITE).Execute("PRAGMA application_id = 1"); }
   EXPECT_EQ(open(), 3343);
   test::WriteFile(Path("tremvik.db"), std::string(200, 'x'));

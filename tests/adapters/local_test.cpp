@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 
 #include "adapters/local/documents.h"
 #include "adapters/local/local_application.h"
@@ -13,6 +14,7 @@ namespace tremvik {
 namespace {
 
 using test::ErrorOf;
+using test::ScratchFolder;
 using test::WriteFile;
 
 class LocalFilesTest : public testing::Test {
@@ -91,33 +93,42 @@ TEST_F(LocalFilesTest, ReadsToTheEndAndGivesNumbersBack) {
   EXPECT_EQ(ErrorOf([&] { (void)files_.FreeFile(); }), 67);
 }
 
-TEST_F(LocalFilesTest, ARunReadsAFileOnce) {
-  const auto reading = [&](std::size_t piece) {
-    files_.Open(1, Path("a"));
-    std::string bytes, buffer(piece, ' ');
-    for (std::size_t got = 0; (got = files_.Read(1, buffer.data(), piece)) > 0;)
-      bytes.append(buffer, 0, got);
-    files_.Close(1);
-    return bytes;
+TEST_F(LocalFilesTest, AFileThatChangesInARunIsAnError) {
+  const auto read = [&] {
+    return ErrorOf([&] {
+      files_.Close(1);
+      files_.Open(1, Path("a"));
+      char byte = 0;
+      while (files_.Read(1, &byte, 1) > 0) {
+      }
+    });
   };
-  WriteFile(Path("a"), "contado");
-  files_.BeginRun();
-  EXPECT_EQ(reading(3), "contado");
-  WriteFile(Path("a"), "trocado depois");
-  EXPECT_EQ(reading(2), "contado");
-  std::filesystem::remove(Path("a"));
-  EXPECT_EQ(reading(9), "contado");
-  files_.EndRun();
-  WriteFile(Path("a"), "outro");
-  EXPECT_EQ(reading(9), "outro");
-  files_.BeginRun();
-  files_.Open(1, Path("a"));
-  files_.Close(1);
-  EXPECT_EQ(ErrorOf([&] { files_.Open(1, Path("a")); }), 57) << "its end was not seen";
-  files_.BeginRun();
-  WriteFile(Path("a"), std::string(14'500'000, 'x'));
-  EXPECT_EQ(reading(1 << 20).size(), 14'500'000U);
-  EXPECT_EQ(ErrorOf([&] { files_.Open(1, Path("a")); }), 57) << "more than could be accepted";
+  const std::function<void()> changes[] = {
+      [&] { WriteFile(Path("a"), "ABC"); },                                                 // in place, of one size
+      [&] { WriteFile(Path("b"), "abc"), std::filesystem::rename(Path("b"), Path("a")); },  // another file
+      [&] { std::filesystem::resize_file(Path("a"), 9); }};
+  for (const auto& change : changes) {
+    WriteFile(Path("a"), "abc");
+    files_.BeginRun();
+    EXPECT_EQ(read(), 0);
+    EXPECT_EQ(read(), 0);
+    change();
+    EXPECT_EQ(read(), 57);
+    files_.BeginRun();
+    EXPECT_EQ(read(), 0) << "another run";
+    files_.Close(1);
+    files_.Open(1, Path("a"));
+    change();
+    char byte = 0;
+    EXPECT_EQ(ErrorOf([&] {
+                while (files_.Read(1, &byte, 1) > 0) {
+                }
+              }),
+              57)
+        << "while it is read";
+    files_.EndRun();
+    EXPECT_EQ(read(), 0) << "outside of runs";
+  }
 }
 
 TEST(LocalApplicationTest, SettingsComeFromTheSectionOfTheIniFile) {

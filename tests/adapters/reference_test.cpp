@@ -1,4 +1,6 @@
 #include <gmock/gmock.h>
+#include <malloc.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
@@ -11,6 +13,7 @@ namespace {
 
 using test::ErrorOf;
 using test::Rows;
+using test::ScratchFolder;
 using test::WriteFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -108,6 +111,12 @@ TEST_F(ReferenceTest, UnusableDatabasesHaveTheEnginesNumbers) {
   EXPECT_EQ(error(), 3343);
   WriteFile(file, "isto não é um banco de dados, mas tem bem mais de cem bytes, para que o cabeçalho seja lido inteiro");
   EXPECT_EQ(error(), 3343);
+  EXPECT_EQ(ErrorOf([&] { ConstruirTabelasPadrao(file); }), 58) << "somebody's file";
+  std::filesystem::remove(file);
+  ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+  EXPECT_EQ(error(), 75);
+  EXPECT_EQ(ErrorOf([&] { ConstruirTabelasPadrao(file); }), 58);
+  std::filesystem::remove(file);
   ConstruirTabelasPadrao(file);
   std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
   EXPECT_EQ(error(), 3343);
@@ -124,6 +133,9 @@ TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
   CopyData();
   ConstruirTabelasPadrao(Path("tblFixas.fix"));
   const std::string before = test::ReadFile(Path("tblFixas.fix"));
+  std::string wide_header("a");  // a look at all names for each of them would take minutes
+  for (int i = 1; i < 300'000; ++i)
+    wide_header += ",a";
   struct Case {
     std::string_view file, text, problem;
   };
@@ -151,6 +163,12 @@ TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
        "tblQuadroCFOPs.csv:4: Descrição 'c': Grupo 15 deve"},
       {"tblcodigosdipam.csv", "código\n1.11\n", "código deve ter de um a três"},
       {"tables.json", "{", "tables.json: não foi possível entender"},
+      {"tblEstados.csv", "Código,Sigla\n11,RO\n12,AC\n11,RR\n", "tblEstados.csv:4: Código '11': há outra linha com"},
+      {"tblQuadroOcorrencias.csv", "CódSubItem,OpPróprias,Descrição\n002.23,1,a\n002.23,0,b\n002.23,-1,c\n",
+       "tblQuadroOcorrencias.csv:4: CódSubItem '002.23': há outra"},
+      {"tblEstados.csv", "Código,Sigla\n11,\xC0\xAF\n", "tblEstados.csv:2: o texto não está em UTF-8"},
+      {"tblEstados.csv", "Código,Sigla\n11,\xED\xA0\x80\n", "tblEstados.csv:2: o texto não está em UTF-8"},
+      {"tblEstados.csv", wide_header, "tblEstados.csv: e mais 299992 problema(s)."},
   };
   for (const Case& c : cases) {
     const auto problems = BuildWith(c.file, c.text);
@@ -158,12 +176,18 @@ TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
     ASSERT_TRUE(test::ReadFile(Path("tblFixas.fix")) == before) << c.text;
   }
   EXPECT_THAT(ConstruirTabelas(Path("nada"), Path("tblFixas.fix")), ElementsAre(HasSubstr("não existe")));
+  const auto without_states = [&] { return ConstruirTabelas(Path("dados"), Path("x.fix")); };
   std::filesystem::remove(Path("dados/tblEstados.csv"));
-  EXPECT_THAT(ConstruirTabelas(Path("dados"), Path("x.fix")), ElementsAre(HasSubstr("tblEstados.csv: o arquivo não")));
+  EXPECT_THAT(without_states(), ElementsAre(HasSubstr("tblEstados.csv: o arquivo não")));
+  ASSERT_EQ(::mkfifo(Path("dados/tblEstados.csv").c_str(), 0600), 0);
+  EXPECT_THAT(without_states(), ElementsAre(HasSubstr("tblEstados.csv: o arquivo não")));
+  std::filesystem::remove(Path("dados/tblEstados.csv"));
+  std::filesystem::create_directory(Path("dados/tblEstados.csv"));
+  EXPECT_THAT(without_states(), ElementsAre(HasSubstr("tblEstados.csv: o arquivo não")));
   for (const auto& entry : std::filesystem::directory_iterator(scratch_.path())) {
     EXPECT_THAT(entry.path().filename().string(), testing::AnyOf("dados", "tblFixas.fix"));
   }
-  EXPECT_EQ(ErrorOf([&] { ConstruirTabelasPadrao(Path("nada/tblFixas.fix")); }), 3024);
+  EXPECT_EQ(ErrorOf([&] { ConstruirTabelasPadrao(Path("nada/tblFixas.fix")); }), 76);
 }
 
 TEST_F(ReferenceTest, AuthoritysOwnRowsNeedNoCounts) {
@@ -171,6 +195,48 @@ TEST_F(ReferenceTest, AuthoritysOwnRowsNeedNoCounts) {
   std::filesystem::remove(Path("dados/tables.json"));
   EXPECT_THAT(BuildWith("tblEstados.csv", "\xEF\xBB\xBFSigla,Código\r\n\"QZ\",77\r\n"), IsEmpty());
   EXPECT_THAT(Rows(Path("tblFixas.fix"), "SELECT Código, Sigla FROM tblEstados"), ElementsAre("77|QZ"));
+}
+
+TEST_F(ReferenceTest, RowsThatChangedAreNoAnswers) {
+  const std::string file = Path("tblFixas.fix");
+  const auto execute = [&](const char* sql) { sqlite::Connection(file, SQLITE_OPEN_READWRITE).Execute(sql); };
+  const auto opened = [&] { return ErrorOf([&] { (void)AbrirTabelas(file); }); };
+  ConstruirTabelasPadrao(file);
+  EXPECT_EQ(opened(), 0);
+  execute("UPDATE tblTodosCFOPs SET CFOP = '5.109' WHERE CFOP = '5.102'");
+  EXPECT_EQ(opened(), 3343);
+  EXPECT_THAT(VerificarTabelas(file), testing::Contains(HasSubstr("resumo não confere")));
+  ConstruirTabelasPadrao(file);
+  std::string bytes = test::ReadFile(file);
+  bytes[bytes.size() / 2] ^= 1;
+  WriteFile(file, bytes);
+  EXPECT_EQ(opened(), 3343) << "one bit";
+  ConstruirTabelasPadrao(file);
+  execute("PRAGMA application_id = 0");  // as if made by other means
+  EXPECT_EQ(opened(), 0);
+  execute("ALTER TABLE tblEstados RENAME COLUMN Código TO Cod");
+  EXPECT_EQ(opened(), 3061);
+  execute("ALTER TABLE tblEstados RENAME TO outra");
+  EXPECT_EQ(opened(), 3078);
+  execute("CREATE VIEW tblEstados AS SELECT Cod AS Código, Sigla FROM outra");
+  EXPECT_EQ(opened(), 3078);
+  EXPECT_THAT(VerificarTabelas(file), testing::Contains("tblEstados: é uma visão, e não uma tabela."));
+}
+
+TEST_F(ReferenceTest, AnswersAreRememberedButNotAllForEver) {
+  ConstruirTabelasPadrao(Path("tblFixas.fix"));
+  const auto ask = [&](int first, int last) {
+    for (int i = first; i < last; ++i)
+      EXPECT_FALSE(Found("SELECT Sigla FROM tblEstados WHERE Código = 'x" + std::to_string(i) + "'"));
+  };
+  Recordset& open = Query("SELECT Sigla FROM tblEstados WHERE Código = '35'");
+  ask(0, 4096);
+  EXPECT_EQ(open.Field("Sigla"), "SP");
+  EXPECT_EQ(&Query("SELECT Sigla FROM tblEstados WHERE Código = '35'"), &open);
+  ask(4096, 8192);
+  const auto full = mallinfo2().uordblks;
+  ask(8192, 24'576);
+  EXPECT_LT(mallinfo2().uordblks, full + (std::size_t{1} << 19U));
 }
 
 TEST_F(ReferenceTest, VerifyListsWhatIsWrong) {
@@ -190,7 +256,7 @@ TEST_F(ReferenceTest, VerifyListsWhatIsWrong) {
         "tblTodosCFOPs: e mais 156 problema(s).", "tblCNAEsRegimeDispensado: CNAE '5131400': CNAE deve ser um texto."}) {
     EXPECT_THAT(problems, testing::Contains(problem));
   }
-  EXPECT_EQ(problems.size(), 4U + 11U);
+  EXPECT_EQ(problems.size(), 4U + 11U + 1U) << "and the digest";
   EXPECT_EQ(ErrorOf([&] { (void)VerificarTabelas(Path("falta")); }), 3024);
 }
 

@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "adapters/local/folder_lock.h"
 #include "adapters/sqlite/connection.h"
 #include "host/host.h"
 #include "tests/support/files.h"
@@ -14,8 +13,7 @@
 namespace tremvik::test {
 
 /// All rows of a query, cells joined by "|".
-inline std::vector<std::string> Rows(const std::string& database, std::string_view sql) {
-  sqlite::Connection connection(database, SQLITE_OPEN_READWRITE);
+inline std::vector<std::string> Rows(const sqlite::Connection& connection, std::string_view sql) {
   sqlite::Statement row = connection.Prepare(sql);
   std::vector<std::string> rows;
   while (row.Step()) {
@@ -24,6 +22,10 @@ inline std::vector<std::string> Rows(const std::string& database, std::string_vi
       text.append("|").append(row.Text(column));
   }
   return rows;
+}
+
+inline std::vector<std::string> Rows(const std::string& database, std::string_view sql) {
+  return Rows(sqlite::Connection(database, SQLITE_OPEN_READWRITE), sql);
 }
 
 /// A host side that nobody watches.

@@ -102,6 +102,7 @@ TEST(Environment, FolderThatMayOnlyBeRead) {
   const Scene scene;
   fs::permissions(fs::path(scene.pasta()).parent_path(), fs::perms(0755));
   fs::permissions(scene.pasta(), fs::perms(0555));
+  fs::permissions(scene.pasta() + "/tremvik.db", fs::perms(0644));
   ProgramEnd end = RunProgram(Import(scene, scene.pasta()), true);
   EXPECT_EQ(end.status, kEnvironment) << end.output;
   EXPECT_NE(end.output.find("Confira se ela existe e se você pode gravar nela"), std::string::npos) << end.output;

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "adapters/local/folder_lock.h"
 #include "host/host.h"
 #include "tests/support/files.h"
 

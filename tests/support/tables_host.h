@@ -7,9 +7,9 @@
 
 #include "adapters/local/component_folder.h"
 #include "adapters/local/documents.h"
-#include "adapters/local/folder_lock.h"
 #include "adapters/sqlite/reference_engine.h"
 #include "adapters/sqlite/reference_tables.h"
+#include "tests/support/files.h"
 #include "tests/support/memory_host.h"
 
 namespace tremvik::test {

@@ -1,0 +1,50 @@
+// What this machine's file system does beyond the standard library: private files, one-step replacement.
+#pragma once
+
+#include <csignal>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/runtime_error.h"
+
+namespace tremvik {
+
+/// The runtime's error number of the system error `code` (an errno value) of an operation on a path.
+[[nodiscard]] int FileErrorNumber(int code);
+/// The error that says `what` could not be done, with the path and, where it helps, the reason.
+[[nodiscard]] RuntimeError FileError(int code, std::string_view what, const std::string& path);
+
+/// True when nothing stands at `path`. Raises file errors where the path itself cannot be followed.
+[[nodiscard]] bool IsMissing(const std::string& path);
+/// Makes the folder `path` and those above it that are missing, for this user alone. Raises file errors.
+void MakeFolder(const std::string& path);
+/// Raises 75 when what stands at `path` is no regular file; a link is none.
+void DemandOwnFile(const std::string& path);
+/// Makes an empty file that this user alone may read. One that exists is left as it is, unless
+/// `DemandOwnFile` refuses it. Raises file errors.
+void MakePrivateFile(const std::string& path);
+/// The bytes of the regular file at `path`, which may be a link; nothing when it cannot be read, is no
+/// regular file or has more than `most` bytes. Never waits.
+[[nodiscard]] std::optional<std::string> ReadRegularFile(const std::string& path, std::size_t most);
+/// Puts `bytes` in the place of the file `path` in one step, after they reached the disk, and removes what
+/// replacements that were killed left beside it. Raises file errors.
+void ReplaceFile(const std::string& path, std::string_view bytes);
+/// Removes what replacements of the file `path` that were killed left beside it.
+void RemoveAbandonedReplacements(const std::string& path) noexcept;
+
+/// As long as it lives the signals that end a program wait, so that it can take back what it left on the
+/// disk.
+class HeldSignals {
+ public:
+  HeldSignals();
+  ~HeldSignals();
+  HeldSignals(const HeldSignals&) = delete;
+  HeldSignals& operator=(const HeldSignals&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
+}  // namespace tremvik
