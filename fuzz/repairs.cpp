@@ -20,7 +20,8 @@ std::int64_t Number(std::string_view text) {
   return number;
 }
 
-// The bytes of the field of that name; empty when the line's kind has none or the line is too short for it.
+// The bytes of the field of that name; empty when the line's kind has none or
+// the line is too short for it.
 std::string_view Get(std::string_view line, std::string_view name) {
   const KindInfo* const kind = KindOf(line);
   if (kind == nullptr) return {};
@@ -28,7 +29,8 @@ std::string_view Get(std::string_view line, std::string_view name) {
   return field == kind->fields.end() ? std::string_view() : FieldText(line, *field);
 }
 
-// Writes `text`, as wide as the field, over the field's bytes, where there are any.
+// Writes `text`, as wide as the field, over the field's bytes, where there are
+// any.
 void Put(std::string& line, std::string_view name, std::string_view text) {
   const std::string_view bytes = Get(line, name);
   if (!bytes.empty()) line.replace(static_cast<std::size_t>(bytes.data() - line.data()), bytes.size(), text);
@@ -41,19 +43,12 @@ void PutNumber(std::string& line, std::string_view name, std::int64_t number) {
   Put(line, name, std::string_view(text).substr(text.size() - width));
 }
 
-// The field of `parent` that announces records of `child`: it is named for their code.
-bool Announces(const KindInfo& parent, const KindInfo& child) {
-  return std::ranges::any_of(parent.fields, [&](const FieldInfo& field) {
-    return field.name.starts_with('Q') && field.name.substr(1) == child.code;
-  });
-}
-
-// True when a record of `kind` ends what lies under one of `parent` before it: the same kind, or one above
-// it.
-bool Ends(const KindInfo& kind, const KindInfo& parent) {
-  return &kind == &parent || std::ranges::any_of(kKinds, [&](const KindInfo& above) {
-    return Announces(above, parent) && Ends(kind, above);
-  });
+// True when a record of `kind` ends what lies under one of `parent` before it:
+// the same kind, or one above it.
+bool Ends(Kind kind, std::optional<Kind> parent) {
+  while (parent && *parent != kind)
+    parent = InfoOf(*parent).parent;
+  return parent.has_value();
 }
 
 int CountUnder(const Lines& lines, std::size_t parent, const KindInfo& child) {
@@ -61,7 +56,7 @@ int CountUnder(const Lines& lines, std::size_t parent, const KindInfo& child) {
   for (std::size_t i = parent + 1; i < lines.size(); ++i) {
     const KindInfo* const kind = KindOf(lines[i]);
     if (kind == nullptr) continue;
-    if (Ends(*kind, *KindOf(lines[parent]))) break;
+    if (Ends(kind->kind, child.parent)) break;
     if (kind == &child) ++count;
   }
   return count;
@@ -98,8 +93,8 @@ void RepairQuantities(Lines& lines) {
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const KindInfo* const kind = KindOf(lines[i]);
     for (const KindInfo& child : kKinds) {
-      if (kind == nullptr || !Announces(*kind, child)) continue;
-      PutNumber(lines[i], "Q" + std::string(child.code), CountUnder(lines, i, child));
+      if (kind == nullptr || child.parent != kind->kind) continue;
+      PutNumber(lines[i], child.quantity.name, CountUnder(lines, i, child));
     }
   }
 }
@@ -121,10 +116,10 @@ void RepairSums(Lines& lines) {
   for (std::string& line : lines) {
     const KindInfo* const kind = KindOf(line);
     if (kind == nullptr) continue;
-    if (kind->code == "20") {
+    if (kind->kind == Kind::kCr20) {
       occurrence = &line;
       sum = 0;
-    } else if (Announces(*FindKind("20"), *kind) && occurrence != nullptr) {
+    } else if (kind->parent == Kind::kCr20 && occurrence != nullptr) {
       sum += Number(Get(line, "Valor"));
       PutNumber(*occurrence, "Valor", sum);
     }
