@@ -4,7 +4,6 @@
 // With N, each "Pré-Formatado" file is also run in N changed forms: the same every time, others for each
 // file.
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -35,22 +34,18 @@ void CutInHalf(std::string& bytes) { bytes.resize(bytes.size() / 2); }
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::vector<std::string> arguments(argv + 1, argv + argc);
-  unsigned changes = 0;
-  if (arguments.size() > 1 && arguments.front() == "--mudancas") {
-    std::from_chars(arguments[1].data(), arguments[1].data() + arguments[1].size(), changes);
-    arguments.erase(arguments.begin(), arguments.begin() + 2);
-  }
-  unsigned inputs = 0;
-  for (const std::string& argument : arguments) {
-    for (const fs::path& file : FilesOf(argument)) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  const unsigned long changes = std::stoul(arguments.at(0));
+  unsigned long inputs = 0;
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    for (const fs::path& file : FilesOf(arguments[i])) {
       const std::string input = Content(file);
       tremvik::fuzz::Check(input);
-      for (unsigned change = 0; change < changes; ++change)
+      for (unsigned long change = 0; change < changes; ++change)
         tremvik::fuzz::Check(tremvik::fuzz::MutateFile(input, inputs * changes + change, CutInHalf));
       ++inputs;
     }
   }
-  std::printf("%u inputs, each also in %u changed forms\n", inputs, changes);
+  std::printf("%lu inputs, each also in %lu changed forms\n", inputs, changes);
   return inputs > 0 ? 0 : 1;
 }

@@ -62,6 +62,6 @@ check fuzz-killed "200 imports killed" \
 
 if ((${#failed_steps[@]})); then
   printf 'failed: %s\n' "${failed_steps[@]}"
-  echo "inputs that fail are in build/fuzz/faults/TARGET/; run one again with build/test/fuzz/replay_TARGET FILE"
+  echo "inputs that fail are in build/fuzz/faults/TARGET/; run one again with build/test/fuzz/replay_TARGET 0 FILE"
 fi
 ((${#failed_steps[@]} == 0))
