@@ -17,8 +17,8 @@ std::optional<std::wstring> ReadText(HKEY root, const std::wstring& path, const 
       continue;
     }
     if (status != ERROR_SUCCESS) return {};
-    text.resize(bytes / sizeof(wchar_t) - 1);  // without the NUL at its end
-    return text;
+    text.resize(bytes / sizeof(wchar_t));
+    return text.substr(0, text.find(L'\0'));  // whoever wrote the value need not have ended it
   }
 }
 
