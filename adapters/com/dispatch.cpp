@@ -46,9 +46,7 @@ VARTYPE TypeOf(const ELEMDESC& parameter) {
   return ByReference(parameter) ? parameter.tdesc.lptdesc->vt : parameter.tdesc.vt;
 }
 
-bool Omitted(const VARIANT* given) {
-  return given == nullptr || (given->vt == VT_ERROR && given->scode == DISP_E_PARAMNOTFOUND);
-}
+bool IsOmitted(const VARIANT& plain) { return plain.vt == VT_ERROR && plain.scode == DISP_E_PARAMNOTFOUND; }
 
 // Places the caller's arguments, which come last first and the named ones before all others.
 HRESULT Place(const DISPPARAMS& given, std::vector<VARIANT*>& places) {
@@ -68,16 +66,16 @@ HRESULT Place(const DISPPARAMS& given, std::vector<VARIANT*>& places) {
 
 // The value that the member gets for one argument, of the parameter's type.
 HRESULT Convert(const ELEMDESC& parameter, VARIANT* given, LCID locale, Variant& converted) {
-  const USHORT flags = parameter.paramdesc.wParamFlags;
-  VARIANT* source = given;
-  if (Omitted(given)) {
-    if ((flags & PARAMFLAG_FOPT) == 0) return DISP_E_PARAMNOTOPTIONAL;
-    if ((flags & PARAMFLAG_FHASDEFAULT) == 0) return DISP_E_PARAMNOTOPTIONAL;
-    source = &parameter.paramdesc.pparamdescex->varDefaultValue;
+  Variant plain;  // without the references in between: what is left out may be a variable passed on
+  if (given) {
+    if (const HRESULT status = VariantCopyInd(&plain.raw(), given); FAILED(status)) return status;
   }
-  Variant plain;
-  const HRESULT status = VariantCopyInd(&plain.raw(), source);
-  if (FAILED(status)) return status;
+  if (!given || IsOmitted(plain.raw())) {
+    constexpr USHORT kOptional = PARAMFLAG_FOPT | PARAMFLAG_FHASDEFAULT;
+    if ((parameter.paramdesc.wParamFlags & kOptional) != kOptional) return DISP_E_PARAMNOTOPTIONAL;
+    VARIANT& omitted = parameter.paramdesc.pparamdescex->varDefaultValue;
+    if (const HRESULT status = VariantCopy(&plain.raw(), &omitted); FAILED(status)) return status;
+  }
   return VariantChangeTypeEx(&converted.raw(), &plain.raw(), locale, VARIANT_ALPHABOOL, TypeOf(parameter));
 }
 
