@@ -34,13 +34,14 @@ HMODULE ThisLibrary() {
 }  // namespace
 
 int DesktopScreen::MsgBox(std::string_view text, int style, std::string_view title) {
+  files_.LetGo();
   auto* const owner = GetActiveWindow();
   // Without a window of its own to be modal to, a box still keeps the thread's windows from input.
   const UINT modal = owner ? MB_APPLMODAL : MB_TASKMODAL;
   const int answer =
       MessageBoxW(owner, Shown(text).c_str(), Shown(title).c_str(), static_cast<UINT>(style) | modal);
-  if (answer <= 0) throw ErrorOfSystem(GetLastError(), erro::kArgumentoInvalido);
-  return answer;
+  if (answer > 0) return answer;
+  return (style & MB_TYPEMASK) == MB_YESNO ? IDNO : IDOK;
 }
 
 void DesktopScreen::SetPointer(int pointer) {

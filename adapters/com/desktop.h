@@ -5,16 +5,24 @@
 #include <string>
 #include <string_view>
 
+#include "adapters/com/win_files.h"
 #include "host/application.h"
 #include "host/diagnostics.h"
 #include "host/screen.h"
 
 namespace tremvik::com {
 
-/// Message boxes modal to the host's active window.
-struct DesktopScreen final : Screen {
+/// Message boxes modal to the host's active window. Where none can be shown, a question is answered No and
+/// all goes on as if the rest had been seen: a fault stays in `Mensagem`.
+class DesktopScreen final : public Screen {
+ public:
+  /// Files that the run keeps between two passes are let go before a box: none opens its file after one.
+  explicit DesktopScreen(WinFiles& files) : files_(files) {}
   int MsgBox(std::string_view text, int style, std::string_view title) override;
   void SetPointer(int pointer) override;
+
+ private:
+  WinFiles& files_;
 };
 
 /// The library's own folder, and the settings where the desktop runtime keeps them:

@@ -9,6 +9,8 @@ namespace tremvik::com {
 namespace {
 
 constexpr ULONG kEnding = 0x40000000;  // references of an object that is being destroyed
+constexpr std::string_view kStillRunning =
+    "Este objeto ainda está executando Monitora, CompararTotais ou ErroSair; espere que termine ou use outro";
 
 // The border of one member: what came in and what goes out.
 std::string In(BSTR value) { return Utf8(View(value)); }
@@ -16,10 +18,12 @@ std::string In(const BSTR* value) { return value ? In(*value) : std::string(); }
 bool In(VARIANT_BOOL value) { return value != VARIANT_FALSE; }
 bool In(const VARIANT_BOOL* value) { return value && In(*value); }
 
-template <class Type>
-Type& Out(Type* result) {
-  if (!result) throw RuntimeError(erro::kArgumentoInvalido);
-  return *result;
+// Runs `make` and puts what it makes into `result`. The place is looked at first: what is made for nobody
+// would never be released.
+template <class Type, class Make>
+HRESULT Put(Type* result, Make&& make) {
+  if (!result) return E_POINTER;
+  return Guarded([&] { *result = make(); });
 }
 VARIANT_BOOL Truth(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 BSTR Text(std::string_view value) { return Bstr(value).Detach(); }
@@ -72,12 +76,15 @@ HRESULT TremvikObject::GetTypeInfo(UINT index, LCID, ITypeInfo** type) {
   return *type ? S_OK : DISP_E_BADINDEX;
 }
 
-HRESULT TremvikObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
+HRESULT TremvikObject::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
+  if (!IsEqualIID(iid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
   return type_->GetIDsOfNames(names, count, ids);
 }
 
-HRESULT TremvikObject::Invoke(DISPID member, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters,
+HRESULT TremvikObject::Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
                               VARIANT* result, EXCEPINFO* exception, UINT* wrong_argument) {
+  if (!IsEqualIID(iid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
+  const ComPtr<IUnknown> kept(static_cast<_Tremvik*>(this));  // the last reference may go in an event
   HRESULT status = S_OK;
   const HRESULT guarded = Guarded([&] {
     status = InvokeMember(*type_.get(), static_cast<_Tremvik*>(this),
@@ -86,60 +93,69 @@ HRESULT TremvikObject::Invoke(DISPID member, REFIID, LCID locale, WORD flags, DI
   return FAILED(guarded) ? guarded : status;
 }
 
+template <class Body>
+HRESULT TremvikObject::Run(Body&& body) {
+  const ComPtr<IUnknown> kept(static_cast<_Tremvik*>(this));  // a sink may release the host's last reference
+  return Guarded([&] {
+    if (running_) throw RuntimeError(erro::kArgumentoInvalido, kStillRunning);
+    running_ = true;
+    const Ending ending{*this};
+    body();
+  });
+}
+
 HRESULT TremvikObject::get_bolRetMonitora(VARIANT_BOOL* result) {
-  return Guarded([&] { Out(result) = Truth(component_.bolRetMonitora()); });
+  return Put(result, [&] { return Truth(component_.bolRetMonitora()); });
 }
 HRESULT TremvikObject::put_bolRetMonitora(VARIANT_BOOL value) {
   return Guarded([&] { component_.set_bolRetMonitora(In(value)); });
 }
 HRESULT TremvikObject::get_idxBanco(short* result) {
-  return Guarded([&] { Out(result) = component_.idxBanco(); });
+  return Put(result, [&] { return component_.idxBanco(); });
 }
 HRESULT TremvikObject::put_idxBanco(short value) {
   return Guarded([&] { component_.set_idxBanco(value); });
 }
 HRESULT TremvikObject::get_database_name(BSTR* result) {
-  return Guarded([&] { Out(result) = Text(component_.database_name()); });
+  return Put(result, [&] { return Text(component_.database_name()); });
 }
 HRESULT TremvikObject::put_database_name(BSTR value) {
   return Guarded([&] { component_.set_database_name(In(value)); });
 }
 HRESULT TremvikObject::CompararTotais(BSTR* TextLine, VARIANT_BOOL* result) {
-  const ComPtr<IUnknown> kept(static_cast<_Tremvik*>(this));
-  return Guarded([&] { Out(result) = Truth(component_.CompararTotais(In(TextLine))); });
+  if (!result) return E_POINTER;
+  return Run([&] { *result = Truth(component_.CompararTotais(In(TextLine))); });
 }
 HRESULT TremvikObject::FomataValor(BSTR* a, VARIANT* result) {
-  return Guarded([&] { Out(result) = Variant(component_.FomataValor(In(a))).Detach(); });
+  return Put(result, [&] { return Variant(component_.FomataValor(In(a))).Detach(); });
 }
 HRESULT TremvikObject::TiraZeros(BSTR* a, BSTR* result) {
-  return Guarded([&] { Out(result) = Text(component_.TiraZeros(In(a))); });
+  return Put(result, [&] { return Text(component_.TiraZeros(In(a))); });
 }
 HRESULT TremvikObject::LefRigNumChr(BSTR* a, VARIANT_BOOL* b, VARIANT_BOOL* c, VARIANT_BOOL* result) {
-  return Guarded([&] { Out(result) = Truth(component_.LefRigNumChr(In(a), In(b), In(c))); });
+  return Put(result, [&] { return Truth(component_.LefRigNumChr(In(a), In(b), In(c))); });
 }
 HRESULT TremvikObject::get_linha(VARIANT* result) {
-  return Guarded([&] { Out(result) = Variant(component_.linha()).Detach(); });
+  return Put(result, [&] { return Variant(component_.linha()).Detach(); });
 }
 HRESULT TremvikObject::get_Mensagem(VARIANT* result) {
-  return Guarded([&] { Out(result) = Variant(component_.Mensagem()).Detach(); });
+  return Put(result, [&] { return Variant(component_.Mensagem()).Detach(); });
 }
 HRESULT TremvikObject::ErroSair() {
-  const ComPtr<IUnknown> kept(static_cast<_Tremvik*>(this));
-  return Guarded([&] { component_.ErroSair(); });
+  return Run([&] { component_.ErroSair(); });
 }
 HRESULT TremvikObject::Monitora(BSTR* NArq) {
-  const ComPtr<IUnknown> kept(static_cast<_Tremvik*>(this));  // a sink may release the host's last reference
-  return Guarded([&] { component_.Monitora(In(NArq)); });
+  return Run([&] { component_.Monitora(In(NArq)); });
 }
 HRESULT TremvikObject::get_NroLinha(VARIANT* result) {
-  return Guarded([&] { Out(result) = Variant(component_.NroLinha()).Detach(); });
+  return Put(result, [&] { return Variant(component_.NroLinha()).Detach(); });
 }
 HRESULT TremvikObject::Validar_Cod_CredAcumulado(VARIANT_BOOL* result) {
-  return Guarded([&] { Out(result) = Truth(component_.Validar_Cod_CredAcumulado()); });
+  return Put(result, [&] { return Truth(component_.Validar_Cod_CredAcumulado()); });
 }
 
 HRESULT TremvikObject::EnumConnectionPoints(IEnumConnectionPoints** points) {
-  return Guarded([&] { Out(points) = EnumerateOne(events_); });
+  return Put(points, [&] { return EnumerateOne(events_); });
 }
 
 HRESULT TremvikObject::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
@@ -150,7 +166,7 @@ HRESULT TremvikObject::FindConnectionPoint(REFIID iid, IConnectionPoint** point)
 }
 
 HRESULT TremvikObject::GetClassInfo(ITypeInfo** type) {
-  return Guarded([&] { Out(type) = TypeOf(CLSID_Tremvik).Detach(); });
+  return Put(type, [&] { return TypeOf(CLSID_Tremvik).Detach(); });
 }
 
 HRESULT TremvikObject::GetGUID(DWORD kind, GUID* guid) {

@@ -31,8 +31,9 @@ class TremvikObject final : public _Tremvik,
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** type) override;
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override;
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters,
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception, UINT* wrong_argument) override;
 
   HRESULT STDMETHODCALLTYPE get_bolRetMonitora(VARIANT_BOOL* result) override;
@@ -62,14 +63,28 @@ class TremvikObject final : public _Tremvik,
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
 
  private:
+  // Ends a run, however it ends.
+  struct Ending {
+    TremvikObject& object;
+    ~Ending() {
+      object.files_.LetGo();
+      object.running_ = false;
+    }
+  };
+
   ~TremvikObject() = default;
+  // Runs `body`, work that raises events and shows boxes. A handler that lets the user in may come back here
+  // before it is over, and is refused; other objects are free.
+  template <class Body>
+  HRESULT Run(Body&& body);
 
   Use use_;
   std::atomic<ULONG> references_{1};
-  DesktopScreen screen_;
+  bool running_ = false;
+  WinFiles files_;
+  DesktopScreen screen_{files_};
   EventSource events_{*this};
   DebuggerLog log_;
-  WinFiles files_;
   DesktopApplication application_;
   DaoEngine engine_;
   BrunselComponents components_;

@@ -33,8 +33,9 @@ bool IsFile(const std::wstring& path) {
 }  // namespace
 
 WinFiles::~WinFiles() {
-  for (const auto& [number, handle] : open_)
-    CloseHandle(handle);
+  LetGo();
+  for (const auto& [number, file] : open_)
+    CloseHandle(file.handle);
 }
 
 bool WinFiles::Exists(std::string_view path) { return IsFile(SystemPath(path)); }
@@ -58,11 +59,19 @@ int WinFiles::FreeFile() {
 void WinFiles::Open(int number, std::string_view path) {
   if (number < 1 || number > kLastFileNumber) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
   if (open_.contains(number)) throw RuntimeError(erro::kArquivoJaAberto);
+  std::wstring name = SystemPath(path);
+  const auto kept = std::ranges::find(kept_, name, &File::path);
+  if (kept != kept_.end()) {
+    if (!SetFilePointerEx(kept->handle, {}, nullptr, FILE_BEGIN)) throw ErrorOfSystem(GetLastError());
+    open_.emplace(number, std::move(*kept));
+    kept_.erase(kept);
+    return;
+  }
   // Others may read the file meanwhile, but a file that is still being written must not be imported.
-  auto* const handle = CreateFileW(SystemPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                   OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  auto* const handle = CreateFileW(name.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                   FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
   if (handle == INVALID_HANDLE_VALUE) throw ErrorOfSystem(GetLastError());
-  open_.emplace(number, handle);
+  open_.emplace(number, File{std::move(name), handle});
 }
 
 std::size_t WinFiles::Read(int number, char* buffer, std::size_t count) {
@@ -70,15 +79,21 @@ std::size_t WinFiles::Read(int number, char* buffer, std::size_t count) {
   if (file == open_.end()) throw RuntimeError(erro::kNumeroDeArquivoInvalido);
   const auto most = static_cast<DWORD>(std::min<std::size_t>(count, std::numeric_limits<DWORD>::max()));
   DWORD got = 0;
-  if (!ReadFile(file->second, buffer, most, &got, nullptr)) throw ErrorOfSystem(GetLastError());
+  if (!ReadFile(file->second.handle, buffer, most, &got, nullptr)) throw ErrorOfSystem(GetLastError());
   return got;
 }
 
 void WinFiles::Close(int number) {
   const auto file = open_.find(number);
   if (file == open_.end()) return;
-  CloseHandle(file->second);
+  kept_.push_back(std::move(file->second));
   open_.erase(file);
+}
+
+void WinFiles::LetGo() {
+  for (const File& file : kept_)
+    CloseHandle(file.handle);
+  kept_.clear();
 }
 
 }  // namespace tremvik::com

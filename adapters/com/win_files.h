@@ -2,12 +2,16 @@
 #pragma once
 
 #include <map>
+#include <string>
+#include <vector>
 
 #include "host/files.h"
 
 namespace tremvik::com {
 
-/// Files of this process. What is open when it ends its life is closed.
+/// Files of this process. A file that is closed stays with the system, denied to writers, until it is opened
+/// again or LetGo: whoever reads it in several passes reads the same in each. What is open when this object
+/// ends its life is closed.
 class WinFiles final : public Files {
  public:
   WinFiles() = default;
@@ -22,9 +26,16 @@ class WinFiles final : public Files {
   void Open(int number, std::string_view path) override;
   std::size_t Read(int number, char* buffer, std::size_t count) override;
   void Close(int number) override;
+  /// Closes the files that are kept; those that are open stay so.
+  void LetGo();
 
  private:
-  std::map<int, void*> open_;  ///< system handles by file number
+  struct File {
+    std::wstring path;
+    void* handle;
+  };
+  std::map<int, File> open_;  ///< by file number
+  std::vector<File> kept_;
 };
 
 }  // namespace tremvik::com
