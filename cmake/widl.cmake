@@ -15,7 +15,9 @@ function(tremvik_widl target idl)
   set(widl ${TREMVIK_WIDL} ${bits} -I ${TREMVIK_WINE_IDL} -L ${TREMVIK_WINE_TLB})
   add_custom_command(
     OUTPUT ${folder}/${name}.tlb ${folder}/${name}_idl.h ${folder}/${name}_i.c
-    COMMAND ${widl} -t -o ${folder}/${name}.tlb ${idl}
+    # Type libraries hold their texts in the system's 8-bit characters.
+    COMMAND iconv -f UTF-8 -t WINDOWS-1252 ${idl} -o ${folder}/${name}.idl
+    COMMAND ${widl} -t -o ${folder}/${name}.tlb ${folder}/${name}.idl
     COMMAND ${widl} -h -o ${folder}/${name}_idl.h ${idl}
     COMMAND ${widl} -u -o ${folder}/${name}_i.c ${idl}
     DEPENDS ${idl}
