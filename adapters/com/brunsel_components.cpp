@@ -18,7 +18,9 @@ LateBound Create(const std::wstring& class_name) {
 
 struct Banco final : BancoTemporario {
   void Preparar() override { object.Call(L"Preparar"); }
-  std::int16_t Abrir(std::string_view caminho) override { return AsInteger(object.Call(L"Abrir", caminho)); }
+  std::int16_t Abrir(std::string_view caminho) override {
+    return object.Get<std::int16_t>(L"Abrir", caminho);
+  }
   void Encerrar(std::string_view caminho) override { object.Call(L"Encerrar", caminho); }
   LateBound object = Create(L"BancoTemporario");
 };
@@ -27,14 +29,14 @@ struct Consulta final : ConsultaDeclaracoes {
   void CaminhoBase(std::string_view caminho) override { object.Put(L"CaminhoBase", Variant(caminho)); }
   bool Existe(std::string_view ie, std::string_view uf, std::string_view regime, std::string_view referencia,
               std::string_view referencia_inicial) override {
-    return AsBoolean(object.Call(L"Existe", ie, uf, regime, referencia, referencia_inicial));
+    return object.Get<bool>(L"Existe", ie, uf, regime, referencia, referencia_inicial);
   }
   LateBound object = Create(L"ConsultaDeclaracoes");
 };
 
 struct Documentos final : ValidadorDocumentos {
-  bool ValidarIE(std::string_view ie) override { return AsBoolean(object.Call(L"ValidarIE", ie)); }
-  bool ValidarCNPJ(std::string_view cnpj) override { return AsBoolean(object.Call(L"ValidarCNPJ", cnpj)); }
+  bool ValidarIE(std::string_view ie) override { return object.Get<bool>(L"ValidarIE", ie); }
+  bool ValidarCNPJ(std::string_view cnpj) override { return object.Get<bool>(L"ValidarCNPJ", cnpj); }
   LateBound object = Create(L"ValidadorDocumentos");
 };
 

@@ -26,11 +26,11 @@ LateBound MakeEngine() {
 
 }  // namespace
 
-long DaoRecordset::RecordCount() { return AsLong(object_.Call(L"RecordCount")); }
+long DaoRecordset::RecordCount() { return object_.Get<std::int32_t>(L"RecordCount"); }
 
 std::string_view DaoRecordset::Field(std::string_view name) {
-  LateBound field = AsObject(AsObject(object_.Call(L"Fields")).Call(L"Item", name));
-  return texts_.emplace_back(AsText(field.Call(L"Value")));
+  LateBound field = object_.Get<LateBound>(L"Fields").Get<LateBound>(L"Item", name);
+  return texts_.emplace_back(field.Get<std::string>(L"Value"));
 }
 
 void DaoRecordset::Close() {
@@ -40,7 +40,7 @@ void DaoRecordset::Close() {
 
 Recordset& DaoDatabase::OpenRecordset(std::string_view sql, int type) {
   const auto wanted = static_cast<std::int32_t>(type);
-  return recordsets_.emplace_back(*this, AsObject(object_.Call(L"OpenRecordset", sql, wanted)));
+  return recordsets_.emplace_back(*this, object_.Get<LateBound>(L"OpenRecordset", sql, wanted));
 }
 
 void DaoDatabase::Close() {
@@ -56,7 +56,7 @@ LateBound& DaoEngine::engine() {
 }
 
 Database& DaoEngine::OpenDatabase(std::string_view path) {
-  return databases_.emplace_back(*this, AsObject(engine().Call(L"OpenDatabase", path)));
+  return databases_.emplace_back(*this, engine().Get<LateBound>(L"OpenDatabase", path));
 }
 
 void DaoEngine::Forget(const DaoDatabase& closed) { Remove(databases_, closed); }

@@ -67,14 +67,17 @@ constexpr std::array kSystemErrors{
     SystemError{ERROR_OUTOFMEMORY, erro::kMemoriaInsuficiente},
 };
 
-RuntimeError ErrorOfException(EXCEPINFO& exception) {
+std::string AutomationError(std::wstring_view member) { return "Erro de automação em " + Utf8(member); }
+
+RuntimeError ErrorOfException(EXCEPINFO& exception, std::wstring_view member) {
   if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
   int number = exception.wCode != 0 ? exception.wCode : Number(exception.scode);
   if (number == 0) number = kErroDeAutomacao;  // it told of an error, but not of which
-  const std::string description = Utf8(View(exception.bstrDescription));
+  std::string description = Utf8(View(exception.bstrDescription));
   for (BSTR text : {exception.bstrDescription, exception.bstrSource, exception.bstrHelpFile})
     SysFreeString(text);
-  return description.empty() ? RuntimeError(number) : RuntimeError(number, description);
+  if (description.empty()) description = AutomationError(member);
+  return {number, description};
 }
 
 }  // namespace
@@ -92,7 +95,7 @@ HRESULT ReportCurrentError() noexcept {
 RuntimeError ErrorOfCall(HRESULT status, EXCEPINFO& exception, std::wstring_view member) {
   switch (status) {
     case DISP_E_EXCEPTION:
-      return ErrorOfException(exception);
+      return ErrorOfException(exception, member);
     case DISP_E_TYPEMISMATCH:
       return RuntimeError(erro::kTiposIncompativeis);
     case DISP_E_OVERFLOW:
@@ -106,7 +109,7 @@ RuntimeError ErrorOfCall(HRESULT status, EXCEPINFO& exception, std::wstring_view
       break;
   }
   const int number = Number(status);
-  return {number == E_FAIL ? kErroDeAutomacao : number, "Erro de automação em " + Utf8(member)};
+  return {number == E_FAIL ? kErroDeAutomacao : number, AutomationError(member)};
 }
 
 RuntimeError ErrorOfSystem(DWORD code, int otherwise) {

@@ -12,10 +12,10 @@ constexpr LCID kBrasil = 0x0416;  // pt-BR
 
 Variant Converted(const Variant& value, VARTYPE type) {
   Variant converted;
-  EXCEPINFO none{};
   VARIANT source = value.raw();  // lent; the call only reads it
   const HRESULT status = VariantChangeTypeEx(&converted.raw(), &source, kBrasil, 0, type);
-  if (FAILED(status)) throw ErrorOfCall(status, none, L"VariantChangeTypeEx");
+  if (status == DISP_E_OVERFLOW) throw RuntimeError(erro::kEstouro);
+  if (FAILED(status)) throw RuntimeError(erro::kTiposIncompativeis);
   return converted;
 }
 
@@ -34,7 +34,7 @@ LateBound LateBound::Create(std::wstring_view prog_id) {
     const RuntimeError plain(erro::kComponenteNaoCriado);
     throw RuntimeError(plain.number(), plain.description() + ": '" + Utf8(prog_id) + "'");
   }
-  return LateBound(std::move(object));
+  return LateBound(std::move(object), name);
 }
 
 DISPID LateBound::Identifier(std::wstring_view member) {
@@ -44,7 +44,7 @@ DISPID LateBound::Identifier(std::wstring_view member) {
   DISPID identifier = DISPID_UNKNOWN;
   EXCEPINFO none{};
   const HRESULT status = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &identifier);
-  if (FAILED(status)) throw ErrorOfCall(status, none, member);
+  if (FAILED(status)) throw ErrorOfCall(status, none, Qualified(member));
   identifiers_.emplace(std::move(name), identifier);
   return identifier;
 }
@@ -61,23 +61,40 @@ Variant LateBound::Invoke(std::wstring_view member, WORD flags, std::span<Varian
   UINT wrong = 0;
   const HRESULT status = object_->Invoke(Identifier(member), IID_NULL, LOCALE_USER_DEFAULT, flags,
                                          &parameters, putting ? nullptr : &result.raw(), &exception, &wrong);
-  if (FAILED(status)) throw ErrorOfCall(status, exception, member);
+  if (FAILED(status)) throw ErrorOfCall(status, exception, Qualified(member));
   return result;
 }
 
-std::string AsText(const Variant& value) {
+std::wstring LateBound::Qualified(std::wstring_view member) const {
+  return name_ + L"." + std::wstring(member);
+}
+
+RuntimeError LateBound::Named(const RuntimeError& error, std::wstring_view member) const {
+  return {error.number(), error.description() + " em " + Utf8(Qualified(member))};
+}
+
+template <>
+std::string As<std::string>(const Variant& value) {
   if (value.raw().vt == VT_NULL) return {};
   return Utf8(View(Converted(value, VT_BSTR).raw().bstrVal));
 }
+template <>
+std::int32_t As<std::int32_t>(const Variant& value) {
+  return Converted(value, VT_I4).raw().lVal;
+}
+template <>
+std::int16_t As<std::int16_t>(const Variant& value) {
+  return Converted(value, VT_I2).raw().iVal;
+}
+template <>
+bool As<bool>(const Variant& value) {
+  return Converted(value, VT_BOOL).raw().boolVal != VARIANT_FALSE;
+}
 
-std::int32_t AsLong(const Variant& value) { return Converted(value, VT_I4).raw().lVal; }
-std::int16_t AsInteger(const Variant& value) { return Converted(value, VT_I2).raw().iVal; }
-bool AsBoolean(const Variant& value) { return Converted(value, VT_BOOL).raw().boolVal != VARIANT_FALSE; }
-
-LateBound AsObject(const Variant& value) {
+ComPtr<IDispatch> AsObject(const Variant& value) {
   const Variant object = Converted(value, VT_DISPATCH);
   if (!object.raw().pdispVal) throw RuntimeError(erro::kTiposIncompativeis);
-  return LateBound(ComPtr<IDispatch>(object.raw().pdispVal));
+  return ComPtr<IDispatch>(object.raw().pdispVal);
 }
 
 }  // namespace tremvik::com

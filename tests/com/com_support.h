@@ -1,4 +1,5 @@
-// What the tests of the library share: one apartment, the pretended host's journal, the sample files.
+// What the clients of the library share: one apartment, the pretended host's journal, a listener, the
+// samples.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,6 +17,7 @@
 
 namespace tremvik::com_test {
 
+using com::As;
 using com::Bstr;
 using com::ComPtr;
 using com::LateBound;
@@ -32,10 +34,22 @@ inline ComPtr<_Tremvik> Make() {
 }
 
 template <class Interface, class Other>
-ComPtr<Interface> As(const ComPtr<Other>& object) {
+ComPtr<Interface> Cast(const ComPtr<Other>& object) {
   ComPtr<Interface> other;
   EXPECT_EQ(object->QueryInterface(__uuidof(Interface), other.ReceiveVoid()), S_OK);
   return other;
+}
+
+inline ComPtr<IConnectionPoint> EventsOf(const ComPtr<_Tremvik>& tremvik) {
+  ComPtr<IConnectionPoint> point;
+  EXPECT_EQ(Cast<IConnectionPointContainer>(tremvik)->FindConnectionPoint(DIID___Tremvik, point.Receive()),
+            S_OK);
+  return point;
+}
+
+/// The same object for callers by name.
+inline LateBound Late(const ComPtr<_Tremvik>& tremvik) {
+  return LateBound(ComPtr<IDispatch>(tremvik.get()), L"Tremvik");
 }
 
 /// The folder of the test program, where the library lies too, without a separator at its end.
@@ -57,13 +71,21 @@ inline HRESULT Monitora(const ComPtr<_Tremvik>& tremvik, std::string_view file) 
 inline std::string Mensagem(const ComPtr<_Tremvik>& tremvik) {
   Variant message;
   EXPECT_EQ(tremvik->get_Mensagem(&message.raw()), S_OK);
-  return com::AsText(message);
+  return As<std::string>(message);
+}
+
+/// The words of the error that a failed call left, once.
+inline std::string ErrorWords() {
+  ComPtr<IErrorInfo> info;
+  Bstr words;
+  if (GetErrorInfo(0, info.Receive()) == S_OK) info->GetDescription(words.Receive());
+  return com::Utf8(com::View(words.get()));
 }
 
 /// A listener of the events that does what `then` says at each, and fails. Lives on the stack.
 class Sink final : public IDispatch {
  public:
-  explicit Sink(std::function<void()> then = {}) : then_(std::move(then)) {}
+  explicit Sink(std::function<void(DISPID)> then = {}) : then_(std::move(then)) {}
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
     const bool known = IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch);
     *object = known ? static_cast<IDispatch*>(this) : nullptr;
@@ -83,8 +105,14 @@ class Sink final : public IDispatch {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
                                    UINT*) override {
     events.push_back(event);
-    if (then_) then_();
+    if (then_) then_(event);
     return E_FAIL;
+  }
+  /// Listens to `tremvik` from here on.
+  DWORD Hear(const ComPtr<_Tremvik>& tremvik) {
+    DWORD cookie = 0;
+    EXPECT_EQ(EventsOf(tremvik)->Advise(this, &cookie), S_OK);
+    return cookie;
   }
 
   long references = 1;
@@ -92,33 +120,44 @@ class Sink final : public IDispatch {
   std::function<void()> when_let_go;  ///< called once, when the source has no reference to it any more
 
  private:
-  std::function<void()> then_;
+  std::function<void(DISPID)> then_;
 };
 
-/// A test with an apartment of its own and a journal that answers message boxes.
+/// An apartment with a journal that answers message boxes.
+class Apartment {
+ public:
+  Apartment() {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    journal_ = LateBound::Create(L"TestHost.Journal");
+  }
+  Apartment(const Apartment&) = delete;
+  Apartment& operator=(const Apartment&) = delete;
+  ~Apartment() {
+    journal_.reset();
+    CoUninitialize();
+  }
+
+  /// Starts the journal `file`, the answering of boxes with `answer` and the host's fault `fault`.
+  void Begin(std::string_view file = {}, std::string_view answer = "6", std::string_view fault = {}) {
+    journal_->Call(L"Begin", file, answer, fault);
+  }
+  LateBound& journal() { return *journal_; }
+
+ private:
+  std::optional<LateBound> journal_;
+};
+
+/// A test in an apartment of its own.
 class ComTest : public testing::Test {
  public:
   ComTest(const ComTest&) = delete;
   ComTest& operator=(const ComTest&) = delete;
 
  protected:
-  ComTest() {
-    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    diario_ = LateBound::Create(L"TesteHost.Diario");
-    Begin(std::string_view());
-  }
-  ~ComTest() override {
-    diario_->Call(L"Encerrar");
-    diario_.reset();
-    CoUninitialize();
-  }
+  ComTest() { apartment_.Begin(); }
+  ~ComTest() override { apartment_.journal().Call(L"Stop"); }
 
-  /// Starts the journal `file` and the answering of boxes with Yes.
-  void Begin(std::string_view file) {
-    diario_->Call(L"Iniciar", file, std::string_view("6"), std::string_view("1"));
-  }
-
-  std::optional<LateBound> diario_;
+  Apartment apartment_;
 };
 
 }  // namespace tremvik::com_test

@@ -1,16 +1,13 @@
 #include "journal.h"
 
 #include <array>
-#include <cstdio>
 #include <set>
+#include <thread>
 
 #include "adapters/com/text.h"
 
 namespace tremvik::com_test {
 namespace {
-
-constexpr int kTextControl = 0xFFFF;
-constexpr DWORD kPoll = 2;  // milliseconds
 
 std::string WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
@@ -18,15 +15,14 @@ std::string WindowText(HWND window) {
   return com::Utf8(std::wstring_view(text).substr(0, static_cast<std::size_t>(length)));
 }
 
-HWND Button(HWND box, int id) { return GetDlgItem(box, id); }
-
-bool IsDefault(HWND button) { return (GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON; }
+bool IsDefault(HWND button) {
+  return button && (GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+}
 
 // The style bits that the box on the screen was made with, as far as it shows them.
 int StyleOf(HWND box) {
-  int style = 0;
-  if (Button(box, IDYES) && Button(box, IDNO)) style |= MB_YESNO;
-  if (Button(box, IDNO) && IsDefault(Button(box, IDNO))) style |= MB_DEFBUTTON2;
+  int style = GetDlgItem(box, IDYES) && GetDlgItem(box, IDNO) ? MB_YESNO : MB_OK;
+  if (IsDefault(GetDlgItem(box, IDNO))) style |= MB_DEFBUTTON2;
   HICON icon = nullptr;
   for (HWND child = GetWindow(box, GW_CHILD); child && !icon; child = GetWindow(child, GW_HWNDNEXT)) {
     // A window answers with a number.  NOLINTNEXTLINE(performance-no-int-to-ptr)
@@ -34,23 +30,21 @@ int StyleOf(HWND box) {
   }
   if (!icon) return style;
   if (icon == LoadIconW(nullptr, IDI_HAND)) return style | MB_ICONHAND;
-  if (icon == LoadIconW(nullptr, IDI_ASTERISK)) return style | MB_ICONINFORMATION;
-  return style | MB_ICONMASK;  // none that the system uses
+  return style | (icon == LoadIconW(nullptr, IDI_ASTERISK) ? MB_ICONINFORMATION : MB_ICONMASK);
 }
 
-// Wine has no icons for 32-bit programs, so there they cannot be seen in a box.
-bool IconsAreSeen() { return LoadIconW(nullptr, IDI_HAND) != nullptr; }
-
 void Answer(HWND box, DWORD thread) {
-  const int answer = Button(box, IDYES) ? Journal::Of().Current(thread).answer : IDOK;
-  Journal::Of().Write("mensagem",
-                      {{"texto", Quoted(WindowText(GetDlgItem(box, kTextControl)))},
+  const int answer = GetDlgItem(box, IDYES) ? Journal::Of().Current(thread).answer : IDOK;
+  // Wine has no icons for 32-bit programs, so there they cannot be seen in a box.
+  const bool icons = LoadIconW(nullptr, IDI_HAND) != nullptr;
+  Journal::Of().Write({{"tipo", "\"mensagem\""},
+                       {"texto", Quoted(WindowText(GetDlgItem(box, 0xFFFF)))},
                        {"estilo", std::to_string(StyleOf(box))},
                        {"titulo", Quoted(WindowText(box))},
-                       {"icones", Truth(IconsAreSeen())},
+                       {"icones", icons ? "true" : "false"},
                        {"resposta", std::to_string(answer)}},
                       thread);
-  auto* const button = Button(box, answer);
+  auto* const button = GetDlgItem(box, answer);
   PostMessageW(box, WM_COMMAND, MAKEWPARAM(answer, BN_CLICKED), reinterpret_cast<LPARAM>(button));
 }
 
@@ -84,14 +78,13 @@ Run Journal::Current(DWORD thread) {
   return runs_[thread];
 }
 
-void Journal::Write(std::string_view tipo,
-                    const std::vector<std::pair<std::string_view, std::string>>& members, DWORD thread) {
+void Journal::Write(const std::vector<std::pair<std::string_view, std::string>>& members, DWORD thread) {
   const std::lock_guard lock(mutex_);
   const std::wstring& path = runs_[thread].path;
   if (path.empty()) return;
-  std::string line = "{\"tipo\":" + Quoted(tipo);
+  std::string line;
   for (const auto& [name, value] : members)
-    line += "," + Quoted(name) + ":" + value;
+    line += (line.empty() ? "{" : ",") + Quoted(name) + ":" + value;
   line += "}\n";
   auto* const file = _wfopen(path.c_str(), L"ab");
   if (!file) return;
@@ -102,38 +95,23 @@ void Journal::Write(std::string_view tipo,
 std::string Quoted(std::string_view text) {
   std::string quoted = "\"";
   for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      quoted += '\\';
-      quoted += c;
-    } else if (static_cast<unsigned char>(c) < 0x20) {
-      std::array<char, 8> escape{};
+    std::array<char, 8> escape{c};
+    if (c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20)
       std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(c));
-      quoted += escape.data();
-    } else {
-      quoted += c;
-    }
+    quoted += escape.data();
   }
   return quoted + '"';
 }
 
-std::string Truth(bool value) { return value ? "true" : "false"; }
-
-BoxWatcher::BoxWatcher()
-    : stop_(CreateEventW(nullptr, TRUE, FALSE, nullptr)),
-      thread_(CreateThread(nullptr, 0, &BoxWatcher::Watch, stop_, 0, nullptr)) {}
-
-BoxWatcher::~BoxWatcher() {
-  SetEvent(stop_);
-  WaitForSingleObject(thread_, INFINITE);
-  CloseHandle(thread_);
-  CloseHandle(stop_);
-}
-
-unsigned long BoxWatcher::Watch(void* stop) {
-  std::set<HWND> answered;
-  while (WaitForSingleObject(stop, kPoll) == WAIT_TIMEOUT)
-    AnswerAll(answered);
-  return 0;
+void AnswerBoxes(bool answer) {
+  static std::jthread watcher;
+  if (answer && watcher.joinable()) return;
+  watcher = {};  // ends the one that runs
+  if (!answer) return;
+  watcher = std::jthread([](const std::stop_token& stop) {
+    for (std::set<HWND> answered; !stop.stop_requested(); Sleep(2))
+      AnswerAll(answered);
+  });
 }
 
 }  // namespace tremvik::com_test

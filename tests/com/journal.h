@@ -1,6 +1,7 @@
 // What happens during a run, as JSON lines in the manner of the command line's --json.
 #pragma once
 
+#include <cstdio>
 #include <map>
 #include <mutex>
 #include <string>
@@ -14,9 +15,9 @@ namespace tremvik::com_test {
 
 /// One run: a thread has one at a time.
 struct Run {
-  std::wstring path;     ///< where its lines go; empty: nowhere
-  int answer = 0;        ///< to boxes that ask, IDYES or IDNO
-  bool prepares = true;  ///< whether Preparar makes the temporary database
+  std::wstring path;  ///< where its lines go; empty: nowhere
+  int answer = 0;     ///< to boxes that ask, IDYES or IDNO
+  std::string fault;  ///< what the pretended host does wrong, see test_host.cpp; mostly nothing
 };
 
 /// The journals of this process, of one run for each thread. Safe to use from several threads.
@@ -28,8 +29,8 @@ class Journal {
   void Start(const Run& run);
   /// The run of `thread` (default: the calling one).
   Run Current(DWORD thread = GetCurrentThreadId());
-  /// Writes one object to a thread's run: "tipo" and the members, whose values are already JSON.
-  void Write(std::string_view tipo, const std::vector<std::pair<std::string_view, std::string>>& members,
+  /// Writes one object to a thread's run; the values of its members are already JSON.
+  void Write(const std::vector<std::pair<std::string_view, std::string>>& members,
              DWORD thread = GetCurrentThreadId());
 
  private:
@@ -39,21 +40,8 @@ class Journal {
 
 /// `text` (UTF-8) as a JSON string.
 [[nodiscard]] std::string Quoted(std::string_view text);
-[[nodiscard]] std::string Truth(bool value);
 
-/// Answers every message box of this process and writes it to the journal, until it dies.
-class BoxWatcher {
- public:
-  BoxWatcher();
-  BoxWatcher(const BoxWatcher&) = delete;
-  BoxWatcher& operator=(const BoxWatcher&) = delete;
-  ~BoxWatcher();
-
- private:
-  static unsigned long __stdcall Watch(void* self);
-
-  void* stop_;
-  void* thread_;
-};
+/// Begins or ends the answering of every message box of this process, which goes to the journal too.
+void AnswerBoxes(bool answer);
 
 }  // namespace tremvik::com_test

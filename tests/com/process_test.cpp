@@ -1,11 +1,10 @@
-// A whole process: apartments, cycles of use, unloading, registration without the administrator's right.
+// A whole process: boxes that fail, cycles of use, apartments, registration without the right, unloading.
 #include <malloc.h>
 
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <fstream>
-#include <functional>
 #include <future>
 #include <mutex>
 #include <thread>
@@ -29,6 +28,11 @@ std::size_t InUse(HANDLE heap) {
   return bytes;
 }
 
+template <class Function>
+Function Entry(const wchar_t* library, const char* name) {
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(library), name)));
+}
+
 struct Usage {
   std::size_t system_heap = InUse(GetProcessHeap());
   // NOLINTNEXTLINE(performance-no-int-to-ptr): the run-time gives its heap as a number
@@ -38,110 +42,81 @@ struct Usage {
     GetProcessHandleCount(GetCurrentProcess(), &count);
     return count;
   }();
-  long host_objects = [] {
-    auto* const host = GetModuleHandleW(L"TesteHost.dll");
-    return reinterpret_cast<long(WINAPI*)()>(reinterpret_cast<void*>(GetProcAddress(host, "AliveObjects")))();
-  }();
+  long host_objects = Entry<long(WINAPI*)()>(L"TestHost.dll", "AliveObjects")();
 };
 
-// Puts `replacement` in the place of `function` among what `module` imports.
-void ReplaceImport(HMODULE module, std::string_view function, void* replacement) {
-  auto* const base = reinterpret_cast<BYTE*>(module);
-  const auto at = [base](auto* type, std::size_t offset) {
-    return reinterpret_cast<decltype(type)>(reinterpret_cast<void*>(base + offset));
-  };
-  const auto* const dos = at(static_cast<IMAGE_DOS_HEADER*>(nullptr), 0);
-  const auto* const nt = at(static_cast<IMAGE_NT_HEADERS*>(nullptr), static_cast<std::size_t>(dos->e_lfanew));
-  const auto& directory = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  const auto* import = at(static_cast<IMAGE_IMPORT_DESCRIPTOR*>(nullptr), directory.VirtualAddress);
-  for (; import->Name != 0; ++import) {
-    const auto* name = at(static_cast<IMAGE_THUNK_DATA*>(nullptr), import->OriginalFirstThunk);
-    auto* slot = at(static_cast<IMAGE_THUNK_DATA*>(nullptr), import->FirstThunk);
-    for (; name->u1.AddressOfData != 0; ++name, ++slot) {
-      if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) continue;
-      const auto offset = static_cast<std::size_t>(name->u1.AddressOfData);
-      if (function != at(static_cast<IMAGE_IMPORT_BY_NAME*>(nullptr), offset)->Name) continue;
-      DWORD former = 0;
-      VirtualProtect(slot, sizeof(*slot), PAGE_READWRITE, &former);
-      slot->u1.Function = reinterpret_cast<std::uintptr_t>(replacement);
-    }
-  }
-}
-
-int boxes = 0;
-std::vector<UINT> styles;
-
-int WINAPI AnsweredAtOnce(HWND, LPCWSTR, LPCWSTR, UINT style) {
-  ++boxes;
-  styles.push_back(style & (MB_TYPEMASK | MB_ICONMASK | MB_DEFMASK));
-  return (style & MB_TYPEMASK) == MB_YESNO ? IDYES : IDOK;
-}
-
-// A library whose boxes need no screen, for as long as it stays loaded.
+// A thread without a screen: no box can be made on it.
 class WithoutScreen : public Process {
+ public:
+  static inline int refused = 0;
+
  protected:
-  WithoutScreen() {
-    styles.clear();
-    ReplaceImport(GetModuleHandleW(L"DllTremvik.dll"), "MessageBoxW",
-                  reinterpret_cast<void*>(&AnsweredAtOnce));
+  ~WithoutScreen() override { UnhookWindowsHookEx(hook_); }
+
+  // Makes, runs and releases `count` objects, and expects that nothing of them stays.
+  static void ExpectNothingStays(std::string_view sample, int warm_up, int count) {
+    const auto cycles = [&sample](int times) {
+      for (int i = 0; i < times; ++i)
+        ASSERT_EQ(Monitora(Make(), Sample(sample)), S_OK);
+    };
+    refused = 0;
+    cycles(warm_up);  // whatever is made once is made by then
+    const Usage before;
+    cycles(count);
+    const Usage after;
+    constexpr std::size_t kSlack = 16384;
+    EXPECT_LT(after.system_heap, before.system_heap + kSlack) << sample;
+    EXPECT_LT(after.library_heap, before.library_heap + kSlack) << sample;
+    EXPECT_LE(after.handles, before.handles + 3) << sample;
+    EXPECT_EQ(after.host_objects, before.host_objects) << sample;
+    EXPECT_EQ(refused, warm_up + count) << "every run came to its box";
   }
-  ComPtr<_Tremvik> kept_ = Make();
+
+ private:
+  static LRESULT CALLBACK Refuse(int code, WPARAM window, LPARAM made) {
+    if (code != HCBT_CREATEWND) return CallNextHookEx(nullptr, code, window, made);
+    const auto* const create = reinterpret_cast<CBT_CREATEWNDW*>(made)->lpcs;
+    const bool box = create->lpszClass == MAKEINTRESOURCEW(32770);
+    refused += box ? 1 : 0;
+    return box ? 1 : 0;
+  }
+  HHOOK hook_ = SetWindowsHookExW(WH_CBT, Refuse, nullptr, GetCurrentThreadId());
 };
 
-// What the library asks of the system; what then stands on the screen has no icon in every run-time.
-TEST_F(WithoutScreen, BoxesHaveTheirStyles) {
-  Monitora(Make(), Sample("recusado-vazio"));
-  Monitora(Make(), Sample("recusado-versao"));
-  Monitora(Make(), Sample("pergunta"));
-  EXPECT_EQ(styles,
-            (std::vector<UINT>{MB_OK | MB_ICONHAND, MB_OK | MB_ICONINFORMATION,
-                               MB_YESNO | MB_ICONINFORMATION | MB_DEFBUTTON2, MB_OK | MB_ICONINFORMATION}));
-}
-
-// Makes, runs and releases `count` objects, and expects that nothing of them stays.
-void ExpectNothingStays(std::string_view sample, int warm_up, int count) {
-  const std::string path = Sample(sample);
-  const auto cycles = [&path](int times) {
-    for (int i = 0; i < times; ++i)
-      ASSERT_EQ(Monitora(Make(), path), S_OK);
-    styles = {};
-  };
-  boxes = 0;
-  cycles(warm_up);  // whatever is made once is made by then
-  const Usage before;
-  cycles(count);
-  const Usage after;
-  constexpr std::size_t kSlack = 16384;
-  EXPECT_LT(after.system_heap, before.system_heap + kSlack) << sample;
-  EXPECT_LT(after.library_heap, before.library_heap + kSlack) << sample;
-  EXPECT_LE(after.handles, before.handles + 3) << sample;
-  EXPECT_EQ(after.host_objects, before.host_objects) << sample;
-  EXPECT_EQ(boxes, warm_up + count) << "every run came to its box";
+TEST_F(WithoutScreen, AFaultIsToldAllTheSame) {
+  for (const auto& [sample, message] : std::vector<std::pair<std::string_view, std::string_view>>{
+           {"recusado-versao", "Versão"}, {"pergunta", "Deseja continuar Sim/Não ? "}}) {
+    const auto tremvik = Make();
+    Sink sink;
+    sink.Hear(tremvik);
+    EXPECT_EQ(Monitora(tremvik, Sample(sample)), S_OK);
+    VARIANT_BOOL failed = VARIANT_FALSE;
+    tremvik->get_bolRetMonitora(&failed);
+    EXPECT_EQ(failed, VARIANT_TRUE) << sample;
+    EXPECT_NE(Mensagem(tremvik).find(message), std::string::npos) << Mensagem(tremvik);
+    EXPECT_EQ(sink.events.back(), sample == "pergunta" ? 1 : 2) << sample;
+  }
 }
 
 TEST_F(WithoutScreen, AThousandCyclesLeaveNothingBehind) {
+  const auto kept = Make();
   ExpectNothingStays("recusado-versao", 100, 1000);  // files, events, the host's database, a box
   ExpectNothingStays("aceito", 10, 100);             // and the engine, the look-ups, all that is written
 }
 
 // The journal of one whole import in an apartment of its own; `at_event` is called at each event.
 std::vector<std::string> Imported(std::string_view sample, const std::function<void()>& at_event) {
-  const std::string file = Folder() + "\\" + std::string(sample) + ".diario";
+  const std::string file = Folder() + "\\" + std::string(sample) + ".journal";
   DeleteFileW(com::Wide(file).c_str());
-  CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   {
-    LateBound diario = LateBound::Create(L"TesteHost.Diario");
-    diario.Call(L"Iniciar", std::string_view(file), std::string_view("6"), std::string_view("1"));
+    Apartment apartment;
+    apartment.Begin(file);
     const auto tremvik = Make();
-    ComPtr<IConnectionPoint> point;
-    As<IConnectionPointContainer>(tremvik)->FindConnectionPoint(DIID___Tremvik, point.Receive());
-    Sink sink(at_event);
-    DWORD cookie = 0;
-    EXPECT_EQ(point->Advise(&sink, &cookie), S_OK);
+    Sink sink([&](DISPID) { at_event(); });
+    const DWORD cookie = sink.Hear(tremvik);
     EXPECT_EQ(Monitora(tremvik, Sample(sample)), S_OK);
-    EXPECT_EQ(point->Unadvise(cookie), S_OK);
+    EXPECT_EQ(EventsOf(tremvik)->Unadvise(cookie), S_OK);
   }
-  CoUninitialize();
   std::ifstream journal(file);
   std::vector<std::string> lines;
   for (std::string line; std::getline(journal, line);)
@@ -232,12 +207,8 @@ TEST_F(Process, AnotherApartmentCallsThroughTheTypeLibrary) {
 // What DllRegisterServer does for somebody who may not write for the machine.
 TEST_F(Process, WithoutTheMachinesRightTheUserAloneIsRegistered) {
   const auto kept = Make();
-  auto* const library = GetModuleHandleW(L"DllTremvik.dll");
-  const auto entry = [library](const char* name) {
-    return reinterpret_cast<void*>(GetProcAddress(library, name));
-  };
-  const auto enter = reinterpret_cast<HRESULT(WINAPI*)()>(entry("DllRegisterServer"));
-  const auto install = reinterpret_cast<HRESULT(WINAPI*)(BOOL, LPCWSTR)>(entry("DllInstall"));
+  const auto enter = Entry<HRESULT(WINAPI*)()>(L"DllTremvik.dll", "DllRegisterServer");
+  const auto install = Entry<HRESULT(WINAPI*)(BOOL, LPCWSTR)>(L"DllTremvik.dll", "DllInstall");
   const std::wstring prog_id = LR"(Software\Classes\DllTremvik.Tremvik)";
   com::RegistryKey key;
   ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, prog_id.c_str(), 0, KEY_READ | WRITE_DAC, key.Receive()), 0);
@@ -259,24 +230,22 @@ TEST_F(Process, WithoutTheMachinesRightTheUserAloneIsRegistered) {
 }
 
 TEST_F(Process, TheLibraryUnloads) {
-  {
-    const auto tremvik = Make();
+  const auto loaded = [] {
     CoFreeUnusedLibrariesEx(0, 0);
-    EXPECT_NE(GetModuleHandleW(L"DllTremvik.dll"), nullptr) << "in use";
-  }
+    CoFreeUnusedLibrariesEx(0, 0);
+    return GetModuleHandleW(L"DllTremvik.dll") != nullptr;
+  };
   {
     ComPtr<IEnumConnections> connections;
     {
-      ComPtr<IConnectionPoint> point;
-      As<IConnectionPointContainer>(Make())->FindConnectionPoint(DIID___Tremvik, point.Receive());
-      ASSERT_EQ(point->EnumConnections(connections.Receive()), S_OK);
+      const auto tremvik = Make();
+      EXPECT_TRUE(loaded()) << "in use";
+      ASSERT_EQ(EventsOf(tremvik)->EnumConnections(connections.Receive()), S_OK);
+      EXPECT_EQ(Cast<IConnectionPointContainer>(tremvik)->EnumConnectionPoints(nullptr), E_POINTER);
     }
-    CoFreeUnusedLibrariesEx(0, 0);
-    EXPECT_NE(GetModuleHandleW(L"DllTremvik.dll"), nullptr) << "its enumerator is in use";
+    EXPECT_TRUE(loaded()) << "its enumerator is in use";
   }
-  CoFreeUnusedLibrariesEx(0, 0);
-  CoFreeUnusedLibrariesEx(0, 0);
-  EXPECT_EQ(GetModuleHandleW(L"DllTremvik.dll"), nullptr);
+  EXPECT_FALSE(loaded()) << "an enumerator that nobody took does not keep it";
 }
 
 }  // namespace

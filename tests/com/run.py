@@ -13,6 +13,7 @@ import os
 import pathlib
 import re
 import shutil
+import sqlite3
 import subprocess
 import sys
 
@@ -23,12 +24,25 @@ LOCALES = ("pt_BR.UTF-8", "en_US.UTF-8")
 YES, NO = "6", "7"
 ICON_BITS = 0xF0
 SCRIPT_ERRORS = "-all,fixme+wscript,fixme+vbscript,fixme+jscript"
-
 HEADER = (
     "Sr(a) usuário(a), entre em contato com a empresa\r\nresponsável pela geração do arquivo Pré-Formatado\r\n"
     "e informe a mensagem abaixo : \r\n\r\n"
 )
 MISSING_DATABASE = "53 - Arquivo não encontrado"
+
+# The system's queries: table, key and what follows the key's value.
+PLAIN = "Select {0} From {1} Where {0} = '?'"
+QUERIES = [PLAIN.format(key, table) for key, table in (
+    ("CNAE", "tblCNAEsRegimeDispensado"), ("CFOP", "tblTodosCFOPs"), ("Código", "tblEstados"),
+    ("CódMunicípio", "tblMunicípiosZFM_ALC"), ("CódSubItem", "tblQuadroOcorrências"),
+    ("código", "tblcódigosdipam"), ("Códmunicípio", "tblmunicípios"))]
+QUERIES += [PLAIN.format("CódSubItem", "tblQuadroOcorrências") + more for more in (" and OpPróprias", " and NOT OpPróprias")]
+for conjunto in (" > '1'", *(f" = '{digit}'" for digit in "0123")):
+    QUERIES.append(f"SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '?' and Conjunto{conjunto} AND GRUPO = 0")
+    QUERIES.append(
+        "SELECT tblQuadroCFOPs.Descrição FROM tblQuadroCFOPs WHERE ((tblQuadroCFOPs.[Grupo 15]='?') OR "
+        "(tblQuadroCFOPs.[Grupo 26]='?') OR (tblQuadroCFOPs.[Grupo 37]='?')) AND "
+        f"(tblQuadroCFOPs.Conjunto{conjunto.replace(' = ', '=').lstrip()})")
 
 results = {"passed": 0, "failed": 0}
 
@@ -38,6 +52,10 @@ def check(label, good, detail=""):
     print(("ok      " if good else "FAILED  ") + label, flush=True)
     if not good and detail:
         print("    " + "\n    ".join(str(detail).splitlines()[:40]), flush=True)
+
+
+def difference(before, after, names=("before", "after")):
+    return "\n".join(difflib.unified_diff(before, after, *names, lineterm="", n=0))
 
 
 def wine(*command, locale=LOCALES[0], debug="-all", **more):
@@ -50,22 +68,41 @@ def regsvr32(architecture, library, *options):
     return wine(SYSTEM[architecture] + "\\regsvr32.exe", "/s", *options, f"Z:{library}").returncode
 
 
-class Story:
-    """One import: a file, the answer to what is asked, whether the host makes the temporary database."""
+def cscript(architecture, file, *arguments, **more):
+    return wine(SYSTEM[architecture] + "\\cscript.exe", "//nologo", f"Z:{file}", *arguments, debug=SCRIPT_ERRORS, **more)
 
-    def __init__(self, file, answer=YES, prepares=True):
-        self.file, self.answer, self.prepares = file, answer, prepares
-        self.name = file.stem + ("-nao" if answer == NO else "") + ("" if prepares else "-sem-banco")
+
+def write_answers(database, file):
+    """Whatever the system's queries can find, for the engine that the tests bring along."""
+    connection = sqlite3.connect(database)
+    lines = []
+    for query in QUERIES:
+        table = re.search("from (\\S+)", query, re.IGNORECASE)[1]
+        keys = re.findall(r"(?:\w+\.)?(\[[^]]+\]|\w+) ?= ?'\?'", query)
+        values = {value for key in keys for value, in connection.execute(f"select {key} from {table}") if value}
+        for value in sorted(map(str, values)):
+            filled = query.replace("?", value)
+            row = connection.execute(filled).fetchone()
+            lines += [f"{filled}\t{row[0]}\n"] if row else []
+    file.write_text("".join(lines), encoding="utf-8", newline="")
+
+
+class Story:
+    """One import: a file, the answer to what is asked, what the host does wrong."""
+
+    def __init__(self, file, answer=YES, fault=""):
+        self.file, self.answer, self.fault = file, answer, fault
+        self.name = file.stem + ("-nao" if answer == NO else "") + ("-sem-banco" if fault else "")
         self.expected = None
 
     def line(self, journal):
-        return f"Z:{self.file}|{self.answer}|{int(self.prepares)}|Z:{journal}\r\n"
+        return f"Z:{self.file}|{self.answer}|{self.fault}|Z:{journal}\r\n"
 
 
 def stories():
     samples = sorted((ROOT / "samples").glob("*.txt"))
     asking = [Story(file, NO) for file in samples if file.stem.startswith("pergunta")]
-    return [Story(file) for file in samples] + asking + [Story(ROOT / "samples/aceito.txt", prepares=False)]
+    return [Story(file) for file in samples] + asking + [Story(ROOT / "samples/aceito.txt", fault="Preparar idle")]
 
 
 def objects(text):
@@ -80,7 +117,7 @@ def told_by_command_line(cli, story, work):
                          stdout=subprocess.PIPE, text=True)
     seen = [each for each in objects(run.stdout) if each["tipo"] in
             ("mensagem", "evento", "banco", "consulta", "gravacao", "fim")]
-    if story.prepares:
+    if not story.fault:
         return seen
     prepared = seen.index({"tipo": "banco", "operacao": "Preparar"})
     ended = {"tipo": "banco", "operacao": "Encerrar"}
@@ -94,31 +131,46 @@ def told_by_command_line(cli, story, work):
     ]
 
 
-def difference(expected, seen):
-    lines = [[json.dumps(each, ensure_ascii=False, sort_keys=True) for each in side] for side in (expected, seen)]
-    return "\n".join(difflib.unified_diff(*lines, "command line", "client", lineterm="", n=1))
+def told_by_client(journal):
+    """The calls and boxes of a journal, as the command line tells them."""
+    told, fields = [], {}
+    for each in journal:
+        called, given = each.get("membro"), each.get("argumentos")
+        if each["tipo"] == "mensagem":
+            told.append({key: value for key, value in each.items() if key != "icones"})
+        elif each["objeto"] == "Brunsel.BancoTemporario":
+            told.append({"tipo": "banco", "operacao": called})
+        elif called == "Existe":
+            names = ("ie", "uf", "regime", "referencia", "referenciaInicial")
+            told.append({"tipo": "consulta", **dict(zip(names, given)), "existe": False})
+        elif called == "Campo":
+            fields[given[0]] = given[1]
+        elif called == "Gravar":
+            told.append({"tipo": "gravacao", "registro": each["objeto"][-2:], "campos": fields})
+            fields = {}
+        elif called == "Event":
+            told.append({"tipo": "evento", "nome": given[0]})
+        elif called == "End":
+            told.append({"tipo": "fim", "bolRetMonitora": given[0] == "-1", "NroLinha": int(given[1]),
+                         "Mensagem": given[2]})
+    return told
 
 
-def engine_is_used_well(journal, folder):
-    """The look-ups of one run: opened by the full path, as snapshots, with accents, and closed again."""
-    calls = [(each["operacao"], each["texto"]) for each in journal if each["tipo"] == "motor"]
-    opened = [text for name, text in calls if name == "OpenDatabase"]
-    queries = [text for name, text in calls if name == "OpenRecordset"]
-    closed = [text for name, text in calls if name == "Close"]
-    return (
-        len(closed) == len(opened) + len(queries)
-        and set(opened) == {f"Z:{folder}\\tblFixas.fix".replace("/", "\\")}
-        and all(query.startswith("4 SELECT") or query.startswith("4 Select") for query in queries)
-        and any("tblQuadroOcorrências" in query for query in queries)
-        and any("CódSubItem" in query for query in queries)
-    )
-
-
-def without_icons(expected, lines):
-    """`expected` as it looks where the boxes of the journal `lines` could not show their icons."""
-    if all(each.get("icones", True) for each in lines):
-        return expected
-    return [each | {"estilo": each["estilo"] & ~ICON_BITS} if "estilo" in each else each for each in expected]
+def check_calls(label, journal, folder):
+    """What one run asked of the engine and gave its components, beyond what the command line tells."""
+    calls = [each for each in journal if each["tipo"] == "chamada"]
+    asked = {name: [each["argumentos"] for each in calls if each["membro"] == name] for name in
+             ("OpenDatabase", "OpenRecordset", "Close", "CaminhoBase", "Abrir")}
+    windows = f"Z:{folder}\\".replace("/", "\\")
+    known = {re.sub("'[^']*'", "'?'", query) for query in QUERIES}
+    check(f"{label}, database engine",
+          len(asked["Close"]) == len(asked["OpenDatabase"]) + len(asked["OpenRecordset"])
+          and all(given == [windows + "tblFixas.fix"] for given in asked["OpenDatabase"])
+          and all(kind == "4" and re.sub("'[^']*'", "'?'", query) in known for query, kind in asked["OpenRecordset"])
+          and any("tblQuadroOcorrências" in query and "CódSubItem" in query for query, _ in asked["OpenRecordset"]))
+    paths = asked["Abrir"] + asked["CaminhoBase"]
+    check(f"{label}, temporary database", len(paths) > 2 and all(given == [windows + "BDTempPrf.fix"] for given in paths),
+          paths)
 
 
 def run_client(architecture, client, locale, wanted, folder, work):
@@ -128,27 +180,26 @@ def run_client(architecture, client, locale, wanted, folder, work):
     list_file = journals / "list"
     list_file.write_text("".join(story.line(journals / story.name) for story in wanted), newline="")
     label = f"{architecture} {locale[:5]} {client}"
-    if client == "client.exe":
-        run = wine(folder / client, f"Z:{list_file}", locale=locale)
+    compiled = client == "com_test.exe"
+    if compiled:
+        run = wine(folder / client, f"--stories=Z:{list_file}", locale=locale)
     else:
-        cscript = SYSTEM[architecture] + "\\cscript.exe"
-        run = wine(cscript, "//nologo", f"Z:{folder / client}", f"Z:{list_file}", locale=locale, debug=SCRIPT_ERRORS)
+        run = cscript(architecture, folder / client, f"Z:{list_file}", locale=locale)
     # A script that fails ends silently with status 0, so its last line and the debug channel tell.
     finished = "DONE" in run.stdout and "OnScriptError" not in run.stdout
     check(f"{label}: ran to its end", run.returncode == 0 and finished, run.stdout)
     for story in wanted:
         journal = journals / story.name
         lines = objects(journal.read_text(encoding="utf-8")) if journal.exists() else []
-        seen = [{key: value for key, value in each.items() if key != "icones"} for each in lines
-                if each["tipo"] not in ("motor", "caminho")]
-        # Wine's script host cannot subscribe to events.
-        expected = [each for each in story.expected if client == "client.exe" or each["tipo"] != "evento"]
-        expected = without_icons(expected, lines)
-        check(f"{label}: {story.name}", seen == expected, difference(expected, seen))
+        # Wine's script host cannot subscribe to events, and its 32-bit boxes have no icons.
+        expected = [each for each in story.expected if compiled or each["tipo"] != "evento"]
+        if not all(each.get("icones", True) for each in lines):
+            expected = [each | {"estilo": each["estilo"] & ~ICON_BITS} if "estilo" in each else each for each in expected]
+        sides = [[json.dumps(each, ensure_ascii=False, sort_keys=True) for each in side]
+                 for side in (expected, told_by_client(lines))]
+        check(f"{label}: {story.name}", sides[0] == sides[1], difference(*sides, ("command line", "client")))
         if story.name == "aceito" and locale == LOCALES[0]:
-            check(f"{label}: {story.name}, database engine", engine_is_used_well(lines, folder))
-            path = {"tipo": "caminho", "valor": f"Z:{folder}\\BDTempPrf.fix".replace("/", "\\")}
-            check(f"{label}: {story.name}, temporary database", path in lines, f"no {path}")
+            check_calls(f"{label}: {story.name}", lines, folder)
 
 
 def registry():
@@ -162,39 +213,33 @@ def registry():
     return sorted(block for block in text.split("\n\n") if block.startswith("["))
 
 
-def changes(before, after):
-    return "\n".join(difflib.unified_diff(before, after, lineterm="", n=0))
-
-
 def check_registration(folders):
     for architecture, folder in folders.items():  # what an earlier run left
         regsvr32(architecture, folder / "DllTremvik.dll", "/u")
-        # The script host registers itself when it is first used.
-        wine(SYSTEM[architecture] + "\\cscript.exe", "//nologo", f"Z:{folder / 'create.vbs'}")
+        cscript(architecture, folder / "create.vbs")  # the script host registers itself when it is first used
     wine("reg", "add", "HKCU\\Software\\Classes", "/f")
     before = registry()
     for architecture, folder in folders.items():
-        library = folder / "DllTremvik.dll"
-        check(f"{architecture} registers", regsvr32(architecture, library) == 0)
+        check(f"{architecture} registers", regsvr32(architecture, folder / "DllTremvik.dll") == 0)
     check("registration changes the registry", registry() != before)
+    left = dict(folders)
     for architecture, folder in folders.items():
         check(f"{architecture} is removed", regsvr32(architecture, folder / "DllTremvik.dll", "/u") == 0)
-        left = [other for other in folders if list(folders).index(other) > list(folders).index(architecture)]
+        del left[architecture]
         for other in left:
-            script = wine(SYSTEM[other] + "\\cscript.exe", "//nologo", f"Z:{folders[other] / 'create.vbs'}")
+            script = cscript(other, folders[other] / "create.vbs")
             check(f"{other} works on after the removal of {architecture}", "CREATED" in script.stdout, script.stdout)
     after = registry()
-    check("registration and removal leave the registry as it was", before == after, changes(before, after))
+    check("registration and removal leave the registry as it was", before == after, difference(before, after))
     for architecture, folder in folders.items():
-        library = folder / "DllTremvik.dll"
-        user = ("/n", "/i:user")
+        library, user = folder / "DllTremvik.dll", ("/n", "/i:user")
         check(f"{architecture} registers for the user", regsvr32(architecture, library, *user) == 0)
         added = set(registry()) - set(before)
         mine = added and all(block.startswith("[HKEY_CURRENT_USER\\") for block in added)
         check(f"{architecture} for the user: only the user's part changes", bool(mine), "\n".join(sorted(added)))
         check(f"{architecture} is removed for the user", regsvr32(architecture, library, "/u", *user) == 0)
     after = registry()
-    check("the user's part is as it was", before == after, changes(before, after))
+    check("the user's part is as it was", before == after, difference(before, after))
 
 
 def check_examples(architecture, folder):
@@ -203,15 +248,14 @@ def check_examples(architecture, folder):
     script = (ROOT / "examples/windows/importar.vbs").read_text(encoding="ascii")
     plain = script.replace('WScript.CreateObject("DllTremvik.Tremvik", "tremvik_")', 'CreateObject("DllTremvik.Tremvik")')
     (folder / "importar.vbs").write_text(plain, encoding="ascii", newline="\r\n")
-    cscript = (SYSTEM[architecture] + "\\cscript.exe", "//nologo", f"Z:{folder / 'importar.vbs'}")
-    for label, command, steps in (("C++", (folder / "importar.exe",), 44), ("VBScript", cscript, 0)):
-        calls = ((), 2, "Uso: "), (("aceito",), 0, f"Aceito ({steps} passos)"), (("recusado-soma",), 1, "Recusado na linha ")
-        for samples, status, told in calls:
-            files = [f"Z:{ROOT}/samples/{name}.txt" for name in samples]
-            run = wine(*command, *files, debug=SCRIPT_ERRORS, TESTE_HOST_RESPOSTA=YES)
+    compiled = lambda *files: wine(folder / "importar.exe", *files, TEST_HOST_ANSWER=YES)
+    script = lambda *files: cscript(architecture, folder / "importar.vbs", *files, TEST_HOST_ANSWER=YES)
+    for label, example, steps in (("C++", compiled, 44), ("VBScript", script, 0)):
+        for sample, status, told in ((None, 2, "Uso: "), ("aceito", 0, f"Aceito ({steps} passos)"),
+                                     ("recusado-soma", 1, "Recusado na linha ")):
+            run = example(*([f"Z:{ROOT}/samples/{sample}.txt"] if sample else []))
             good = run.returncode == status and told in run.stdout and "OnScriptError" not in run.stdout
-            check(f"{architecture} example in {label}: {samples[0] if samples else 'usage'}", good,
-                  f"{run.returncode}\n{run.stdout}")
+            check(f"{architecture} example in {label}: {sample or 'usage'}", good, f"{run.returncode}\n{run.stdout}")
 
 
 def check_cases(label, folder, locale, *options):
@@ -222,21 +266,17 @@ def check_cases(label, folder, locale, *options):
     check(f"{label}: ran to its end", run.returncode == 0, run.stdout[-6000:])
 
 
-def stage(architecture, builds, cli, work):
+def stage(architecture, build, cli, work):
     """A folder with the library and all that it and its clients need."""
     folder = work / architecture
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir(parents=True)
-    build = builds[architecture]
-    for file in ("adapters/com/DllTremvik.dll", "tests/com/TesteHost.dll", "tests/com/client.exe",
-                 "tests/com/com_test.exe", "tests/com/importar.exe"):
-        shutil.copy(build / file, folder)
-    shutil.copy(builds["x86_64"] / "tests/com/sql_server.exe", folder)
-    for script in ("client.vbs", "client.js", "create.vbs"):
-        shutil.copy(HERE / script, folder)
-    for sample in ("aceito", "pergunta", "recusado-vazio", "recusado-versao"):
-        shutil.copy(ROOT / "samples" / f"{sample}.txt", folder)
+    clients = [build / "tests/com" / file for file in ("TestHost.dll", "com_test.exe", "importar.exe")]
+    samples = [ROOT / f"samples/{name}.txt" for name in ("aceito", "pergunta", "recusado-vazio", "recusado-versao")]
+    for file in (build / "adapters/com/DllTremvik.dll", *clients, *HERE.glob("*.vbs"), *HERE.glob("*.js"), *samples):
+        shutil.copy(file, folder)
     subprocess.run([cli, "tabelas", "construir", folder / "tblFixas.fix"], check=True, stdout=subprocess.DEVNULL)
+    write_answers(folder / "tblFixas.fix", folder / "answers.tsv")
     return folder
 
 
@@ -249,7 +289,7 @@ def main():
     work, cli = options.work.resolve(), options.cli.resolve()
     builds = {name: pathlib.Path(folder).resolve() for name, folder in (each.split("=") for each in options.build)}
     shutil.rmtree(work / "oracle", ignore_errors=True)
-    folders = {architecture: stage(architecture, builds, cli, work) for architecture in builds}
+    folders = {architecture: stage(architecture, build, cli, work) for architecture, build in builds.items()}
     subprocess.run(["wineserver", "-p"], check=False)  # one server for all that follows
     try:
         check_registration(folders)
@@ -257,11 +297,11 @@ def main():
         for story in everything:
             story.expected = told_by_command_line(cli, story, work)
         for architecture, folder in folders.items():
-            for library in ("DllTremvik.dll", "TesteHost.dll"):
+            for library in ("DllTremvik.dll", "TestHost.dll"):
                 check(f"{architecture} registers {library}", regsvr32(architecture, folder / library) == 0)
             check_examples(architecture, folder)
             for locale in LOCALES:
-                for client in ("client.exe", "client.vbs", "client.js"):
+                for client in ("com_test.exe", "client.vbs", "client.js"):
                     run_client(architecture, client, locale, everything, folder, work)
                 # A count of cycles in one locale is enough.
                 cycles = () if locale == LOCALES[0] else ("--gtest_filter=-*Cycles*",)

@@ -1,4 +1,5 @@
-// What the library reaches: registry, files, engine, components, windows; and what a process sees of it.
+// What the library reaches: registry, files, engine, the host's components, windows.
+#include <span>
 #include <thread>
 
 #include "adapters/com/registry.h"
@@ -9,24 +10,25 @@
 namespace tremvik::com_test {
 namespace {
 
-/// A registry text that stands for the length of a test.
+/// A registry text that stands for the length of a test, with or without the NUL at its end.
 class Setting {
  public:
-  Setting(HKEY root, std::wstring path, std::wstring name, const std::wstring& text)
+  Setting(HKEY root, std::wstring path, std::wstring name, std::wstring_view text, bool ended = true)
       : root_(root),
         path_(std::move(path)),
         name_(std::move(name)),
         before_(com::ReadText(root, path_, name_)) {
-    EXPECT_EQ(com::WriteText(root_, path_, name_, text), ERROR_SUCCESS);
+    const std::wstring value(text);
+    const auto bytes = static_cast<DWORD>((value.size() + (ended ? 1 : 0)) * sizeof(wchar_t));
+    EXPECT_EQ(com::WriteText(root_, path_, name_, value), ERROR_SUCCESS);  // makes the key too
+    EXPECT_EQ(RegSetKeyValueW(root_, path_.c_str(), name_.c_str(), REG_SZ, value.c_str(), bytes),
+              ERROR_SUCCESS);
   }
   Setting(const Setting&) = delete;
   Setting& operator=(const Setting&) = delete;
   ~Setting() {
-    if (before_) {
-      EXPECT_EQ(com::WriteText(root_, path_, name_, *before_), ERROR_SUCCESS);
-    } else {
-      RegDeleteKeyValueW(root_, path_.c_str(), name_.c_str());
-    }
+    RegDeleteKeyValueW(root_, path_.c_str(), name_.c_str());
+    if (before_) static_cast<void>(com::WriteText(root_, path_, name_, *before_));
   }
 
  private:
@@ -36,58 +38,71 @@ class Setting {
   std::optional<std::wstring> before_;
 };
 
-const std::wstring kRedirections = LR"(Software\DllTremvik\Componentes)";
-const std::wstring kNoClass = L"{00000000-1111-2222-3333-444444444444}";
-
 class World : public ComTest {
  protected:
-  std::string MessageOf(std::string_view sample) {
+  static std::string MessageOf(std::string_view sample) {
     const auto tremvik = Make();
     EXPECT_EQ(Monitora(tremvik, Sample(sample)), S_OK);
     return Mensagem(tremvik);
   }
 };
 
-TEST_F(World, ComponentsAreRedirectedForTheUserBeforeTheMachine) {
-  const Setting machine(HKEY_LOCAL_MACHINE, kRedirections, L"Brunsel.BancoTemporario", L"Maquina.Banco");
-  EXPECT_EQ(MessageOf("aceito"), "429 - O componente ActiveX não pode criar o objeto: 'Maquina.Banco'");
-  const Setting user(HKEY_CURRENT_USER, kRedirections, L"Brunsel.BancoTemporario", L"Usuario.Banco");
-  EXPECT_EQ(MessageOf("aceito"), "429 - O componente ActiveX não pode criar o objeto: 'Usuario.Banco'");
-  const Setting back(HKEY_CURRENT_USER, kRedirections, L"Brunsel.BancoTemporario",
-                     L"Brunsel.BancoTemporario");
-  EXPECT_EQ(MessageOf("aceito"), "");
-}
-
-TEST_F(World, TheLaterEngineStandsInForTheFirst) {
-  const Setting first(HKEY_LOCAL_MACHINE, LR"(Software\Classes\DAO.DBEngine.36\CLSID)", L"", kNoClass);
-  EXPECT_EQ(MessageOf("aceito"), "");
-  const Setting later(HKEY_LOCAL_MACHINE, LR"(Software\Classes\DAO.DBEngine.120\CLSID)", L"", kNoClass);
+TEST_F(World, ClassesAreLookedForInOrder) {
+  const std::wstring redirections = LR"(Software\DllTremvik\Componentes)";
+  const std::wstring name = L"Brunsel.BancoTemporario";
+  const std::wstring no_class = L"{00000000-1111-2222-3333-444444444444}";
+  {
+    const Setting machine(HKEY_LOCAL_MACHINE, redirections, name, L"Maquina.Banco");
+    EXPECT_EQ(MessageOf("aceito"), "429 - O componente ActiveX não pode criar o objeto: 'Maquina.Banco'");
+    const Setting user(HKEY_CURRENT_USER, redirections, name, L"Usuario.Banco");
+    EXPECT_EQ(MessageOf("aceito"), "429 - O componente ActiveX não pode criar o objeto: 'Usuario.Banco'");
+    const Setting back(HKEY_CURRENT_USER, redirections, name, name);
+    EXPECT_EQ(MessageOf("aceito"), "");
+  }
+  const Setting first(HKEY_LOCAL_MACHINE, LR"(Software\Classes\DAO.DBEngine.36\CLSID)", L"", no_class);
+  EXPECT_EQ(MessageOf("aceito"), "") << "the later engine stands in for the first";
+  const Setting later(HKEY_LOCAL_MACHINE, LR"(Software\Classes\DAO.DBEngine.120\CLSID)", L"", no_class);
   EXPECT_EQ(MessageOf("aceito"), "429 - O componente ActiveX não pode criar o objeto: 'DAO.DBEngine.120'");
 }
 
-TEST_F(World, ErrorsOfTheEngineKeepNumberAndWords) {
+TEST_F(World, ErrorsOfOthersKeepTheirWordsOrNameWhoFailed) {
   const std::wstring tables = com::Wide(Folder() + "\\tblFixas.fix");
   ASSERT_TRUE(MoveFileW(tables.c_str(), (tables + L".fora").c_str()));
   EXPECT_EQ(MessageOf("aceito"),
             "3024 - Não foi possível localizar o arquivo '" + Folder() + "\\tblFixas.fix'.");
   ASSERT_TRUE(MoveFileW((tables + L".fora").c_str(), tables.c_str()));
+  for (const auto& [fault, message] : std::vector<std::pair<std::string, std::string>>{
+           {"Existe Nothing", "13 - Tipos incompatíveis em Brunsel.ConsultaDeclaracoes.Existe"},
+           {"Abrir Nothing", "13 - Tipos incompatíveis em Brunsel.BancoTemporario.Abrir"},
+           {"OpenRecordset Nothing",
+            "13 - Tipos incompatíveis em DAO.DBEngine.36.OpenDatabase.OpenRecordset"},
+           {"Gravar wordless", "440 - Erro de automação em Brunsel.GravadorCR05.Gravar"}}) {
+    apartment_.Begin({}, "6", fault);
+    EXPECT_EQ(MessageOf("aceito"), message);
+  }
 }
 
 TEST_F(World, TheCurrentDatabaseIsTheUsersSetting) {
-  const Setting setting(HKEY_CURRENT_USER, LR"(Software\VB and VBA Program Settings\Brunsel\DB)", L"DbAtual",
-                        L"C:\\Declarações\\Base.mdb");
-  const auto tremvik = Make();
-  Monitora(tremvik, Sample("recusado-versao"));
-  Bstr name;
-  ASSERT_EQ(tremvik->get_database_name(name.Receive()), S_OK);
-  EXPECT_EQ(com::Utf8(com::View(name.get())), "C:\\Declarações\\Base.mdb");
+  const std::wstring folder = LR"(Software\VB and VBA Program Settings\Brunsel\DB)";
+  const std::wstring wide(64, L'x');
+  for (const bool ended : {true, false}) {
+    for (const std::wstring& text :
+         {std::wstring(L"C:\\Declarações\\Base.mdb"), std::wstring(L"C:\\"), wide, {}}) {
+      const Setting setting(HKEY_CURRENT_USER, folder, L"DbAtual", text, ended);
+      const auto tremvik = Make();
+      EXPECT_EQ(Monitora(tremvik, Sample("recusado-versao")), S_OK);
+      Bstr name;
+      ASSERT_EQ(tremvik->get_database_name(name.Receive()), S_OK);
+      EXPECT_EQ(com::View(name.get()), text) << ended;
+    }
+  }
 }
 
 TEST_F(World, BoxesAreModalToTheActiveWindow) {
   auto* const host = CreateWindowW(L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 90, 90,
                                    nullptr, nullptr, nullptr, nullptr);
   SetActiveWindow(host);
-  diario_->Call(L"Encerrar");  // the box is answered here
+  apartment_.journal().Call(L"Stop");  // the box is answered here
   HWND owner = nullptr;
   BOOL enabled = TRUE;
   std::thread watcher([&] {
@@ -124,6 +139,26 @@ void WriteFileAt(const std::wstring& path, std::string_view bytes) {
   CloseHandle(file);
 }
 
+bool Writable(const std::wstring& path) {
+  auto* const file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                 OPEN_EXISTING, 0, nullptr);
+  if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+  return file != INVALID_HANDLE_VALUE;
+}
+
+// From the first pass to the last; whoever is told the outcome has the file to himself again.
+TEST_F(World, TheFileStaysAsItIsBetweenThePasses) {
+  const std::wstring file = com::Wide(Folder() + "\\em uso.txt");
+  ASSERT_TRUE(CopyFileW(com::Wide(Sample("recusado-versao")).c_str(), file.c_str(), FALSE));
+  const auto tremvik = Make();
+  std::vector<bool> writable;
+  Sink sink([&](DISPID) { writable.push_back(Writable(file)); });
+  sink.Hear(tremvik);
+  EXPECT_EQ(Monitora(tremvik, com::Utf8(file)), S_OK);
+  EXPECT_EQ(writable, (std::vector<bool>{false, false, false})) << "two between the passes, the last in one";
+  EXPECT_TRUE(Writable(file)) << "over";
+}
+
 TEST(WinFiles, LongAndAccentedNamesWork) {
   std::string folder = Folder() + "\\cópia";
   CreateDirectoryW(com::Wide(folder).c_str(), nullptr);
@@ -137,12 +172,16 @@ TEST(WinFiles, LongAndAccentedNamesWork) {
   com::WinFiles files;
   EXPECT_TRUE(files.Exists(first));
   EXPECT_FALSE(files.Exists(folder)) << "a folder is no file";
-  files.Open(1, first);
-  EXPECT_EQ(files.FreeFile(), 2);
-  std::string bytes(8, '?');
-  EXPECT_EQ(files.Read(1, bytes.data(), bytes.size()), 3U);
-  EXPECT_EQ(files.Read(1, bytes.data(), bytes.size()), 0U);
-  files.Close(1);
+  for (int pass = 0; pass < 2; ++pass) {
+    files.Open(1, first);
+    EXPECT_EQ(files.FreeFile(), 2);
+    std::string bytes(8, '?');
+    EXPECT_EQ(files.Read(1, bytes.data(), bytes.size()), 3U) << "from its begin, in each pass";
+    EXPECT_EQ(files.Read(1, bytes.data(), bytes.size()), 0U);
+    files.Close(1);
+  }
+  EXPECT_EQ(ErrorOf([&] { files.Rename(first, second); }), 70) << "kept for another pass";
+  files.LetGo();
   files.Rename(first, second);
   EXPECT_TRUE(files.Exists(second));
   files.Delete(second);

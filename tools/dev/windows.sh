@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # builds the automation library for Windows, tries it under Wine (against PROGRAM, if given) and fills dist/
 packages_windows=("${packages_build[@]}" g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev
-  googletest locales python3 libodbc2 libsqliteodbc)
+  googletest locales python3)
 windows=$PWD/build/windows
 program=${1:-}
 [[ -z $program || -x $program ]] || fail_usage "windows wants a built command line, not \"$program\""
