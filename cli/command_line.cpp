@@ -1,6 +1,7 @@
 #include "cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <memory>
 #include <optional>
@@ -9,6 +10,7 @@
 
 #include "adapters/local/component_folder.h"
 #include "adapters/sqlite/declaration_store.h"
+#include "cli/arguments.h"
 #include "cli/portuguese_help.h"
 #include "cli/text.h"
 
@@ -42,13 +44,15 @@ CLI::Option* AddNumber(CLI::App& verb, const std::string& name, T& target, T lea
   return verb.add_option(name)->check(CLI::Validator(set, ""))->description(description)->take_last();
 }
 
-// The parser of the whole command line. Its options write straight into `pedido`.
+// The parser of the whole command line. Its options write straight into `request`.
 class Parser {
  public:
   Parser();
-  std::variant<Pedido, Resposta> Parse(int argc, const char* const* argv);
+  std::variant<Request, Reply> Parse(const std::vector<std::string>& words);
 
  private:
+  using Choice = std::pair<const CLI::App*, Verb>;
+
   void AddImportar();
   void AddValidar();
   void AddListar();
@@ -60,15 +64,12 @@ class Parser {
   void AddAnswers(CLI::App& verb);
   void AddJson(CLI::App& verb, const char* description);
 
-  // What is wrong although every option was understood; empty when nothing is.
-  std::string Complaint();
+  std::string Complaint(const CLI::App& chosen);
   std::string ComplaintOfListar();
-  [[nodiscard]] std::string Complaint(const CLI::App& chosen) const;
-  [[nodiscard]] const CLI::App& Chosen() const;
 
-  Pedido pedido_;
+  Request request_;
   CLI::App app_{"tremvik valida e importa arquivos \"Pré-Formatado\" de declarações do ICMS.", "tremvik"};
-  std::vector<std::pair<CLI::App*, Verbo>> verbs_;
+  std::vector<Choice> verbs_;
   CLI::App* tabelas_ = nullptr;
 };
 
@@ -88,7 +89,7 @@ Parser::Parser() {
       "  tremvik exemplo --saida exemplo.txt     faz um arquivo válido para experimentar\n"
       "  tremvik importar exemplo.txt            valida e guarda as declarações\n"
       "  tremvik validar *.txt                   valida vários arquivos sem guardar nada\n"
-      "  tremvik importar --help                 ajuda de um verbo\n\n"
+      "  tremvik importar --help                 ajuda de um verb\n\n"
       "Saída: 0 aceito, 1 recusado, 2 uso errado ou algo falta na máquina, 3 falha do programa.");
 }
 
@@ -102,7 +103,7 @@ CLI::App& Parser::AddVerb(CLI::App& parent, const char* name, const char* descri
 }
 
 void Parser::AddFolder(CLI::App& verb) {
-  verb.add_option("--pasta", pedido_.pasta,
+  verb.add_option("--pasta", request_.pasta,
                   "Pasta das declarações guardadas e das tabelas;\ncriada se não existe")
       ->option_text("DIR")
       ->group(kOptions)
@@ -113,19 +114,19 @@ void Parser::AddAnswers(CLI::App& verb) {
   const auto set = [this](const std::string& text) -> std::string {
     if (text != "sim" && text != "nao" && text != "não")
       return "o valor é sim ou nao, e não \"" + Visible(text) + "\"";
-    pedido_.responder = text == "sim" ? Responder::kSim : Responder::kNao;
+    request_.responder = text == "sim" ? Answers::kYes : Answers::kNo;
     return {};
   };
   verb.add_option("--responder")
       ->check(CLI::Validator(set, ""))
-      ->description("Resposta às perguntas \"Deseja continuar\";\nsem terminal e sem esta opção é Não")
+      ->description("Reply às perguntas \"Deseja continuar\";\nsem terminal e sem esta opção é Não")
       ->option_text("sim|nao")
       ->group(kOptions)
       ->take_last();
 }
 
 void Parser::AddJson(CLI::App& verb, const char* description) {
-  verb.add_flag("--json", pedido_.json, description)->disable_flag_override()->group(kOptions);
+  verb.add_flag("--json", request_.json, description)->disable_flag_override()->group(kOptions);
 }
 
 void Parser::AddImportar() {
@@ -136,14 +137,14 @@ void Parser::AddImportar() {
               "  tremvik importar marco.txt --pasta /srv/tremvik --responder nao\n"
               "  tremvik importar marco.txt --json > marco.jsonl\n\n"
               "O arquivo entra inteiro ou não entra. Saída: 0 aceito, 1 recusado, 2 uso ou ambiente.");
-  verb.add_option("ARQUIVO", pedido_.arquivos, "Arquivo Pré-Formatado")
+  verb.add_option("ARQUIVO", request_.arquivos, "Arquivo Pré-Formatado")
       ->required()
       ->expected(1)
       ->group(kOptions);
   AddFolder(verb);
   AddAnswers(verb);
   AddJson(verb, "Escreve cada acontecimento como uma linha JSON");
-  verbs_.emplace_back(&verb, Verbo::kImportar);
+  verbs_.emplace_back(&verb, Verb::kImportar);
 }
 
 void Parser::AddValidar() {
@@ -152,24 +153,26 @@ void Parser::AddValidar() {
               "Exemplos:\n"
               "  tremvik validar marco.txt\n"
               "  tremvik validar entrada/*.txt --responder nao\n"
-              "  find entrada -name '*.txt' -print0 | tremvik validar - --json\n\n"
+              "  find entrada -name '*.txt' -print0 | tremvik validar -0 - --json\n\n"
               "Com vários arquivos nada é perguntado: sem --responder a resposta é Não. Os resultados\n"
               "saem na ordem dos nomes, e o código de saída é o do pior arquivo.");
-  verb.add_option(
-          "ARQUIVO", pedido_.arquivos,
-          "Arquivos Pré-Formatado; - lê os nomes da entrada padrão,\num por linha ou separados por NUL")
+  verb.add_option("ARQUIVO", request_.arquivos,
+                  "Arquivos Pré-Formatado; - lê os nomes da entrada padrão,\num por linha")
       ->required()
       ->expected(-1)
       ->group(kOptions);
   AddFolder(verb);
   AddAnswers(verb);
   AddJson(verb, "Escreve cada acontecimento como uma linha JSON");
-  pedido_.paralelo = std::max(1U, std::thread::hardware_concurrency());
-  AddNumber(verb, "--paralelo", pedido_.paralelo, 1U, 256U,
+  verb.add_flag("-0,--nulo", request_.nulo, "Os nomes da entrada padrão são separados por NUL")
+      ->disable_flag_override()
+      ->group(kOptions);
+  request_.paralelo = std::max(1U, std::thread::hardware_concurrency());
+  AddNumber(verb, "--paralelo", request_.paralelo, 1U, 256U,
             "Arquivos ao mesmo tempo; o normal é um por núcleo")
       ->option_text("N")
       ->group(kOptions);
-  verbs_.emplace_back(&verb, Verbo::kValidar);
+  verbs_.emplace_back(&verb, Verb::kValidar);
 }
 
 void Parser::AddListar() {
@@ -179,11 +182,11 @@ void Parser::AddListar() {
                            "  tremvik listar 110.042.490.114\n"
                            "  tremvik listar 110042490114 03/2012      mostra os registros da declaração\n"
                            "  tremvik listar --json");
-  verb.add_option("IE", pedido_.ie, "Inscrição estadual, com ou sem pontos")->group(kOptions);
-  verb.add_option("REFERENCIA", pedido_.referencia, "Mês: AAAAMM, AAAA-MM ou MM/AAAA")->group(kOptions);
+  verb.add_option("IE", request_.ie, "Inscrição estadual, com ou sem pontos")->group(kOptions);
+  verb.add_option("REFERENCIA", request_.referencia, "Mês: AAAAMM, AAAA-MM ou MM/AAAA")->group(kOptions);
   AddFolder(verb);
   AddJson(verb, "Escreve um objeto JSON por linha");
-  verbs_.emplace_back(&verb, Verbo::kListar);
+  verbs_.emplace_back(&verb, Verb::kListar);
 }
 
 void Parser::AddExemplo() {
@@ -192,26 +195,26 @@ void Parser::AddExemplo() {
                            "  tremvik exemplo --saida exemplo.txt\n"
                            "  tremvik exemplo --declaracoes 200 --semente 7 --saida grande.txt\n\n"
                            "A mesma semente dá sempre o mesmo arquivo.");
-  AddNumber(verb, "--declaracoes", pedido_.exemplo.declaracoes, 1, 9999,
+  AddNumber(verb, "--declaracoes", request_.exemplo.declaracoes, 1, 9999,
             "Quantas declarações; o normal são doze")
       ->option_text("N")
       ->group(kOptions);
-  AddNumber(verb, "--registros", pedido_.exemplo.registros, 1, 99'999,
+  AddNumber(verb, "--registros", request_.exemplo.registros, 1, 99'999,
             "Quantos registros (linhas) exatamente")
       ->option_text("N")
       ->group(kOptions);
-  AddNumber<std::uint64_t>(verb, "--semente", pedido_.exemplo.semente, 0, UINT64_MAX,
+  AddNumber<std::uint64_t>(verb, "--semente", request_.exemplo.semente, 0, UINT64_MAX,
                            "Semente do sorteio; o normal é 1")
       ->option_text("S")
       ->group(kOptions);
-  verb.add_flag("--duvida", pedido_.exemplo.duvida, "Com um imposto que faz a importação perguntar")
+  verb.add_flag("--duvida", request_.exemplo.duvida, "Com um imposto que faz a importação perguntar")
       ->disable_flag_override()
       ->group(kOptions);
-  verb.add_option("--saida", pedido_.saida, "Arquivo a escrever; sem ela, a saída padrão")
+  verb.add_option("--saida", request_.saida, "Arquivo a escrever; sem ela, a saída padrão")
       ->option_text("ARQUIVO")
       ->group(kOptions)
       ->take_last();
-  verbs_.emplace_back(&verb, Verbo::kExemplo);
+  verbs_.emplace_back(&verb, Verb::kExemplo);
 }
 
 void Parser::AddTabelas() {
@@ -226,101 +229,85 @@ void Parser::AddTabelas() {
                             "  tremvik tabelas construir tblFixas.fix\n"
                             "  tremvik tabelas construir --dados minhas-tabelas tblFixas.fix");
   build
-      .add_option("ARQUIVO", pedido_.arquivos,
+      .add_option("ARQUIVO", request_.arquivos,
                   "Banco a escrever (tblFixas.fix); só é trocado se tudo está certo")
       ->required()
       ->expected(1)
       ->group(kOptions);
-  build.add_option("--dados", pedido_.dados, "Pasta dos arquivos CSV; sem ela, as linhas do programa")
+  build.add_option("--dados", request_.dados, "Pasta dos arquivos CSV; sem ela, as linhas do programa")
       ->option_text("DIR")
       ->group(kOptions)
       ->take_last();
-  verbs_.emplace_back(&build, Verbo::kConstruirTabelas);
+  verbs_.emplace_back(&build, Verb::kConstruirTabelas);
   CLI::App& check = AddVerb(*tabelas_, "verificar", "Diz o que falta ou está errado em um banco",
                             "Exemplo:\n  tremvik tabelas verificar ~/.local/share/tremvik/tblFixas.fix");
-  check.add_option("ARQUIVO", pedido_.arquivos, "Banco a verificar")
+  check.add_option("ARQUIVO", request_.arquivos, "Banco a verificar")
       ->required()
       ->expected(1)
       ->group(kOptions);
-  verbs_.emplace_back(&check, Verbo::kVerificarTabelas);
-}
-
-const CLI::App& Parser::Chosen() const {
-  for (const auto& [verb, verbo] : verbs_) {
-    if (verb->parsed()) return *verb;
-  }
-  return tabelas_->parsed() ? *tabelas_ : app_;
-}
-
-std::string Parser::Complaint(const CLI::App& chosen) const {
-  for (const std::string& extra : chosen.remaining()) {
-    const std::string name = "\"" + Visible(extra) + "\"";
-    if (extra == "--") continue;
-    if (extra.starts_with("-")) return "a opção " + name + " não existe";
-    return &chosen == &app_ || &chosen == tabelas_ ? "o verbo " + name + " não existe"
-                                                   : "o argumento " + name + " sobra";
-  }
-  if (&chosen == &app_) return "falta o verbo: importar, validar, listar, exemplo ou tabelas";
-  if (&chosen == tabelas_) return "falta dizer o que fazer com as tabelas: construir ou verificar";
-  return {};
+  verbs_.emplace_back(&check, Verb::kVerificarTabelas);
 }
 
 std::string Parser::ComplaintOfListar() {
-  const std::string ie = pedido_.ie;
-  const std::string referencia = pedido_.referencia;
-  pedido_.ie = NormalizarIE(ie);
-  pedido_.referencia = NormalizarReferencia(referencia);
-  if (!ie.empty() && pedido_.ie.empty()) {
+  const std::string ie = request_.ie;
+  const std::string referencia = request_.referencia;
+  request_.ie = NormalizarIE(ie);
+  request_.referencia = NormalizarReferencia(referencia);
+  if (!ie.empty() && request_.ie.empty()) {
     return "\"" + Visible(ie) + "\" não é uma inscrição estadual: são doze algarismos, com ou sem pontos";
   }
-  if (!referencia.empty() && pedido_.referencia.empty()) {
+  if (!referencia.empty() && request_.referencia.empty()) {
     return "\"" + Visible(referencia) + "\" não é uma referência: use AAAAMM, AAAA-MM ou MM/AAAA";
   }
   return {};
 }
 
-std::string Parser::Complaint() {
-  const CLI::App& chosen = Chosen();
-  if (auto complaint = Complaint(chosen); !complaint.empty()) return complaint;
-  for (const auto& [verb, verbo] : verbs_) {
-    if (verb == &chosen) pedido_.verbo = verbo;
+// What is wrong although every name is known; empty when nothing is.
+std::string Parser::Complaint(const CLI::App& chosen) {
+  if (&chosen == &app_) return "falta o verbo: importar, validar, listar, exemplo ou tabelas";
+  if (&chosen == tabelas_) return "falta dizer o que fazer com as tabelas: construir ou verificar";
+  for (const std::string& extra : chosen.remaining()) {
+    if (extra != "--") return "o argumento \"" + Visible(extra) + "\" sobra";
   }
+  request_.verb = std::ranges::find(verbs_, &chosen, &Choice::first)->second;
   const CLI::Option* folder = chosen.get_option_no_throw("--pasta");
-  if (folder != nullptr && folder->count() > 0 && pedido_.pasta.empty()) return "--pasta pede uma pasta";
+  if (folder != nullptr && folder->count() > 0 && request_.pasta.empty()) return "--pasta pede uma pasta";
   if (folder != nullptr && folder->count() == 0) {
     const std::string home = DataHome();
     if (home.empty()) return "não há pasta de usuário (HOME); escolha uma pasta com --pasta";
-    pedido_.pasta = home + "/tremvik";
+    request_.pasta = home + "/tremvik";
   }
-  return pedido_.verbo == Verbo::kListar ? ComplaintOfListar() : std::string();
+  return request_.verb == Verb::kListar ? ComplaintOfListar() : std::string();
 }
 
-std::variant<Pedido, Resposta> Parser::Parse(int argc, const char* const* argv) {
-  std::string complaint;
+std::variant<Request, Reply> Parser::Parse(const std::vector<std::string>& words) {
+  if (words.empty()) return Reply{ExitStatus::kEnvironment, "", app_.help()};
+  Arguments arguments = Arrange(app_, words);
+  std::string complaint = std::move(arguments.complaint);
   try {
-    app_.parse(argc, argv);
-    if (argc < 2) return Resposta{Saida::kAmbiente, "", app_.help()};
-    complaint = Complaint();
-    if (complaint.empty()) return pedido_;
+    if (complaint.empty()) {
+      std::ranges::reverse(arguments.words);  // as the parser takes them
+      app_.parse(std::move(arguments.words));
+      complaint = Complaint(*arguments.verb);
+    }
+    if (complaint.empty()) return request_;
   } catch (const CLI::CallForVersion&) {
-    return Resposta{Saida::kAceito, "tremvik " + std::string(kVersion) + "\n", ""};
+    return Reply{ExitStatus::kAccepted, "tremvik " + std::string(kVersion) + "\n", ""};
   } catch (const CLI::CallForHelp&) {
-    return Resposta{Saida::kAceito, app_.help(), ""};
+    return Reply{ExitStatus::kAccepted, app_.help(), ""};
   } catch (const CLI::ParseError& error) {
     complaint = InPortuguese(error);
   }
-  const CLI::App& chosen = Chosen();
-  const CLI::App* parent = chosen.get_parent();
-  const std::string verb = &chosen == &app_ ? "" : " " + chosen.get_name();
-  const std::string above = parent == nullptr || parent == &app_ ? "" : " " + parent->get_name();
-  return Resposta{Saida::kAmbiente, "",
-                  "tremvik: " + complaint + ". Veja: tremvik" + above + verb + " --help\n"};
+  std::string call = "tremvik";
+  if (arguments.verb->get_parent() == tabelas_) call += " tabelas";
+  if (arguments.verb != &app_) call += " " + arguments.verb->get_name();
+  return Reply{ExitStatus::kEnvironment, "", "tremvik: " + complaint + ". Veja: " + call + " --help\n"};
 }
 
 }  // namespace
 
-std::variant<Pedido, Resposta> ParseCommandLine(int argc, const char* const* argv) {
-  return Parser().Parse(argc, argv);
+std::variant<Request, Reply> ParseCommandLine(int argc, const char* const* argv) {
+  return Parser().Parse({argv + std::min(argc, 1), argv + argc});
 }
 
 }  // namespace tremvik::cli

@@ -11,15 +11,16 @@
 
 namespace tremvik::cli {
 
-enum class Verbo { kImportar, kValidar, kListar, kExemplo, kConstruirTabelas, kVerificarTabelas };
+enum class Verb { kImportar, kValidar, kListar, kExemplo, kConstruirTabelas, kVerificarTabelas };
 
 /// What the user asks for, checked as far as the command line alone allows.
-struct Pedido {
-  Verbo verbo = Verbo::kImportar;
+struct Request {
+  Verb verb = Verb::kImportar;
   std::vector<std::string> arquivos;
   std::string pasta;  ///< the component's folder
-  Responder responder = Responder::kPerguntar;
+  Answers responder = Answers::kAsk;
   bool json = false;
+  bool nulo = false;  ///< names on standard input are parted by NUL
   unsigned paralelo = 1;
   std::string ie;          ///< dotted form; empty for all
   std::string referencia;  ///< "AAAA-MM"; empty for all
@@ -29,12 +30,12 @@ struct Pedido {
 };
 
 /// Help, the version, or what is wrong with the command line: texts for the two streams and the exit status.
-struct Resposta {
-  Saida saida = Saida::kAceito;
+struct Reply {
+  ExitStatus saida = ExitStatus::kAccepted;
   std::string out;
   std::string err;
 };
 
-[[nodiscard]] std::variant<Pedido, Resposta> ParseCommandLine(int argc, const char* const* argv);
+[[nodiscard]] std::variant<Request, Reply> ParseCommandLine(int argc, const char* const* argv);
 
 }  // namespace tremvik::cli

@@ -19,37 +19,40 @@
 namespace tremvik::cli {
 namespace {
 
-RunOptions OptionsOf(const Pedido& pedido, Modo modo) {
-  return {
-      .modo = modo, .pasta = pedido.pasta, .responder = pedido.responder, .json = pedido.json, .many = false};
+RunOptions OptionsOf(const Request& request, Modo modo) {
+  return {.modo = modo,
+          .pasta = request.pasta,
+          .responder = request.responder,
+          .json = request.json,
+          .many = false};
 }
 
-Saida Validate(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err) {
-  RunOptions options = OptionsOf(pedido, Modo::kValidar);
-  const bool from_input = std::ranges::find(pedido.arquivos, "-") != pedido.arquivos.end();
-  if (!from_input && pedido.arquivos.size() == 1) {
-    return Importer(options, terminal, out, err).Run(pedido.arquivos.front());
+ExitStatus Validate(const Request& request, const Terminal& terminal, Output& out, Output& err) {
+  RunOptions options = OptionsOf(request, Modo::kValidar);
+  const bool from_input = std::ranges::find(request.arquivos, "-") != request.arquivos.end();
+  if (!from_input && request.arquivos.size() == 1) {
+    return Importer(options, terminal, out, err).Run(request.arquivos.front());
   }
   options.many = true;
-  unsigned workers = pedido.paralelo;
-  if (!from_input) workers = std::min(workers, static_cast<unsigned>(pedido.arquivos.size()));
-  FileNames names(pedido.arquivos);
+  unsigned workers = request.paralelo;
+  if (!from_input) workers = std::min(workers, static_cast<unsigned>(request.arquivos.size()));
+  FileNames names(request.arquivos, request.nulo ? '\0' : '\n');
   return ValidateMany(names, options, terminal, workers, out, err);
 }
 
-Saida WriteSample(const Pedido& pedido, Output& out, Output& err) {
+ExitStatus WriteSample(const Request& request, Output& out, Output& err) {
   std::string bytes;
   try {
-    bytes = sample::Gerar(pedido.exemplo);
+    bytes = sample::Gerar(request.exemplo);
   } catch (const std::invalid_argument& error) {
     err.Write("tremvik: " + std::string(error.what()) + "\n");
-    return Saida::kAmbiente;
+    return ExitStatus::kEnvironment;
   }
-  if (pedido.saida.empty() || pedido.saida == "-") {
+  if (request.saida.empty() || request.saida == "-") {
     out.Write(bytes);
-    return Saida::kAceito;
+    return ExitStatus::kAccepted;
   }
-  const int descriptor = open(pedido.saida.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  const int descriptor = open(request.saida.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
   int error = descriptor < 0 ? errno : 0;
   if (descriptor >= 0) {
     Output file(descriptor);
@@ -58,10 +61,11 @@ Saida WriteSample(const Pedido& pedido, Output& out, Output& err) {
     error = file.error();
     if (close(descriptor) != 0 && error == 0) error = errno;
   }
-  if (error == 0) return Saida::kAceito;
-  err.Write("tremvik: não foi possível escrever em \"" + Visible(pedido.saida) + "\" (" + SystemError(error) +
+  if (error == 0) return ExitStatus::kAccepted;
+  err.Write("tremvik: não foi possível escrever em \"" + Visible(request.saida) + "\" (" +
+            SystemError(error) +
             "). Confira a pasta e as permissões, ou escolha outro arquivo com --saida.\n");
-  return Saida::kAmbiente;
+  return ExitStatus::kEnvironment;
 }
 
 void WriteProblems(const std::vector<std::string>& problems, Output& out) {
@@ -70,62 +74,62 @@ void WriteProblems(const std::vector<std::string>& problems, Output& out) {
   out.Write(Count(problems.size(), "problema", "problemas") + ".\n");
 }
 
-Saida BuildTables(const Pedido& pedido, Output& out, Output& err) {
-  const std::string& file = pedido.arquivos.front();
+ExitStatus BuildTables(const Request& request, Output& out, Output& err) {
+  const std::string& file = request.arquivos.front();
   std::error_code ignored;
-  if (!pedido.dados.empty() && !std::filesystem::is_directory(pedido.dados, ignored)) {
-    err.Write("tremvik: a pasta \"" + Visible(pedido.dados) +
+  if (!request.dados.empty() && !std::filesystem::is_directory(request.dados, ignored)) {
+    err.Write("tremvik: a pasta \"" + Visible(request.dados) +
               "\" não existe ou não pode ser lida. Confira --dados.\n");
-    return Saida::kAmbiente;
+    return ExitStatus::kEnvironment;
   }
-  if (pedido.dados.empty()) {
+  if (request.dados.empty()) {
     ConstruirTabelasPadrao(file);
-  } else if (const auto problems = ConstruirTabelas(pedido.dados, file); !problems.empty()) {
+  } else if (const auto problems = ConstruirTabelas(request.dados, file); !problems.empty()) {
     WriteProblems(problems, out);
     out.Write("Nada foi escrito em \"" + Visible(file) + "\".\n");
-    return Saida::kRecusado;
+    return ExitStatus::kRefused;
   }
   out.Write("Tabelas construídas em \"" + Visible(file) + "\".\n");
-  return Saida::kAceito;
+  return ExitStatus::kAccepted;
 }
 
-Saida CheckTables(const Pedido& pedido, Output& out) {
-  const auto problems = VerificarTabelas(pedido.arquivos.front());
+ExitStatus CheckTables(const Request& request, Output& out) {
+  const auto problems = VerificarTabelas(request.arquivos.front());
   if (problems.empty()) {
-    out.Write("As tabelas de \"" + Visible(pedido.arquivos.front()) + "\" estão completas.\n");
-    return Saida::kAceito;
+    out.Write("As tabelas de \"" + Visible(request.arquivos.front()) + "\" estão completas.\n");
+    return ExitStatus::kAccepted;
   }
   WriteProblems(problems, out);
-  return Saida::kRecusado;
+  return ExitStatus::kRefused;
 }
 
-Saida Dispatch(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err) {
-  switch (pedido.verbo) {
-    case Verbo::kImportar:
-      return Importer(OptionsOf(pedido, Modo::kImportar), terminal, out, err).Run(pedido.arquivos.front());
-    case Verbo::kValidar:
-      return Validate(pedido, terminal, out, err);
-    case Verbo::kListar:
-      return List(pedido, terminal, out, err);
-    case Verbo::kExemplo:
-      return WriteSample(pedido, out, err);
-    case Verbo::kConstruirTabelas:
-      return BuildTables(pedido, out, err);
-    case Verbo::kVerificarTabelas:
-      return CheckTables(pedido, out);
+ExitStatus Dispatch(const Request& request, const Terminal& terminal, Output& out, Output& err) {
+  switch (request.verb) {
+    case Verb::kImportar:
+      return Importer(OptionsOf(request, Modo::kImportar), terminal, out, err).Run(request.arquivos.front());
+    case Verb::kValidar:
+      return Validate(request, terminal, out, err);
+    case Verb::kListar:
+      return List(request, terminal, out, err);
+    case Verb::kExemplo:
+      return WriteSample(request, out, err);
+    case Verb::kConstruirTabelas:
+      return BuildTables(request, out, err);
+    case Verb::kVerificarTabelas:
+      return CheckTables(request, out);
   }
-  return Saida::kFalha;
+  return ExitStatus::kFailure;
 }
 
 // The sentence of an error outside any run: about the tables' file for the verbs of the tables, else about
 // the folder.
-std::string Sentence(const RuntimeError& error, const Pedido& pedido) {
-  const bool tables = pedido.verbo == Verbo::kConstruirTabelas || pedido.verbo == Verbo::kVerificarTabelas;
-  if (!tables) return Remedy(error, pedido.pasta);
-  const std::string name = "\"" + Visible(pedido.arquivos.front()) + "\"";
+std::string Sentence(const RuntimeError& error, const Request& request) {
+  const bool tables = request.verb == Verb::kConstruirTabelas || request.verb == Verb::kVerificarTabelas;
+  if (!tables) return Remedy(error, request.pasta);
+  const std::string name = "\"" + Visible(request.arquivos.front()) + "\"";
   const std::string what =
       " (erro " + std::to_string(error.number()) + ": " + Visible(error.description()) + ")";
-  if (pedido.verbo == Verbo::kVerificarTabelas) {
+  if (request.verb == Verb::kVerificarTabelas) {
     return "não foi possível ler as tabelas de " + name + what +
            ". Confira o nome, ou construa-as com \"tremvik "
            "tabelas construir\".";
@@ -137,19 +141,20 @@ std::string Sentence(const RuntimeError& error, const Pedido& pedido) {
 
 }  // namespace
 
-Saida Execute(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err) {
+ExitStatus Execute(const Request& request, const Terminal& terminal, Output& out, Output& err) {
   std::error_code ignored;
-  if (std::filesystem::exists(pedido.pasta, ignored) &&
-      !std::filesystem::is_directory(pedido.pasta, ignored)) {
-    err.Write("tremvik: \"" + Visible(pedido.pasta) + "\" não é uma pasta. Escolha outra com --pasta.\n");
-    return Saida::kAmbiente;
+  if (std::filesystem::exists(request.pasta, ignored) &&
+      !std::filesystem::is_directory(request.pasta, ignored)) {
+    err.Write("tremvik: \"" + Visible(request.pasta) + "\" não é uma pasta. Escolha outra com --pasta.\n");
+    return ExitStatus::kEnvironment;
   }
   try {
-    return Dispatch(pedido, terminal, out, err);
+    return Dispatch(request, terminal, out, err);
   } catch (const RuntimeError& error) {
     out.Flush();
-    err.Write("tremvik: " + Sentence(error, pedido) + "\n");
-    return MeaningOf(error.number()) == Saida::kFalha ? Saida::kFalha : Saida::kAmbiente;
+    err.Write("tremvik: " + Sentence(error, request) + "\n");
+    return MeaningOf(error.number()) == ExitStatus::kFailure ? ExitStatus::kFailure
+                                                             : ExitStatus::kEnvironment;
   }
 }
 

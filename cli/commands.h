@@ -7,6 +7,6 @@
 namespace tremvik::cli {
 
 /// Does what the user asks for. Errors of the machine become a sentence on `err`; others are raised.
-[[nodiscard]] Saida Execute(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err);
+[[nodiscard]] ExitStatus Execute(const Request& request, const Terminal& terminal, Output& out, Output& err);
 
 }  // namespace tremvik::cli

@@ -83,7 +83,7 @@ void Console::Begin(std::string path, std::string_view hidden_title) {
 
 int Console::MsgBox(std::string_view text, int style, std::string_view title) {
   const bool question = (style & estilo::kSimNao) != 0;
-  const bool asks_user = question && options_.responder == Responder::kPerguntar && options_.interactive;
+  const bool asks_user = question && options_.responder == Answers::kAsk && options_.interactive;
   bar_.Clear();
   if (options_.show && (hidden_title_.empty() || title != hidden_title_)) {
     Show(text, style, title, out_);
@@ -107,8 +107,8 @@ int Console::Ask() {
     if (options_.show) out_.Write("Resposta: " + std::string(name) + " (" + std::string(reason) + ")\n");
     return answer;
   };
-  if (options_.responder == Responder::kSim) return given(resposta::kSim, "--responder sim");
-  if (options_.responder == Responder::kNao) return given(resposta::kNao, "--responder nao");
+  if (options_.responder == Answers::kYes) return given(resposta::kSim, "--responder sim");
+  if (options_.responder == Answers::kNo) return given(resposta::kNao, "--responder nao");
   if (options_.interactive) return AskUser(options_.show ? out_ : err_);
   err_.Write(
       "tremvik: não há terminal para perguntar, e a resposta foi Não; --responder sim responde Sim.\n");

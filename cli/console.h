@@ -15,10 +15,10 @@
 namespace tremvik::cli {
 
 /// How questions are answered.
-enum class Responder {
-  kPerguntar,  ///< on the terminal; without one the answer is No
-  kSim,
-  kNao
+enum class Answers {
+  kAsk,  ///< on the terminal; without one the answer is No
+  kYes,
+  kNo
 };
 
 /// A bar on standard error that shows how far a file was read. Does nothing where it is off.
@@ -52,7 +52,7 @@ class ProgressBar final : public Events {
 class Console final : public Screen, public Diagnostics {
  public:
   struct Options {
-    Responder responder = Responder::kPerguntar;
+    Answers responder = Answers::kAsk;
     bool interactive = false;  ///< there is a terminal and nobody else uses it
     bool show = true;          ///< messages go to `out`; without it only questions appear, on standard error
     bool framed = false;

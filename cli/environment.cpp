@@ -23,16 +23,16 @@ bool Names(const RuntimeError& error, std::string_view file) {
 
 }  // namespace
 
-Saida MeaningOf(int error) {
+ExitStatus MeaningOf(int error) {
   switch (error) {
     case erro::kEstouro:
     case erro::kTiposIncompativeis:
     case erro::kFimDoArquivo:
-      return Saida::kRecusado;
+      return ExitStatus::kRefused;
     case erro::kArgumentoInvalido:
-      return Saida::kFalha;
+      return ExitStatus::kFailure;
     default:
-      return Saida::kAmbiente;
+      return ExitStatus::kEnvironment;
   }
 }
 

@@ -9,16 +9,16 @@
 namespace tremvik::cli {
 
 /// Exit status of the program.
-enum class Saida {
-  kAceito = 0,
-  kRecusado = 1,
-  kAmbiente = 2,  ///< wrong use, or something on the machine is missing
-  kFalha = 3      ///< a defect of this program
+enum class ExitStatus {
+  kAccepted = 0,
+  kRefused = 1,
+  kEnvironment = 2,  ///< wrong use, or something on the machine is missing
+  kFailure = 3       ///< a defect of this program
 };
 
 /// What an error number means: the file's own content (too many records, a quantity that is no number), the
 /// machine, or a defect.
-[[nodiscard]] Saida MeaningOf(int error);
+[[nodiscard]] ExitStatus MeaningOf(int error);
 
 /// What is wrong with the input file before anything is read of it, with what to do; empty when nothing is.
 [[nodiscard]] std::string ProblemOfFile(const std::string& path);

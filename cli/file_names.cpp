@@ -3,44 +3,78 @@
 #include <unistd.h>
 
 #include <array>
-#include <string_view>
+#include <cerrno>
+#include <utility>
+
+#include "cli/interruption.h"
+#include "cli/terminal.h"
+#include "cli/text.h"
 
 namespace tremvik::cli {
+namespace {
+
+constexpr std::size_t kLongestName = 4096;  // as long as a path may be
+
+}  // namespace
 
 std::optional<std::string> FileNames::Next() {
-  for (;;) {
+  while (problem_.empty()) {
     if (reading_input_) {
       if (auto name = NextOfInput()) return name;
       reading_input_ = false;
+      if (!problem_.empty() || Interrupted()) return std::nullopt;
+      if (!named_)
+        problem_ = "a lista de nomes na entrada padrão está vazia. Confira o comando que a escreve.";
+    } else if (next_ == arguments_.size()) {
+      return std::nullopt;
+    } else if (std::string& argument = arguments_[next_++]; argument != "-") {
+      return std::move(argument);
+    } else {
+      reading_input_ = true;
     }
-    if (next_ == arguments_.size()) return std::nullopt;
-    std::string& argument = arguments_[next_++];
-    if (argument != "-") return std::move(argument);
-    reading_input_ = true;
   }
+  return std::nullopt;
 }
 
 std::optional<std::string> FileNames::NextOfInput() {
-  static constexpr std::string_view kEither("\0\n", 2);
   for (;;) {
-    const auto end = separator_known_ ? pending_.find(separator_) : pending_.find_first_of(kEither);
-    if (end == std::string::npos && Fill()) continue;
-    if (end == std::string::npos && pending_.empty()) return std::nullopt;
-    if (end != std::string::npos && !separator_known_) {
-      separator_ = pending_[end];
-      separator_known_ = true;
+    const auto end = pending_.find(separator_, searched_);
+    if (end == std::string::npos) {
+      searched_ = pending_.size();
+      if (searched_ <= kLongestName && Fill()) continue;
+      if (!problem_.empty() || pending_.empty() || Interrupted()) return std::nullopt;
     }
+    searched_ = 0;
     std::string name = pending_.substr(0, end);
     pending_.erase(0, end == std::string::npos ? end : end + 1);
     if (separator_ == '\n' && name.ends_with('\r')) name.pop_back();
-    if (!name.empty()) return name;
+    if (!name.empty()) return Checked(std::move(name));
   }
 }
 
-// More of standard input; false at its end.
+std::optional<std::string> FileNames::Checked(std::string name) {
+  named_ = true;
+  if (name.size() > kLongestName) {
+    problem_ = "um nome da lista na entrada padrão é longo demais para ser de um arquivo (mais de " +
+               Count(kLongestName, "byte", "bytes") + "). Confira o comando que a escreve.";
+  } else if (name.find('\0') != std::string::npos) {
+    problem_ = "os nomes na entrada padrão são separados por NUL. Diga isso com -0 (--nulo).";
+  }
+  return problem_.empty() ? std::optional(std::move(name)) : std::nullopt;
+}
+
+// More of standard input; false at its end, when it cannot be read and when the program is told to end.
 bool FileNames::Fill() {
   std::array<char, 4096> buffer{};
-  const ssize_t got = read(STDIN_FILENO, buffer.data(), buffer.size());
+  ssize_t got = -1;
+  do {
+    if (!WaitForInput(STDIN_FILENO)) return false;
+    got = read(STDIN_FILENO, buffer.data(), buffer.size());
+  } while (got < 0 && (errno == EINTR || errno == EAGAIN));
+  if (got < 0) {
+    problem_ = "a lista de nomes na entrada padrão não pode ser lida (" + SystemError(errno) +
+               "). Confira de onde ela vem.";
+  }
   if (got <= 0) return false;
   pending_.append(buffer.data(), static_cast<std::size_t>(got));
   return true;

@@ -37,7 +37,7 @@ Importer::Importer(const RunOptions& options, const Terminal& terminal, Output& 
       console_(ConsoleOptions(options, terminal), options.many ? messages_ : out, err, bar_),
       host_({.pasta = options.pasta, .modo = options.modo}, console_, bar_, console_) {}
 
-Saida Importer::Run(const std::string& path) {
+ExitStatus Importer::Run(const std::string& path) {
   console_.Begin(path, options_.many ? kSuccessTitle : "");
   if (!options_.json) {
     RunTrace trace;
@@ -49,7 +49,7 @@ Saida Importer::Run(const std::string& path) {
   JsonLines lines(out_, options_.many ? path : "");
   Verdict verdict = Validate(path, lines, true);
   Keep(path, verdict);
-  lines.Fim(verdict.saida != Saida::kAceito, verdict.linha, verdict.mensagem);
+  lines.Fim(verdict.saida != ExitStatus::kAccepted, verdict.linha, verdict.mensagem);
   if (!verdict.problema.empty()) err_.Write("tremvik: " + verdict.problema + "\n");
   return verdict.saida;
 }
@@ -71,10 +71,10 @@ Importer::Verdict Importer::Validate(const std::string& path, RunTrace& trace, b
   verdict.outcome = tremvik.outcome();
   switch (verdict.outcome.estado) {
     case Outcome::Estado::kAceito:
-      verdict.saida = Saida::kAceito;
+      verdict.saida = ExitStatus::kAccepted;
       return verdict;
     case Outcome::Estado::kRecusado:
-      verdict.saida = Saida::kRecusado;
+      verdict.saida = ExitStatus::kRefused;
       return verdict;
     case Outcome::Estado::kErro:
       break;
@@ -84,7 +84,7 @@ Importer::Verdict Importer::Validate(const std::string& path, RunTrace& trace, b
       return verdict;
   }
   verdict.saida = MeaningOf(verdict.outcome.numero);
-  if (verdict.saida == Saida::kRecusado) return verdict;
+  if (verdict.saida == ExitStatus::kRefused) return verdict;
   verdict.problema = ProblemOfFile(path);
   if (verdict.problema.empty()) {
     verdict.problema = Remedy({verdict.outcome.numero, verdict.outcome.descricao}, options_.pasta);
@@ -94,11 +94,12 @@ Importer::Verdict Importer::Validate(const std::string& path, RunTrace& trace, b
 
 // Into the store, when the run ended well; else the verdict becomes the store's error.
 void Importer::Keep(const std::string& path, Verdict& verdict) {
-  if (verdict.saida != Saida::kAceito) return;
+  if (verdict.saida != ExitStatus::kAccepted) return;
   try {
     host_.Consolidar(verdict.outcome, NameOf(path));
   } catch (const RuntimeError& error) {
-    verdict.saida = MeaningOf(error.number()) == Saida::kFalha ? Saida::kFalha : Saida::kAmbiente;
+    verdict.saida =
+        MeaningOf(error.number()) == ExitStatus::kFailure ? ExitStatus::kFailure : ExitStatus::kEnvironment;
     verdict.mensagem = std::to_string(error.number()) + " - " + error.description();
     verdict.problema = "as declarações não foram guardadas: " + Remedy(error, options_.pasta);
   }
@@ -108,7 +109,7 @@ void Importer::Summarize(const std::string& path, const Verdict& verdict) {
   const std::string counts =
       Count(static_cast<std::uint64_t>(verdict.declaracoes), "declaração", "declarações") + ", " +
       Count(static_cast<std::uint64_t>(verdict.registros), "registro", "registros");
-  const bool accepted = verdict.saida == Saida::kAceito;
+  const bool accepted = verdict.saida == ExitStatus::kAccepted;
   if (!verdict.problema.empty()) {
     out_.Flush();
     err_.Write("tremvik: " + verdict.problema + "\n");
@@ -116,7 +117,7 @@ void Importer::Summarize(const std::string& path, const Verdict& verdict) {
   }
   if (options_.many) {
     const std::string messages = messages_.Take();
-    const std::string refused = verdict.saida == Saida::kRecusado ? ": recusado\n" : ": não validado\n";
+    const std::string refused = verdict.saida == ExitStatus::kRefused ? ": recusado\n" : ": não validado\n";
     out_.Write(Visible(path) + (accepted ? ": aceito (" + counts + ")\n" : refused));
     out_.Write(messages.empty() ? messages : messages + "\n");
   } else if (!accepted) {

@@ -16,7 +16,7 @@ class RunTrace;
 struct RunOptions {
   Modo modo = Modo::kImportar;
   std::string pasta;
-  Responder responder = Responder::kPerguntar;
+  Answers responder = Answers::kAsk;
   bool json = false;
   bool many = false;  ///< one of several files: each is named, nothing is asked
 };
@@ -28,11 +28,11 @@ class Importer {
   Importer(const RunOptions& options, const Terminal& terminal, Output& out, Output& err);
 
   /// Runs the file at `path`. Raises nothing that the component or the host raise.
-  Saida Run(const std::string& path);
+  ExitStatus Run(const std::string& path);
 
  private:
   struct Verdict {
-    Saida saida = Saida::kFalha;
+    ExitStatus saida = ExitStatus::kFailure;
     Outcome outcome;
     int declaracoes = 0;
     int registros = 0;

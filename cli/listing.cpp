@@ -144,39 +144,40 @@ void WriteRecords(const std::vector<TabelaGuardada>& tabelas, const Terminal& te
   }
 }
 
-Saida ListOne(DeclarationStore& store, const Pedido& pedido, const Terminal& terminal, Output& out,
-              Output& err) {
-  const auto tabelas = store.Registros(pedido.ie, pedido.referencia);
+ExitStatus ListOne(DeclarationStore& store, const Request& request, const Terminal& terminal, Output& out,
+                   Output& err) {
+  const auto tabelas = store.Registros(request.ie, request.referencia);
   if (tabelas.empty()) {
-    err.Write("tremvik: a declaração de " + pedido.ie + " de " + MonthAndYear(pedido.referencia) +
-              " não está em \"" + Visible(pedido.pasta) + "\". Veja as que estão com: tremvik listar\n");
-    return Saida::kAmbiente;
+    err.Write("tremvik: a declaração de " + request.ie + " de " + MonthAndYear(request.referencia) +
+              " não está em \"" + Visible(request.pasta) + "\". Veja as que estão com: tremvik listar\n");
+    return ExitStatus::kEnvironment;
   }
-  if (pedido.json) {
+  if (request.json) {
     WriteRecordsAsJson(tabelas, out);
   } else {
     WriteRecords(tabelas, terminal, out);
   }
-  return Saida::kAceito;
+  return ExitStatus::kAccepted;
 }
 
 }  // namespace
 
-Saida List(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err) {
-  DeclarationStore store(pedido.pasta);
-  if (!pedido.referencia.empty()) return ListOne(store, pedido, terminal, out, err);
+ExitStatus List(const Request& request, const Terminal& terminal, Output& out, Output& err) {
+  DeclarationStore store(request.pasta);
+  if (!request.referencia.empty()) return ListOne(store, request, terminal, out, err);
 
   auto declaracoes = store.Listar();
-  if (!pedido.ie.empty()) std::erase_if(declaracoes, [&](const auto& one) { return one.ie != pedido.ie; });
-  if (pedido.json) {
+  if (!request.ie.empty()) std::erase_if(declaracoes, [&](const auto& one) { return one.ie != request.ie; });
+  if (request.json) {
     WriteDeclarationsAsJson(declaracoes, out);
   } else if (declaracoes.empty()) {
-    out.Write("Nenhuma declaração" + (pedido.ie.empty() ? "" : " de " + pedido.ie) + " está guardada em \"" +
-              Visible(pedido.pasta) + "\". Para guardar: tremvik importar ARQUIVO\n");
+    out.Write("Nenhuma declaração" + (request.ie.empty() ? "" : " de " + request.ie) +
+              " está guardada em \"" + Visible(request.pasta) +
+              "\". Para guardar: tremvik importar ARQUIVO\n");
   } else {
     WriteDeclarations(declaracoes, terminal, out);
   }
-  return Saida::kAceito;
+  return ExitStatus::kAccepted;
 }
 
 }  // namespace tremvik::cli

@@ -6,8 +6,8 @@
 
 namespace tremvik::cli {
 
-/// Writes the declarations of the store in `pedido.pasta`, those of one taxpayer, or one declaration's
+/// Writes the declarations of the store in `request.pasta`, those of one taxpayer, or one declaration's
 /// records. Raises the errors of the store.
-[[nodiscard]] Saida List(const Pedido& pedido, const Terminal& terminal, Output& out, Output& err);
+[[nodiscard]] ExitStatus List(const Request& request, const Terminal& terminal, Output& out, Output& err);
 
 }  // namespace tremvik::cli

@@ -3,34 +3,24 @@
 #include <algorithm>
 #include <array>
 #include <condition_variable>
-#include <csignal>
 #include <cstddef>
 #include <exception>
 #include <map>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
+#include "cli/interruption.h"
 #include "cli/text.h"
 
 namespace tremvik::cli {
 namespace {
 
-volatile std::sig_atomic_t g_told_to_end = 0;
-
-// The first Ctrl-C lets the files at work end, so that no temporary folder stays; the second ends at once.
-void EndOnSignal() {
-  struct sigaction action {};
-  action.sa_handler = [](int) { g_told_to_end = 1; };
-  action.sa_flags = static_cast<int>(SA_RESETHAND);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-    sigaction(signal, &action, nullptr);
-}
-
 // What one file has to say.
 struct Report {
-  Saida saida = Saida::kFalha;
+  ExitStatus saida = ExitStatus::kFailure;
   std::string out;
   std::string err;
 };
@@ -80,16 +70,16 @@ class Queue {
 
   [[nodiscard]] std::exception_ptr failure() const { return failure_; }
   [[nodiscard]] std::size_t Total() const { return written_; }
-  [[nodiscard]] std::size_t Of(Saida saida) const { return counts_[static_cast<std::size_t>(saida)]; }
-  [[nodiscard]] Saida Worst() const {
-    for (const Saida saida : {Saida::kFalha, Saida::kAmbiente, Saida::kRecusado}) {
+  [[nodiscard]] std::size_t Of(ExitStatus saida) const { return counts_[static_cast<std::size_t>(saida)]; }
+  [[nodiscard]] ExitStatus Worst() const {
+    for (const ExitStatus saida : {ExitStatus::kFailure, ExitStatus::kEnvironment, ExitStatus::kRefused}) {
       if (Of(saida) > 0) return saida;
     }
-    return Saida::kAceito;
+    return ExitStatus::kAccepted;
   }
 
  private:
-  [[nodiscard]] bool Ended() const { return failure_ || out_.failed() || g_told_to_end != 0; }
+  [[nodiscard]] bool Ended() const { return failure_ || out_.failed() || Interrupted(); }
 
   void Write(const Report& report) {
     ++counts_[static_cast<std::size_t>(report.saida)];
@@ -126,7 +116,7 @@ void RunJobs(Queue& queue, const RunOptions& options, const Terminal& terminal, 
     importer.emplace(options, terminal, out, err);
   }
   for (; job; job = queue.Take()) {
-    const Saida saida = importer->Run(job->path);
+    const ExitStatus saida = importer->Run(job->path);
     queue.Give(job->number, {saida, out.Take(), err.Take()});
   }
 }
@@ -141,31 +131,37 @@ void Work(Queue& queue, const RunOptions& options, const Terminal& terminal, std
 
 std::string Summary(const Queue& queue) {
   std::string summary = Count(queue.Total(), "arquivo", "arquivos") + ": " +
-                        Count(queue.Of(Saida::kAceito), "aceito", "aceitos") + ", " +
-                        Count(queue.Of(Saida::kRecusado), "recusado", "recusados");
-  const std::size_t unread = queue.Of(Saida::kAmbiente) + queue.Of(Saida::kFalha);
+                        Count(queue.Of(ExitStatus::kAccepted), "aceito", "aceitos") + ", " +
+                        Count(queue.Of(ExitStatus::kRefused), "recusado", "recusados");
+  const std::size_t unread = queue.Of(ExitStatus::kEnvironment) + queue.Of(ExitStatus::kFailure);
   if (unread > 0) summary += ", " + Count(unread, "não validado", "não validados");
   return summary + ".\n";
 }
 
 }  // namespace
 
-Saida ValidateMany(FileNames& names, const RunOptions& options, const Terminal& terminal, unsigned workers,
-                   Output& out, Output& err) {
-  EndOnSignal();
+ExitStatus ValidateMany(FileNames& names, const RunOptions& options, const Terminal& terminal,
+                        unsigned workers, Output& out, Output& err) {
+  WatchForInterruption();
   Queue queue(names, std::size_t{workers} * 16, out, err);
   std::mutex making;
-  std::vector<std::jthread> threads;
-  for (unsigned i = 1; i < workers; ++i)
-    threads.emplace_back([&] { Work(queue, options, terminal, making); });
-  Work(queue, options, terminal, making);
-  for (auto& thread : threads)
-    thread.join();
+  {
+    std::vector<std::jthread> threads;
+    try {
+      for (unsigned i = 1; i < workers; ++i)
+        threads.emplace_back([&] { Work(queue, options, terminal, making); });
+    } catch (const std::system_error&) {  // no more threads to be had: those that started do it
+    }
+    Work(queue, options, terminal, making);
+  }
   if (queue.failure()) std::rethrow_exception(queue.failure());
-  if (!options.json) out.Write(Summary(queue));
-  if (g_told_to_end == 0) return queue.Worst();
-  err.Write("tremvik: interrompido; os arquivos que faltavam não foram validados.\n");
-  return Saida::kAmbiente;
+  if (!options.json && queue.Total() > 0) out.Write(Summary(queue));
+  const std::string problem =
+      Interrupted() ? "interrompido; os arquivos que faltavam não foram validados." : names.problem();
+  if (problem.empty()) return queue.Worst();
+  out.Flush();
+  err.Write("tremvik: " + problem + "\n");
+  return std::max(queue.Worst(), ExitStatus::kEnvironment);
 }
 
 }  // namespace tremvik::cli

@@ -10,7 +10,7 @@ namespace tremvik::cli {
 /// Validates all files of `names` on `workers` threads, each with its own host, and writes what each has to
 /// say in the order of the names, then a summary line (not with `json`). The worst verdict is returned. Stops
 /// early when `out` fails or the program is told to end. Raises the errors of the embedded host.
-[[nodiscard]] Saida ValidateMany(FileNames& names, const RunOptions& options, const Terminal& terminal,
-                                 unsigned workers, Output& out, Output& err);
+[[nodiscard]] ExitStatus ValidateMany(FileNames& names, const RunOptions& options, const Terminal& terminal,
+                                      unsigned workers, Output& out, Output& err);
 
 }  // namespace tremvik::cli

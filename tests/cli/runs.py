@@ -2,7 +2,9 @@
 
 import hashlib
 import json
+import os
 import resource
+import signal
 import subprocess
 import unittest
 
@@ -113,11 +115,41 @@ class ManyFiles(Story):
         verdicts = [line for line in by_argument.out.splitlines() if line.startswith(str(SAMPLES))]
         self.assertEqual([line.split(": ")[0] for line in verdicts], names)
         self.assertEqual(verdicts[1], f"{names[1]}: aceito (6 declarações, 114 registros)")
-        for stdin in ("\n".join(names), "\r\n".join([*names, ""]), "\0".join(names), "\0".join([*names, ""])):
-            piped = self.run_piped("validar", "-", "--paralelo", "4", stdin=stdin.encode())
+        for stdin, options in (("\n".join(names), ()), ("\r\n".join([*names, ""]), ()), ("\0".join(names), ("-0",)),
+                               ("\0".join([*names, ""]), ("--nulo",))):
+            piped = self.run_piped("validar", "-", *options, "--paralelo", "4", stdin=stdin.encode())
             self.assertEqual((piped.status, piped.out), (1, by_argument.out))
-        none = self.run_piped("validar", "-")
-        self.assertEqual((none.status, none.out), (0, "0 arquivos: 0 aceitos, 0 recusados.\n"))
+        name = self.write("duas\nlinhas.txt", ACCEPTED.read_bytes())
+        self.assertEqual(self.run_piped("validar", "-", "-0", stdin=bytes(name) + b"\0").status, 0)
+
+    def test_a_list_of_names_that_is_none_is_said(self):
+        longest = "/" * 4096 + str(ACCEPTED)[-5:]
+        for stdin, sentence in (("", "está vazia"), ("\n\r\n", "está vazia"), (f"{ACCEPTED}\0{ACCEPTED}\0", "Diga isso com -0"),
+                                (longest, "longo demais")):
+            run = self.run_piped("validar", "-", stdin=stdin.encode())
+            self.assertEqual((run.status, run.out), (2, ""))
+            self.assertIn(sentence, run.err)
+        with open("/dev/zero", "rb") as endless:
+            folder = os.open(self.folder, os.O_RDONLY)
+            self.addCleanup(os.close, folder)
+            for stdin, sentence in ((endless, "longo demais"), (folder, "não pode ser lida (é uma pasta)")):
+                run = subprocess.run(self.command(["validar", "-"]), stdin=stdin, env=self.environment, timeout=20,
+                                     capture_output=True, check=False)
+                self.assertEqual((run.returncode, sentence in run.stderr.decode()), (2, True))
+        after_one = f"{ACCEPTED}\n{longest}\n"
+        run = self.run_piped("validar", "-", stdin=after_one.encode())
+        self.assertEqual((run.status, run.out.splitlines()[-1]), (2, "1 arquivo: 1 aceito, 0 recusados."))
+
+    def test_one_signal_ends_the_wait_for_names(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP) * 4:
+            with subprocess.Popen(self.command(["validar", "-", "--paralelo", "8"]), stdin=subprocess.PIPE,
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=self.environment) as process:
+                process.stdin.write(bytes(ACCEPTED) + b"\n")
+                process.stdin.flush()
+                self.assertIn(b"aceito", process.stdout.readline())
+                process.send_signal(number)
+                self.assertEqual(process.wait(timeout=20), 2)
+                self.assertIn("interrompido", process.stderr.read().decode())
 
     def test_the_worst_file_gives_the_status(self):
         run = self.run_piped("validar", ACCEPTED, "nada.txt", SAMPLES / "recusado-soma.txt")

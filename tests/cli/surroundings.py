@@ -1,7 +1,9 @@
 """Stories of wrong use, of a machine where something is missing, and of the reference tables."""
 
 import os
+import resource
 import shutil
+import subprocess
 import unittest
 
 from command import PROGRAM, SAMPLES, Story, main
@@ -10,11 +12,14 @@ ACCEPTED = SAMPLES / "aceito.txt"
 
 WRONG_USE = (
     ("", "Uso: tremvik VERBO"),
-    ("importr x", 'o verbo "importr" não existe'),
-    ("--json", 'a opção "--json" não existe'),
+    ("importr x", 'o verbo "importr" não existe (quis dizer "importar"?). Veja: tremvik --help'),
+    ("--json", "falta o verbo"),
+    ("--pata X importar a", 'a opção "--pata" não existe (quis dizer "--pasta"?)'),
+    ("--json exemplo", 'a opção "--json" não serve para exemplo'),
+    ("--pasta validar a", 'o verbo "a" não existe'),
     ("importar", "falta ARQUIVO"),
     ("importar a b", "só um ARQUIVO de cada vez"),
-    ("importar a --foo", 'a opção "--foo" não existe'),
+    ("importar a --foo", 'a opção "--foo" não existe. Veja: tremvik importar --help'),
     ("importar a --pasta", "--pasta pede um valor"),
     ("importar a --pasta=", "--pasta pede"),
     ("importar a --responder talvez", 'o valor é sim ou nao, e não "talvez"'),
@@ -26,7 +31,8 @@ WRONG_USE = (
     ("exemplo --declaracoes 9000 --registros 10", "registros"),
     ("exemplo x", 'o argumento "x" sobra'),
     ("tabelas", "construir ou verificar"),
-    ("tabelas x", 'o verbo "x" não existe'),
+    ("tabelas verifica x", '(quis dizer "verificar"?). Veja: tremvik tabelas --help'),
+    ("tabelas --dados nenhuma construir x", 'a pasta "nenhuma" não existe'),
 )
 
 
@@ -37,6 +43,11 @@ class CommandLine(Story):
                 run = self.run_piped(*line.split())
                 self.assertEqual((run.status, run.out), (2, ""))
                 self.assertIn(sentence, run.err)
+
+    def test_options_count_before_the_verb_as_behind_it(self):
+        self.assertEqual(self.run_piped("--pasta", "casa", "--json", "importar", ACCEPTED).of("fim")[0]["NroLinha"], 115)
+        self.assertTrue((self.home / "tremvik.db").exists())
+        self.assertEqual(len(self.run_piped("--pasta=nenhuma", "--json", "listar", "--pasta", "casa").objects()), 6)
 
     def test_every_verb_has_help_in_portuguese_with_examples(self):
         for verb in ("", "importar", "validar", "listar", "exemplo", "tabelas", "tabelas construir",
@@ -90,6 +101,26 @@ class Machine(Story):
         for command in (("importar", ACCEPTED), ("listar",)):
             self.expect_environment("as declarações guardadas", *command)
 
+    def test_closed_descriptors_and_limits_harm_nothing(self):
+        script = 'exec "$0" importar "$1" --pasta casa --json >&- <&- 2>&-'
+        self.assertEqual(subprocess.run(["sh", "-c", script, PROGRAM, ACCEPTED], cwd=self.folder, env=self.environment,
+                                        check=False).returncode, 0)
+        self.assertEqual(len(self.run_piped("listar", "--json").objects()), 6)
+
+        def no_large_files():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (20 << 10, 20 << 10))
+        for command in (("exemplo", "--saida", "x.txt"), ("importar", ACCEPTED, "--pasta", "outra")):
+            run = self.run_piped(*command, preexec_fn=no_large_files)
+            self.assertEqual((run.status, run.err[:9]), (2, "tremvik: "), run.err)
+
+        def no_threads():
+            resource.setrlimit(resource.RLIMIT_NPROC, (1, 1))
+            if os.geteuid() == 0:
+                os.setuid(65534)
+        self.folder.chmod(0o777)
+        run = self.run_piped("validar", *[ACCEPTED] * 9, "--paralelo", "9", "--pasta", "nova", preexec_fn=no_threads)
+        self.assertEqual((run.status, run.err), (0, ""))
+
     def test_a_result_that_cannot_be_written_is_no_success(self):
         with open("/dev/full", "wb") as full:
             self.expect_environment("disco cheio", "validar", ACCEPTED, "--json", stdout=full)
@@ -107,6 +138,8 @@ class Machine(Story):
         self.command = lambda arguments: [str(PROGRAM), *(str(argument) for argument in arguments)]
         self.assertEqual(self.run_piped("importar", ACCEPTED).status, 0)
         self.assertTrue((self.home / "tremvik.db").exists())
+        del self.environment["XDG_DATA_HOME"], self.environment["HOME"]
+        self.expect_environment("não há pasta de usuário (HOME)", "listar")
 
 
 class Tables(Story):

@@ -1,0 +1,15 @@
+// Signals that tell the program to end.
+#pragma once
+
+namespace tremvik::cli {
+
+/// From now on the first Ctrl-C (or SIGTERM, SIGHUP) only lets `Interrupted` say so, and the second ends the
+/// program at once. A signal that is ignored stays so.
+void WatchForInterruption();
+
+[[nodiscard]] bool Interrupted();
+
+/// Waits until `descriptor` has something to read, its end included; false when interrupted.
+[[nodiscard]] bool WaitForInput(int descriptor);
+
+}  // namespace tremvik::cli
