@@ -103,7 +103,7 @@ void ImportRun::PrepararBanco() {
   components_.banco().Preparar();
   state_.database_name = host_.application.GetSetting("Brunsel", "DB", "DbAtual", "");
   host_.files.Rename(pasta + "\\BDTemp.mdb", temporario);
-  state_.CaminhoBaseTemp = temporario;
+  host_.application.GuardarCaminhoBaseTemp(temporario);
   state_.idxBanco = components_.banco().Abrir(temporario);
 }
 
@@ -137,7 +137,7 @@ bool ImportRun::ConferirDeclaracoes() {
     arquivo_.Close();
     host_.screen.MsgBox("A importação foi concluída com sucesso!", estilo::kInformacao,
                         "Arquivo Pré-Formatado");
-    components_.banco().Encerrar(state_.CaminhoBaseTemp);
+    components_.banco().Encerrar(host_.application.CaminhoBaseTemp());
     return false;
   }
   host_.diagnostics.Inconsistencia(Where(state_.registros.RegistroMestre, Cr01::kQ05));
@@ -157,7 +157,7 @@ void ImportRun::TratarErroAtual() noexcept {
     state_.MensagemErro = std::to_string(error.number()) + " - " + error.description();
   });
   Tentar([this] { arquivo_.Close(); });
-  Tentar([this] { components_.banco().Encerrar(state_.CaminhoBaseTemp); });
+  Tentar([this] { components_.banco().Encerrar(host_.application.CaminhoBaseTemp()); });
   state_.bolRetMonitora = true;
   Tentar([this] { reports_.ErroSair(); });
 }

@@ -18,7 +18,7 @@ void Reports::ErroSair() {
       std::string(kContato) + state_.MensagemErro + "\r\nLinha nº " + std::to_string(state_.NumeroLinha);
   host_.screen.MsgBox(texto, state_.EstiloMensagem, state_.TituloMensagem);
   host_.events.Fechar();
-  components_.banco().Encerrar(state_.CaminhoBaseTemp);
+  components_.banco().Encerrar(host_.application.CaminhoBaseTemp());
 }
 
 void Reports::Relatar(const Refusal& refusal) {

@@ -28,7 +28,6 @@ struct RunState {
 
   std::int16_t QuantidadeDeclaracoes = 0;  ///< Q05 of the master record
   std::int16_t DeclaracoesLidas = 0;       ///< headers read; never set back
-  std::string CaminhoBaseTemp;             ///< path of the temporary database
 
   Registros registros;
   EstadoCabecalhos cabecalhos;

@@ -37,7 +37,7 @@ class Tremvik::Run {
   Host host;
   RunState state;
   bool busy = false;
-  Components components{host.components, state.CaminhoBaseTemp};
+  Components components{host.components, host.application};
   Reports reports{host, state, components};
   ImportRun import{host, state, components, reports};
 };

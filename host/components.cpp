@@ -12,7 +12,7 @@ BancoTemporario& Components::banco() {
 ConsultaDeclaracoes& Components::consulta() {
   if (!consulta_) {
     auto made = factory_.CriarConsultaDeclaracoes();
-    made->CaminhoBase(caminho_);
+    made->CaminhoBase(application_.CaminhoBaseTemp());
     consulta_ = std::move(made);
   }
   return *consulta_;
@@ -27,7 +27,7 @@ Gravador& Components::gravador(Kind registro) {
   auto& kept = gravadores_[registro];
   if (!kept) {
     auto made = factory_.CriarGravador(registro);
-    made->CaminhoBase(caminho_);
+    made->CaminhoBase(application_.CaminhoBaseTemp());
     kept = std::move(made);
   }
   return *kept;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/application.h"
 #include "host/record_kind.h"
 
 namespace tremvik {
@@ -64,9 +65,9 @@ struct ComponentFactory {
 /// wants one, and kept.
 class Components {
  public:
-  /// `caminho_base_temp` is read at each making, so it must outlive this object.
-  Components(ComponentFactory& factory, const std::string& caminho_base_temp)
-      : factory_(factory), caminho_(caminho_base_temp) {}
+  /// `application` holds the temporary database's path; both must outlive this object.
+  Components(ComponentFactory& factory, Application& application)
+      : factory_(factory), application_(application) {}
 
   [[nodiscard]] BancoTemporario& banco();
   [[nodiscard]] ConsultaDeclaracoes& consulta();
@@ -75,7 +76,7 @@ class Components {
 
  private:
   ComponentFactory& factory_;
-  const std::string& caminho_;
+  Application& application_;
   std::unique_ptr<BancoTemporario> banco_;
   std::unique_ptr<ConsultaDeclaracoes> consulta_;
   std::unique_ptr<ValidadorDocumentos> documentos_;

@@ -31,6 +31,9 @@ struct DesktopApplication final : Application {
   std::string AppPath() override;
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view fallback) override;
+  std::string CaminhoBaseTemp() override { return caminho_base_temp; }
+  void GuardarCaminhoBaseTemp(std::string_view caminho) override { caminho_base_temp = caminho; }
+  std::string caminho_base_temp;
 };
 
 /// Tells a debugger where a fault really is; nobody else sees it.

@@ -26,10 +26,13 @@ class LocalApplication final : public Application {
   /// A file that is missing, cannot be read, is no regular file or has more than 1 MiB holds no settings.
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view fallback) override;
+  std::string CaminhoBaseTemp() override { return caminho_base_temp_; }
+  void GuardarCaminhoBaseTemp(std::string_view caminho) override { caminho_base_temp_ = caminho; }
 
  private:
   const ComponentFolder& folder_;
   std::string config_home_;
+  std::string caminho_base_temp_;
 };
 
 }  // namespace tremvik

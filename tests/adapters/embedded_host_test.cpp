@@ -62,7 +62,7 @@ class HostRun {
   int line_ = 1;
   std::string path_;
   Host host_ = embedded_.host();
-  Components components_{host_.components, path_};
+  Components components_{host_.components, host_.application};
 };
 
 class EmbeddedHostTest : public testing::Test {

@@ -28,10 +28,9 @@ class Declaration : Prompter {
 
   MemoryHost host_;
   std::int16_t line_ = 0;
-  std::string path_;
   BlockReader reader_{host_, line_};
   TabelasFixas tables_{host_, host_};
-  Components components_{host_, path_};
+  Components components_{host_, host_};
   EstadoCabecalhos headers_;
   Pass pass_{reader_, records, state, tables_, components_, *this};
 };
@@ -86,6 +85,15 @@ TEST(State, ASecondRunOfAnInstance) {
   later.Import(FileBuilder("05").With("05.Ref", "201204").Bytes());
   EXPECT_EQ(later.host.boxes.back().text, "Tabela 01, CR=01, Campo - Q05\r\nInconsistente, Posição 27");
   EXPECT_TRUE(later.tremvik.bolRetMonitora());
+}
+
+// The temporary database's path is the host's: a new instance closes the one of the run before it.
+TEST(State, TheTemporaryDatabaseOfTheRunBefore) {
+  Instance first;
+  first.Import(FileBuilder("05").Bytes());
+  Tremvik second(first.host.host());
+  second.ErroSair();
+  EXPECT_EQ(first.host.log.back(), "Encerrar C:\\App\\BDTempPrf.fix");
 }
 
 // The buffers live as long as the instance too: what a short read leaves is the run's before.

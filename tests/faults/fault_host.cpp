@@ -131,6 +131,8 @@ struct FaultHost::Faulty final : Screen, Events, Diagnostics, Files, Application
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key, std::string_view fallback) override {
     return Call(erro::kArgumentoInvalido).application.GetSetting(application, section, key, fallback);
   }
+  std::string CaminhoBaseTemp() override { return behind.application.CaminhoBaseTemp(); }
+  void GuardarCaminhoBaseTemp(std::string_view caminho) override { behind.application.GuardarCaminhoBaseTemp(caminho); }
   Database& OpenDatabase(std::string_view path) override {
     return database.Wrap(Call(erro::kBancoNaoEncontrado).engine.OpenDatabase(path));
   }

@@ -94,6 +94,8 @@ class MemoryHost : public Screen,
   void Close(int number) override;
   std::string AppPath() override { return folder_; }
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key, std::string_view fallback) override;
+  std::string CaminhoBaseTemp() override { return caminho_base_temp_; }
+  void GuardarCaminhoBaseTemp(std::string_view caminho) override { caminho_base_temp_ = caminho; }
   Database& OpenDatabase(std::string_view path) override;
   std::unique_ptr<BancoTemporario> CriarBancoTemporario() override;
   std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override;
@@ -119,7 +121,7 @@ class MemoryHost : public Screen,
     (line.append(pieces), ...);
   }
 
-  std::string folder_;
+  std::string folder_, caminho_base_temp_;
   std::map<std::string, Failure, std::less<>> failures_;
   std::map<int, std::string_view> open_;  // what is left to read, by number
   int openings_ = 0;
