@@ -6,22 +6,30 @@
 #include <string_view>
 #include <utility>
 
+#include "checks/rule_code.h"
 #include "host/diagnostics.h"
 #include "host/record_kind.h"
 #include "layout/record.h"
 
 namespace tremvik {
 
-/// A fault as the user reads it and, apart from the words, where it really is. The place refers to the
-/// record's buffer, so it holds until the next read.
+/// A fault as the user reads it and, apart from the words, which rule found it and where it really is. The
+/// place refers to the record's buffer, so it holds until the next read.
 struct Refusal {
+  RuleCode regra;
   std::string first;
   std::string second;  ///< empty where the whole message is one text
   FaultLocation where;
-  bool answered = false;  ///< the user was asked and said No: not to be told again
+  std::string porque = {};  ///< the reason in figures; empty for none
+  bool answered = false;    ///< the user was asked and said No: not to be told again
 
   /// The texts as one message, joined by CR LF.
   [[nodiscard]] std::string Mensagem() const;
+  /// The same refusal with its reason.
+  [[nodiscard]] Refusal Porque(std::string figures) && {
+    porque = std::move(figures);
+    return std::move(*this);
+  }
 };
 
 /// An optional `Refusal`, true when a problem was found.
@@ -49,17 +57,17 @@ FaultLocation Where(const Record<R>& record, const Field<R>& field) {
   return {record.linha(), Codigo(R::kKind), field.name, field.position, field.width, record[field]};
 }
 
-/// A refusal of `field`, with the two texts as they stand.
+/// A refusal of `field` by rule `regra`, with the two texts as they stand.
 template <typename R>
-Refusal Refuse(const Record<R>& record, const Field<R>& field, std::string_view first,
+Refusal Refuse(RuleCode regra, const Record<R>& record, const Field<R>& field, std::string_view first,
                std::string_view second) {
-  return {std::string(first), std::string(second), Where(record, field)};
+  return {regra, std::string(first), std::string(second), Where(record, field)};
 }
 
-/// A refusal of `field` whose whole message is one text.
+/// A refusal of `field` by rule `regra` whose whole message is one text.
 template <typename R>
-Refusal Refuse(const Record<R>& record, const Field<R>& field, std::string_view text) {
-  return {std::string(text), {}, Where(record, field)};
+Refusal Refuse(RuleCode regra, const Record<R>& record, const Field<R>& field, std::string_view text) {
+  return {regra, std::string(text), {}, Where(record, field)};
 }
 
 }  // namespace tremvik

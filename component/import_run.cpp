@@ -63,17 +63,17 @@ std::optional<Outcome> ImportRun::ConferirTamanhos(std::string_view path) {
   try {
     state_.NumeroArquivoTexto = ToByte(host_.files.FreeFile());
     TextReader arquivo(host_.files, state_.NumeroArquivoTexto, path);
-    const std::optional<LengthFault> fault = ValidarTamanhos(arquivo);
+    const std::optional<FileFault> fault = ValidarTamanhos(arquivo);
     arquivo.Close();
     if (!fault) return std::nullopt;
     reports_.AvisarTamanho(*fault);
     return Outcome{Estado::kRecusado};
   } catch (...) {
     const RuntimeError error = CurrentRuntimeError();
-    reports_.AvisarTamanho({error.number() == erro::kFimDoArquivo
-                                ? "Arquivo vazio ou inválido!"
-                                : "Erro " + std::to_string(error.number()) + " -  " + error.description(),
-                            {}});
+    reports_.AvisarErroDeTamanho(error.number() == erro::kFimDoArquivo
+                                     ? "Arquivo vazio ou inválido!"
+                                     : "Erro " + std::to_string(error.number()) + " -  " +
+                                           error.description());
     return Outcome{Estado::kErro, error.number(), error.description()};
   }
 }
@@ -87,7 +87,8 @@ bool ImportRun::CompararTotais(std::string_view path) {
   const bool read_whole = found.achado == Achado::kConfere || found.achado == Achado::kDiverge;
   if (read_whole) arquivo.Close();
   if (found.achado == Achado::kCodigoDesconhecido) {
-    reports_.Relatar({found.mensagem, {}, found.places.front().Where()});
+    const FileFault& fault = found.faults.front();
+    reports_.Relatar({fault.regra, fault.mensagem, {}, fault.Where()});
   } else if (found.achado != Achado::kConfere) {
     reports_.AvisarTotais(found);
   }
@@ -140,9 +141,10 @@ bool ImportRun::ConferirDeclaracoes() {
     components_.banco().Encerrar(host_.application.CaminhoBaseTemp());
     return false;
   }
-  host_.diagnostics.Inconsistencia(Where(state_.registros.RegistroMestre, Cr01::kQ05));
-  host_.screen.MsgBox("Tabela 01, CR=01, Campo - Q05\r\nInconsistente, Posição 27", estilo::kInformacao,
-                      "Atenção");
+  reports_.AvisarDeclaracoes(Refuse("ARQ-18", state_.registros.RegistroMestre, Cr01::kQ05,
+                                    "Tabela 01, CR=01, Campo - Q05", "Inconsistente, Posição 27")
+                                 .Porque("informadas: " + std::to_string(state_.QuantidadeDeclaracoes) +
+                                         "; lidas: " + std::to_string(state_.DeclaracoesLidas)));
   arquivo_.Close();
   host_.screen.SetPointer(ponteiro::kPadrao);
   return true;

@@ -11,6 +11,15 @@ constexpr std::string_view kContato =
     "responsável pela geração do arquivo Pré-Formatado\r\n"
     "e informe a mensagem abaixo : \r\n\r\n";
 
+// A refusal as the host is told of it, valid as long as both arguments.
+FaultLocation Told(const Refusal& refusal, std::string_view mensagem) {
+  FaultLocation fault = refusal.where;
+  fault.regra = refusal.regra;
+  fault.mensagem = mensagem;
+  fault.porque = refusal.porque;
+  return fault;
+}
+
 }  // namespace
 
 void Reports::ErroSair() {
@@ -23,20 +32,35 @@ void Reports::ErroSair() {
 
 void Reports::Relatar(const Refusal& refusal) {
   state_.MensagemErro = refusal.Mensagem();
-  host_.diagnostics.Inconsistencia(refusal.where);
+  host_.diagnostics.Inconsistencia(Told(refusal, state_.MensagemErro));
   ErroSair();
 }
 
-void Reports::AvisarTamanho(const LengthFault& fault) {
+void Reports::AvisarTamanho(const FileFault& fault) {
   host_.screen.SetPointer(ponteiro::kSeta);
-  if (fault.place) host_.diagnostics.Inconsistencia(fault.place->Where());
+  if (fault.place.linha > 0) host_.diagnostics.Inconsistencia(fault.Where());
   host_.screen.MsgBox(fault.mensagem, estilo::kCritico, "Mensagem...");
 }
 
+void Reports::AvisarErroDeTamanho(std::string_view mensagem) {
+  host_.screen.SetPointer(ponteiro::kSeta);
+  host_.screen.MsgBox(mensagem, estilo::kCritico, "Mensagem...");
+}
+
 void Reports::AvisarTotais(const Reconciliation& found) {
-  for (const Place& place : found.places)
-    host_.diagnostics.Inconsistencia(place.Where());
-  host_.screen.MsgBox(found.mensagem, estilo::kCritico, "Atenção");
+  std::string texto;
+  for (const FileFault& fault : found.faults) {
+    host_.diagnostics.Inconsistencia(fault.Where());
+    texto += fault.mensagem;
+    if (found.achado == Reconciliation::Achado::kDiverge) texto += kCrLf;
+  }
+  host_.screen.MsgBox(texto, estilo::kCritico, "Atenção");
+}
+
+void Reports::AvisarDeclaracoes(const Refusal& refusal) {
+  const std::string mensagem = refusal.Mensagem();
+  host_.diagnostics.Inconsistencia(Told(refusal, mensagem));
+  host_.screen.MsgBox(mensagem, estilo::kInformacao, "Atenção");
 }
 
 void Reports::TerminarComRecusa(const Refusal& refusal, BlockReader& arquivo) {
@@ -46,8 +70,9 @@ void Reports::TerminarComRecusa(const Refusal& refusal, BlockReader& arquivo) {
 }
 
 Verdict Reports::Perguntar(Refusal question) {
-  state_.MensagemErro = std::string(kContato) + question.Mensagem() + "\r\nDeseja continuar Sim/Não ? ";
-  host_.diagnostics.Duvida(question.where);
+  const std::string mensagem = question.Mensagem();
+  state_.MensagemErro = std::string(kContato) + mensagem + "\r\nDeseja continuar Sim/Não ? ";
+  host_.diagnostics.Duvida(Told(question, mensagem));
   constexpr int kEstilo = estilo::kSimNao + estilo::kInformacao + estilo::kSegundoBotaoPadrao;
   if (host_.screen.MsgBox(state_.MensagemErro, kEstilo, "Atenção") != resposta::kNao) return Accepted;
   question.answered = true;

@@ -23,8 +23,14 @@ class Reports final : public Prompter {
   /// Keeps the refusal's texts as `MensagemErro`, tells its place and goes through `ErroSair`.
   void Relatar(const Refusal& refusal);
 
-  /// The box of the length pass, the pointer set to an arrow before it.
-  void AvisarTamanho(const LengthFault& fault);
+  /// The box of the length pass, the pointer set to an arrow and the place told before it.
+  void AvisarTamanho(const FileFault& fault);
+
+  /// The same for a run-time error of that pass, which has no place.
+  void AvisarErroDeTamanho(std::string_view mensagem);
+
+  /// The box about declarations that are more or fewer than announced.
+  void AvisarDeclaracoes(const Refusal& refusal);
 
   /// The box of the quantity reconciliation, its places told before it.
   void AvisarTotais(const Reconciliation& found);

@@ -76,7 +76,7 @@ Outcome Lengths(Host& host) {
     if (!fault) return outcome;
     outcome.end = Outcome::End::kRefused;
     host.log.push_back(fault->mensagem);
-    if (fault->place) host.Inconsistencia(fault->place->Where());
+    if (fault->place.linha > 0) host.Inconsistencia(fault->Where());
   } catch (const RuntimeError& error) {
     Expect(error.number() == erro::kEstouro, "only too many records raise");
     outcome.end = Outcome::End::kOverflow;

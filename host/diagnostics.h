@@ -4,7 +4,7 @@
 
 namespace tremvik {
 
-/// Where a fault really is, apart from what the message's words say.
+/// A fault: the rule that found it, and where it really is, apart from what the message's words say.
 struct FaultLocation {
   int linha = 0;              ///< record number in the file, from 1
   std::string_view registro;  ///< record code, "05"; empty when the code itself is unknown
@@ -14,6 +14,9 @@ struct FaultLocation {
   int largura = 0;  ///< width of the field, or how many characters are missing or too many
   /// The field's bytes as they stand in the file (Windows-1252); empty for "Tamanho".
   std::string_view valor;
+  std::string_view regra = {};     ///< the rule's code, "CR07-03"
+  std::string_view mensagem = {};  ///< what the rule says, lines parted by CR LF
+  std::string_view porque = {};    ///< the reason in figures; empty for none
 };
 
 /// Receives the true place of a fault right before the user is told of it.

@@ -1,5 +1,7 @@
 #include "passes/reconciliation.h"
 
+#include <array>
+#include <string>
 #include <string_view>
 
 #include "layout/kinds.h"
@@ -11,6 +13,16 @@ namespace tremvik {
 namespace {
 
 using Achado = Reconciliation::Achado;
+
+// The rules that compare the counts, one for each stored kind.
+constexpr std::array<RuleCode, kStoredKinds.size()> kRegras{"ARQ-06", "ARQ-07", "ARQ-08", "ARQ-09",
+                                                            "ARQ-10", "ARQ-11", "ARQ-12", "ARQ-13",
+                                                            "ARQ-14", "ARQ-15", "ARQ-16", "ARQ-17"};
+
+std::string Comparados(double declarados, double contados) {
+  const auto number = [](double count) { return std::to_string(static_cast<long>(count)); };
+  return "informados: " + number(declarados) + "; encontrados: " + number(contados);
+}
 
 // One record read as text: its number in the file and what a short file leaves of it.
 struct Linha {
@@ -35,6 +47,7 @@ struct Totais {
   bool marcado = false;
   Place ultimo;
   Place divergente;
+  std::string porque;
 
   void Declarar(const Linha& linha, const FieldInfo& quantidade) {
     declarados += Val(linha.Texto(quantidade));
@@ -48,6 +61,7 @@ struct Totais {
     if (contados != declarados && !marcado) {
       marcado = true;
       divergente = ultimo;
+      porque = Comparados(declarados, contados);
     }
     contados = 0;
     declarados = 0;
@@ -96,19 +110,22 @@ void Contagem::Contar(const Linha& linha) {
 void Contagem::ReconciliarTudo() {
   for (const Kind kind : kStoredKinds)
     totais_[kind].Reconciliar();
-  totais_[Kind::kCr31].marcado = exportacoes_.contados != exportacoes_.declarados;
+  Totais& exportacoes = totais_[Kind::kCr31];
+  exportacoes.marcado = exportacoes_.contados != exportacoes_.declarados;
+  exportacoes.porque = "no arquivo inteiro, " + Comparados(exportacoes_.declarados, exportacoes_.contados);
 }
 
 Reconciliation Contagem::Divergencias() const {
   Reconciliation found;
-  for (const Kind kind : kStoredKinds) {
-    if (!totais_[kind].marcado) continue;
+  for (std::size_t i = 0; i < kStoredKinds.size(); ++i) {
+    const Totais& totais = totais_[kStoredKinds[i]];
+    if (!totais.marcado) continue;
     found.achado = Achado::kDiverge;
-    found.places.push_back(totais_[kind].divergente);
-    found.mensagem.append("Quantidade de registros CR=")
-        .append(Codigo(kind))
-        .append(" informado diverge do apurado.")
-        .append(kCrLf);
+    found.faults.push_back({kRegras[i],
+                            std::string("Quantidade de registros CR=")
+                                .append(Codigo(kStoredKinds[i]))
+                                .append(" informado diverge do apurado."),
+                            totais.divergente, totais.porque});
   }
   return found;
 }
@@ -142,12 +159,14 @@ Reconciliation CompararTotais(TextReader& arquivo, std::int16_t& NumeroLinha) {
     linha.kind = KindOfNumber(IntVal(codigo));
     if (linha.kind == nullptr) {
       return {Achado::kCodigoDesconhecido,
-              "CR = " + Utf8(codigo) + " Inconsistente, Posição 1",
-              {{linha.numero, "", {"CR", 1, 2}, codigo}}};
+              {{"ARQ-05",
+                "CR = " + Utf8(codigo) + " Inconsistente, Posição 1",
+                {linha.numero, "", {"CR", 1, 2}, codigo}}}};
     }
     contagem.Contar(linha);
     if (contagem.mestres() > 1) {
-      return {Achado::kSegundoMestre, "Informado mais de um Registro mestre CR=01", {linha.WhereCode()}};
+      return {Achado::kSegundoMestre,
+              {{"ARQ-04", "Informado mais de um Registro mestre CR=01", linha.WhereCode()}}};
     }
   }
   contagem.ReconciliarTudo();

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "input/text_reader.h"
-#include "passes/place.h"
+#include "passes/file_fault.h"
 
 namespace tremvik {
 
@@ -13,14 +12,13 @@ namespace tremvik {
 struct Reconciliation {
   enum class Achado : std::uint8_t {
     kConfere,
-    kDiverge,            ///< counts differ: one line of the message and one place for each kind
+    kDiverge,            ///< counts differ: one fault for each kind
     kSegundoMestre,      ///< found on the way, the rest not read
     kCodigoDesconhecido  ///< likewise
   };
 
   Achado achado = Achado::kConfere;
-  std::string mensagem;
-  std::vector<Place> places;
+  std::vector<FileFault> faults;
 };
 
 /// Counts the records of every kind in `arquivo`, read from its beginning, and compares the counts with the

@@ -10,13 +10,14 @@ using C = Cr28;
 
 Verdict ValidarCamposCR28(const Record<Cr28>& r) {
   if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 28) {
-    return Refuse(r, C::kCr, "Tabela 19, CR=28, Campo - CR", "Inconsistentes, Posição 1");
+    return Refuse("CR28-05", r, C::kCr, "Tabela 19, CR=28, Campo - CR", "Inconsistentes, Posição 1");
   }
   if (r[C::kSeparadores] != kCrLf) {
-    return Refuse(r, C::kSeparadores, "Tabela 19, CR=28, Campo - Separadores", "Inconsistente, Posição 29");
+    return Refuse("CR28-06", r, C::kSeparadores, "Tabela 19, CR=28, Campo - Separadores",
+                  "Inconsistente, Posição 29");
   }
   if (LefRigNumChr(r[C::kValor])) {
-    return Refuse(r, C::kValor, "Tabela 19, CR=28, Campo - Valor", "Inconsistente, Posição 15");
+    return Refuse("CR28-07", r, C::kValor, "Tabela 19, CR=28, Campo - Valor", "Inconsistente, Posição 15");
   }
   return Accepted;
 }
@@ -40,17 +41,18 @@ Verdict ValidarCR28(Pass& pass, EstadoOcorrencia& ocorrencia) {
   for (int i = 0; i < ocorrencia.QtdePendenteCR28; ++i) {
     pass.arquivo.Next(r);
     if (r[C::kSeparadores] != kCrLf) {
-      return Refuse(r, C::kSeparadores, "Tabela 18, CR=28 Campo - Separadores", "inconsistente, Posição 29");
+      return Refuse("CR28-01", r, C::kSeparadores, "Tabela 18, CR=28 Campo - Separadores",
+                    "inconsistente, Posição 29");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse(pai, Cr20::kQ28, "Tabela 6, CR=20 Campo - Q28", "inconsistente, Posição 436");
+      return Refuse("CR28-02", pai, Cr20::kQ28, "Tabela 6, CR=20 Campo - Q28", "inconsistente, Posição 436");
     }
     if (anterior.view() >= r[C::kCodAutorizacao]) {
-      return Refuse(r, C::kCodAutorizacao, "Tabela 19, CR=29 Campo - CodAutorizacao",
+      return Refuse("CR28-03", r, C::kCodAutorizacao, "Tabela 19, CR=29 Campo - CodAutorizacao",
                     "inconsistente, Posição 3");
     }
     if (CodCredAcumuladoRejeitado(r[C::kCodAutorizacao], r[C::kValor], pai[Cr20::kCodSubItem], ie)) {
-      return Refuse(r, C::kCodAutorizacao, "Tabela 18, CR=28 Campo - CodAutorizacao",
+      return Refuse("CR28-04", r, C::kCodAutorizacao, "Tabela 18, CR=28 Campo - CodAutorizacao",
                     "inconsistente, Posição 3");
     }
     anterior = r[C::kCodAutorizacao];

@@ -20,18 +20,20 @@ constexpr std::array kAtividades{5131400, 5146201, 5241804, 5524701};
 // Sequence and structure of one detail just read; the separators are told with an older column here.
 Verdict ValidarLeitura(Pass& pass, const Record<Cr10>& r, int& CFOPAnteriorCR10) {
   if (r[C::kSeparadores] != kCrLf) {
-    return Refuse(r, C::kSeparadores, "Tabela 3, CR=10 Campo - Separadores", "inconsistente, Posição 118");
+    return Refuse("CR10-01", r, C::kSeparadores, "Tabela 3, CR=10 Campo - Separadores",
+                  "inconsistente, Posição 118");
   }
   if (pass.arquivo.EndOfFile()) {
-    return Refuse(pass.registros.RegistroDeclaracao, Cr05::kQ10, "Tabela 2, CR=05 Campo - Q10",
+    return Refuse("CR10-02", pass.registros.RegistroDeclaracao, Cr05::kQ10, "Tabela 2, CR=05 Campo - Q10",
                   "inconsistente, Posição 114");
   }
   pass.declaracao.TextoLinha = std::to_string(pass.arquivo.NumeroLinha());
   if (LefRigNumChr(r[C::kCFOP])) {
-    return Refuse(r, C::kCFOP, "Tabela 3, CR=10 Campo - CFOP", "Inconsistente, posição 3");
+    return Refuse("CR10-03", r, C::kCFOP, "Tabela 3, CR=10 Campo - CFOP", "Inconsistente, posição 3");
   }
   if (IntVal(r[C::kCFOP]) <= CFOPAnteriorCR10) {
-    return Refuse(r, C::kCFOP, "Tabela 3, CR=10 Campo - CFOP", "duplicado ou fora de seqüência, posição 3");
+    return Refuse("CR10-04", r, C::kCFOP, "Tabela 3, CR=10 Campo - CFOP",
+                  "duplicado ou fora de seqüência, posição 3");
   }
   CFOPAnteriorCR10 = IntVal(r[C::kCFOP]);
   return Accepted;

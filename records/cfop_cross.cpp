@@ -19,10 +19,12 @@ using C = Cr10;
 Verdict ValidarCfopComQ14(const Record<Cr10>& r, const Cfop& cfop) {
   const bool interestadual = cfop.l1 == 2 || cfop.l1 == 6;
   if (interestadual && Val(r[C::kQ14]) == 0) {
-    return Refuse(r, C::kQ14, "Tabela 3, CR=10, Campo - CFOP_x_Q14", "Inválido, Posição 3_x_114 (A)");
+    return Refuse("CR10-32", r, C::kQ14, "Tabela 3, CR=10, Campo - CFOP_x_Q14",
+                  "Inválido, Posição 3_x_114 (A)");
   }
   if (!interestadual && Val(r[C::kQ14]) != 0) {
-    return Refuse(r, C::kQ14, "Tabela 03, CR=10, Campo - CFOP_x_Q14", "Inconsistente, Posição 3_x_114 (B)");
+    return Refuse("CR10-33", r, C::kQ14, "Tabela 03, CR=10, Campo - CFOP_x_Q14",
+                  "Inconsistente, Posição 3_x_114 (B)");
   }
   return Accepted;
 }
@@ -33,18 +35,19 @@ Verdict ValidarImposto(const Pass& pass, const Record<Cr10>& r) {
   if (base <= 0) return Accepted;
   const double imposto = Val(r[C::kImposto]);
   if (imposto == 0) {
-    return Refuse(r, C::kImposto, "Tabela 03, CR=10, Campo - Imposto", "Inconsistente, Posição 39.");
+    return Refuse("CR10-34", r, C::kImposto, "Tabela 03, CR=10, Campo - Imposto",
+                  "Inconsistente, Posição 39.");
   }
-  const auto perguntar = [&] {
+  const auto perguntar = [&](RuleCode regra) {
     return pass.prompter.Perguntar(
-        Refuse(r, C::kImposto, "Tabela 03, CR=10, Campo - Imposto",
+        Refuse(regra, r, C::kImposto, "Tabela 03, CR=10, Campo - Imposto",
                "Inconsistente, Posição 39, Linha nº " + pass.declaracao.TextoLinha));
   };
   if (Val(SemZeros(imposto)) == 0) {
-    if (auto refused = perguntar()) return refused;
+    if (auto refused = perguntar("CR10-35")) return refused;
   }
   if (r[C::kImposto] > QuinzeDigitos(base * 0.25).view()) {
-    if (auto refused = perguntar()) return refused;
+    if (auto refused = perguntar("CR10-36")) return refused;
   }
   return Accepted;
 }
@@ -52,6 +55,7 @@ Verdict ValidarImposto(const Pass& pass, const Record<Cr10>& r) {
 // CFOPs created later than a period. The second row of 200805 compares the code with 6.36, which no code
 // equals.
 struct CriadoEm {
+  RuleCode regra;
   int ref;
   std::span<const double> codigos;
 };
@@ -61,9 +65,10 @@ constexpr std::array kDe201007{1934.0, 2934.0, 5934.0, 6934.0};
 constexpr std::array kDe201101{1128.0, 2128.0, 3128.0};
 constexpr std::array kDe200805{6360.0};
 constexpr std::array kDe200805Fracao{6.36};
-constexpr std::array kCriados{CriadoEm{200607, kDe200607}, CriadoEm{200907, kDe200907},
-                              CriadoEm{201007, kDe201007}, CriadoEm{201101, kDe201101},
-                              CriadoEm{200805, kDe200805}, CriadoEm{200805, kDe200805Fracao}};
+constexpr std::array kCriados{
+    CriadoEm{"CR10-37", 200607, kDe200607}, CriadoEm{"CR10-38", 200907, kDe200907},
+    CriadoEm{"CR10-39", 201007, kDe201007}, CriadoEm{"CR10-40", 201101, kDe201101},
+    CriadoEm{"CR10-41", 200805, kDe200805}, CriadoEm{"CR10-42", 200805, kDe200805Fracao}};
 
 Verdict ValidarCfopComReferencia(const Record<Cr10>& r, const Cfop& cfop) {
   constexpr std::array kSem2003{5109, 5110};
@@ -72,22 +77,24 @@ Verdict ValidarCfopComReferencia(const Record<Cr10>& r, const Cfop& cfop) {
   for (const CriadoEm& criado : kCriados) {
     if (cfop.ref < criado.ref &&
         std::ranges::find(criado.codigos, static_cast<double>(cfop.l4)) != criado.codigos.end()) {
-      return Refuse(r, C::kCFOP, "Tabela 03, CR=10, Campo - CFOP_x_Referencia", "Inconsistente ");
+      return Refuse(criado.regra, r, C::kCFOP, "Tabela 03, CR=10, Campo - CFOP_x_Referencia",
+                    "Inconsistente ");
     }
   }
   if (cfop.ref > 200212 && In(kSem2003, cfop.l4)) {
     return Refuse(
-        r, C::kCFOP,
+        "CR10-43", r, C::kCFOP,
         ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 - CFOP = ", cfop));
   }
-  if (cfop.ref < 200801 && In(kDe200801, cfop.l4)) return ForaDaTabela(r, cfop);
-  if (cfop.ref <= 200412 && In(kDe200501, cfop.l4)) return ForaDaTabela(r, cfop);
+  if (cfop.ref < 200801 && In(kDe200801, cfop.l4)) return ForaDaTabela("CR10-44", r, cfop);
+  if (cfop.ref <= 200412 && In(kDe200501, cfop.l4)) return ForaDaTabela("CR10-45", r, cfop);
   return Accepted;
 }
 
 // The CFOPs for which the withheld-tax fields may be filled, by period: three characters of the code up to
 // 200212, four after. The last band begins at 200805 itself, although its text says otherwise.
 struct FaixaRetido {
+  RuleCode regra;
   Range ref;
   int Cfop::*caracteres;
   std::span<const Range> cfops;
@@ -104,23 +111,28 @@ constexpr auto kRetidoDe2004 = Joined(
 constexpr auto kRetidoDe2008 = Joined(kRetidoDe2004, std::array{Range{1360, 1360}, Range{5360, 5360}});
 constexpr auto kRetidoDe200805 = Joined(kRetidoDe2008, std::array{Range{6360, 6360}});
 constexpr std::array kFaixasRetido{
-    FaixaRetido{{0, 200300},
+    FaixaRetido{"CR10-47",
+                {0, 200300},
                 &Cfop::l3,
                 kRetidoAte2002,
                 "Inconsistente, Posição 3_x_99_x_114 (ImpRetSubstituido: Ref <= 200212)"},
-    FaixaRetido{{200301, 200312},
+    FaixaRetido{"CR10-48",
+                {200301, 200312},
                 &Cfop::l4,
                 kRetidoDe2003,
                 "Inconsistente, Posição 3_x_99_x_114 (ImpRetSubstituido: Ref > 200212)"},
-    FaixaRetido{{200401, 200712},
+    FaixaRetido{"CR10-49",
+                {200401, 200712},
                 &Cfop::l4,
                 kRetidoDe2004,
                 "Inconsistente, Posição 3_x_99_x_114 (ImpRetSubstituido: Ref > 200312 e Ref <= 200712)"},
-    FaixaRetido{{200801, 200804},
+    FaixaRetido{"CR10-50",
+                {200801, 200804},
                 &Cfop::l4,
                 kRetidoDe2008,
                 "Inconsistente, Posição 3_x_99_x_114 (ImpRetSubstituido: Ref > 200712)"},
-    FaixaRetido{{200805, kSemFim},
+    FaixaRetido{"CR10-51",
+                {200805, kSemFim},
                 &Cfop::l4,
                 kRetidoDe200805,
                 "Inconsistente, Posição 3_x_99_x_114 (ImpRetSubstituido: Ref > 200805)"},
@@ -131,13 +143,13 @@ Verdict ValidarImpostoRetido(const Record<Cr10>& r, const Cfop& cfop) {
   const double retido = Val(r[C::kImpRetSubstitutoST]) + Val(r[C::kImpRetSubstituido]);
   const auto& campo = Val(r[C::kImpRetSubstitutoST]) != 0 ? C::kImpRetSubstitutoST : C::kImpRetSubstituido;
   if (cfop.ref < 200201 && retido > 0) {
-    return Refuse(r, campo, "Tabela 03, CR=10, Campo - ImpRetSubstitutoST_x_ImpRetSubstituÍdo",
+    return Refuse("CR10-46", r, campo, "Tabela 03, CR=10, Campo - ImpRetSubstitutoST_x_ImpRetSubstituÍdo",
                   "Inconsistente, Posição 99_x_114");
   }
   for (const FaixaRetido& faixa : kFaixasRetido) {
     if (!faixa.ref.Holds(cfop.ref) || In(faixa.cfops, cfop.*faixa.caracteres) || retido == 0) continue;
-    return Refuse(r, campo, "Tabela 03, CR=10, Campo - CFOP_x_ImpRetSubstitutoST_x_ImpRetSubstituÍdo",
-                  faixa.segundo);
+    return Refuse(faixa.regra, r, campo,
+                  "Tabela 03, CR=10, Campo - CFOP_x_ImpRetSubstitutoST_x_ImpRetSubstituÍdo", faixa.segundo);
   }
   return Accepted;
 }
@@ -145,6 +157,7 @@ Verdict ValidarImpostoRetido(const Record<Cr10>& r, const Cfop& cfop) {
 // Operations that need DIPAM values in the declaration. The transport rows name another table and record than
 // the rest.
 struct RelacaoDipam {
+  RuleCode regra;
   Range ref;
   int Cfop::*caracteres;
   std::span<const Range> cfops;
@@ -154,20 +167,23 @@ struct RelacaoDipam {
 constexpr Range kDe2001Ate2002{200101, 200212};
 constexpr Range kDesde2003{200301, kSemFim};
 constexpr std::array kRelacoesDipam{
-    RelacaoDipam{kDe2001Ate2002, &Cfop::l3, kTransporteAte2002,
+    RelacaoDipam{"CR10-52", kDe2001Ate2002, &Cfop::l3, kTransporteAte2002,
                  "Tabela 8, CR=30, Campos - Q30 ou CFOP Inconsistentes",
                  "Posições 122 ou 03 respectivamente (Transportes: Ref <= 200212)"},
-    RelacaoDipam{kDe2001Ate2002, &Cfop::l3, kComunicacaoAte2002,
+    RelacaoDipam{"CR10-53", kDe2001Ate2002, &Cfop::l3, kComunicacaoAte2002,
                  "Tabela 2, CR=05, Campo - Q30 ou CFOP Inconsistentes",
                  "Posições 122 ou 03 respectivamente (Comunicações: Ref <= 200212)"},
-    RelacaoDipam{kDe2001Ate2002, &Cfop::l3, kEnergiaAte2002,
+    RelacaoDipam{"CR10-54", kDe2001Ate2002, &Cfop::l3, kEnergiaAte2002,
                  "Tabela 2, CR=05, Campo - Q30 ou CFOP Inconsistentes",
                  "Posições 122 ou 03 respectivamente (Energia Elétrica: Ref <= 200212)"},
-    RelacaoDipam{kDesde2003, &Cfop::l4, kTransporte, "Tabela 8, CR=30, Campos - Q30 ou CFOP Inconsistentes",
+    RelacaoDipam{"CR10-55", kDesde2003, &Cfop::l4, kTransporte,
+                 "Tabela 8, CR=30, Campos - Q30 ou CFOP Inconsistentes",
                  "Posições 122 ou 03 respectivamente (Transportes: Ref > 200212)"},
-    RelacaoDipam{kDesde2003, &Cfop::l4, kComunicacao, "Tabela 2, CR=05, Campo - Q30 ou CFOP Inconsistentes",
+    RelacaoDipam{"CR10-56", kDesde2003, &Cfop::l4, kComunicacao,
+                 "Tabela 2, CR=05, Campo - Q30 ou CFOP Inconsistentes",
                  "Posições 122 ou 03 respectivamente (Comunicações: Ref > 200212)"},
-    RelacaoDipam{kDesde2003, &Cfop::l4, kEnergia, "Tabela 2, CR=05, Campo - Q30 ou CFOP Inconsistentes",
+    RelacaoDipam{"CR10-57", kDesde2003, &Cfop::l4, kEnergia,
+                 "Tabela 2, CR=05, Campo - Q30 ou CFOP Inconsistentes",
                  "Posições 122 ou 03 respectivamente (Energia Elétrica: Ref > 200212)"},
 };
 
@@ -175,7 +191,7 @@ Verdict ValidarDipam(const Record<Cr10>& r, const Cfop& cfop, const Record<Cr05>
   if (cabecalho[Cr05::kRegTrib] == "04" || Val(cabecalho[Cr05::kQ30]) != 0) return Accepted;
   for (const RelacaoDipam& relacao : kRelacoesDipam) {
     if (!relacao.ref.Holds(cfop.ref) || !In(relacao.cfops, cfop.*relacao.caracteres)) continue;
-    return Refuse(r, C::kCFOP, relacao.primeiro, relacao.segundo);
+    return Refuse(relacao.regra, r, C::kCFOP, relacao.primeiro, relacao.segundo);
   }
   return Accepted;
 }

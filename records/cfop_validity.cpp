@@ -59,9 +59,9 @@ std::string ComCodigo(std::string_view texto, const Cfop& cfop) {
   return std::string(texto) + Utf8(cfop.codigo);
 }
 
-Refusal ForaDaTabela(const Record<Cr10>& r, const Cfop& cfop) {
+Refusal ForaDaTabela(RuleCode regra, const Record<Cr10>& r, const Cfop& cfop) {
   return Refuse(
-      r, C::kCFOP, "Tabela 3, CR=10, Posição 3:",
+      regra, r, C::kCFOP, "Tabela 3, CR=10, Posição 3:",
       ComCodigo(
           "Campo CFOP Inválido (CFOP de Grupo ou não localizado na tabela para a referência informada): ",
           cfop));
@@ -97,11 +97,12 @@ std::string_view DescricaoCFOP(TabelasFixas& fixas, std::string_view ref, std::s
 Verdict ValidarCfopNaTabela(const Record<Cr10>& r, const Cfop& cfop, TabelasFixas& fixas) {
   constexpr Range kTitulos99{200101, 200212};  // x.99 is a heading with sub-items
   if (kTitulos99.Holds(cfop.ref) && Mid(cfop.codigo, 2, 2) == "99" && Mid(cfop.codigo, 4, 1) == "0") {
-    return Refuse(r, C::kCFOP,
+    return Refuse("CR10-08", r, C::kCFOP,
                   std::string("Tabela 3, CR=10, Campo - CFOP Inconsistente, Posição 3 (2º Caso): ")
                       .append(cfop.exibicao));
   }
-  if (fixas.NaoExisteEmFixas(Kind::kCr10, cfop.exibicao, Conjunto(cfop.ref))) return ForaDaTabela(r, cfop);
+  if (fixas.NaoExisteEmFixas(Kind::kCr10, cfop.exibicao, Conjunto(cfop.ref)))
+    return ForaDaTabela("CR10-09", r, cfop);
   return Accepted;
 }
 
@@ -111,26 +112,27 @@ Verdict ValidarCfopDoPeriodo(const Record<Cr10>& r, const Cfop& cfop) {
   constexpr std::array kGrupos{185, 285, 585, 685};
   if (cfop.ref > 200212 && In(kSem2003, cfop.l4)) {
     return Refuse(
-        r, C::kCFOP,
+        "CR10-22", r, C::kCFOP,
         ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 CFOP = ", cfop));
   }
   if (In(kGrupos, cfop.l3)) {
-    return Refuse(r, C::kCFOP,
+    return Refuse("CR10-23", r, C::kCFOP,
                   ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido (CFOP de Grupo): ", cfop));
   }
   if (cfop.l4 == 1605 || cfop.l4 == 5605) {
-    return Refuse(r, C::kCFOP,
+    return Refuse("CR10-24", r, C::kCFOP,
                   ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200412 ", cfop),
                   "CFOP de grupo ou não localizado na tabela para a referência informada");
   }
   if (cfop.l4 == 5606 && cfop.ref > 200512) {
     return Refuse(
-        r, C::kCFOP,
+        "CR10-25", r, C::kCFOP,
         ComCodigo("Tabela 3, CR=10, Posição 3 - Este CFOP está desabilitado no Programa da Orvel. CFOP: ",
                   cfop));
   }
   if (cfop.l4 == 5606) {
-    return Refuse(r, C::kCFOP, ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido: ", cfop));
+    return Refuse("CR10-26", r, C::kCFOP,
+                  ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido: ", cfop));
   }
   return Accepted;
 }
@@ -141,7 +143,7 @@ Verdict ValidarCfopDoRegime4(const Record<Cr10>& r, const Cfop& cfop) {
   if (cfop.ref <= 200212) {
     if (cfop.l2 == 17 || cfop.l2 == 57 || cfop.l3 == 196 || Mid(cfop.codigo, 2, 2) == "99") return Accepted;
     return Refuse(
-        r, C::kCFOP,
+        "CR10-28", r, C::kCFOP,
         ComCodigo("Tabela 3, CR=10, Campo - CFOP Inválido, Posição 3 (Reg. Trib. = 4, Ref <= 200212): ",
                   cfop));
   }
@@ -149,17 +151,17 @@ Verdict ValidarCfopDoRegime4(const Record<Cr10>& r, const Cfop& cfop) {
   if (cfop.ref > 200312) {
     if (In(kCombustiveis, cfop.l4)) return Accepted;
     return Refuse(
-        r, C::kCFOP,
+        "CR10-29", r, C::kCFOP,
         ComCodigo("Tabela 3, CR=10, Campo - CFOP Inválido, Posição 3 (Reg. Trib. = 4, Ref > 200312): ",
                   cfop));
   }
-  return Refuse(r, C::kCFOP,
+  return Refuse("CR10-30", r, C::kCFOP,
                 "Tabela 3, CR=10, Campo - CFOP Inválido, Posição 3 (Reg. Trib. = 4, Ref > " +
                     ComCodigo(Utf8(cfop.ref_texto) + " ): ", cfop));
 }
 
 Verdict ValidarCfop1360(const Record<Cr10>& r, const Cfop& cfop) {
-  if (cfop.ref < 200801 && cfop.l4 == 1360) return ForaDaTabela(r, cfop);
+  if (cfop.ref < 200801 && cfop.l4 == 1360) return ForaDaTabela("CR10-31", r, cfop);
   return Accepted;
 }
 

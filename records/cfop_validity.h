@@ -27,7 +27,7 @@ struct Cfop {
 [[nodiscard]] std::string ComCodigo(std::string_view texto, const Cfop& cfop);
 
 /// The refusal of a code that the tables do not hold for the period.
-[[nodiscard]] Refusal ForaDaTabela(const Record<Cr10>& r, const Cfop& cfop);
+[[nodiscard]] Refusal ForaDaTabela(RuleCode regra, const Record<Cr10>& r, const Cfop& cfop);
 
 /// The table set of a period AAAAMM: "1" up to 200212, "2" in 2003, "3" from 200401 on.
 [[nodiscard]] std::string_view Conjunto(int ref);

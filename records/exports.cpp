@@ -11,16 +11,17 @@ using C = Cr31;
 
 Verdict ValidarCamposCR31(const Record<Cr31>& r) {
   if (LefRigNumChr(r[C::kCr])) {
-    return Refuse(r, C::kCr, "Tabela 05, CR=31, Campo - CR ", "Inconsistentes, Posição 1");
+    return Refuse("CR31-04", r, C::kCr, "Tabela 05, CR=31, Campo - CR ", "Inconsistentes, Posição 1");
   }
   if (Val(r[C::kCr]) != 31) {
-    return Refuse(r, C::kCr, "Tabela 05, CR=31, Campo - CR ", "Inconsistentes, Posição 1");
+    return Refuse("CR31-05", r, C::kCr, "Tabela 05, CR=31, Campo - CR ", "Inconsistentes, Posição 1");
   }
   if (LefRigNumChr(r[C::kRE])) {
-    return Refuse(r, C::kRE, "Tabela 18, CR=31, Campo - RE", "Inconsistente, Posição 3");
+    return Refuse("CR31-06", r, C::kRE, "Tabela 18, CR=31, Campo - RE", "Inconsistente, Posição 3");
   }
   if (r[C::kSeparadores] != kCrLf) {
-    return Refuse(r, C::kSeparadores, "Tabela 18, CR=31, Campo - Separadores", "Inconsistente, Posição 18");
+    return Refuse("CR31-07", r, C::kSeparadores, "Tabela 18, CR=31, Campo - Separadores",
+                  "Inconsistente, Posição 18");
   }
   return Accepted;
 }
@@ -39,14 +40,15 @@ Verdict ValidarCR31(Pass& pass) {
   for (int i = 0; i < pass.declaracao.QtdeCR31; ++i) {
     pass.arquivo.Next(r);
     if (r[C::kSeparadores] != kCrLf) {
-      return Refuse(r, C::kSeparadores, "Tabela 18, CR=31 Campo - Separadores", "inconsistente, Posição 18");
+      return Refuse("CR31-01", r, C::kSeparadores, "Tabela 18, CR=31 Campo - Separadores",
+                    "inconsistente, Posição 18");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse(pass.registros.RegistroDeclaracao, Cr05::kQ31, "Tabela 2, CR=05 Campo - Q31",
+      return Refuse("CR31-02", pass.registros.RegistroDeclaracao, Cr05::kQ31, "Tabela 2, CR=05 Campo - Q31",
                     "inconsistente, Posição 158");
     }
     if (r[C::kRE] <= UltimoRE.view()) {
-      return Refuse(r, C::kRE, "Tabela 18, CR=31 Campo - RE", "inconsistente, Posição 3");
+      return Refuse("CR31-03", r, C::kRE, "Tabela 18, CR=31 Campo - RE", "inconsistente, Posição 3");
     }
     UltimoRE = r[C::kRE];
     if (auto refused = ValidarCamposCR31(r)) return refused;

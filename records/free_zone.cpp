@@ -16,13 +16,16 @@ Verdict ValidarCR18(Pass& pass, int quantidade) {
   for (int i = 0; i < quantidade; ++i) {
     pass.arquivo.Next(r);
     if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 18) {
-      return Refuse(r, C::kCr, "Tabela 05, CR=18, Campo - CR ou Q18", "Inconsistentes, Posição 1 ou 141");
+      return Refuse("CR18-01", r, C::kCr, "Tabela 05, CR=18, Campo - CR ou Q18",
+                    "Inconsistentes, Posição 1 ou 141");
     }
     if (r[C::kSeparadores] != kCrLf) {
-      return Refuse(r, C::kSeparadores, "Tabela 5, CR=18 Campo - Separadores", "inconsistente, Posição 54");
+      return Refuse("CR18-02", r, C::kSeparadores, "Tabela 5, CR=18 Campo - Separadores",
+                    "inconsistente, Posição 54");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse(interestadual, Cr14::kQ18, "Tabela 4, CR=14 Campo - Q18", "inconsistente, Posição 141");
+      return Refuse("CR18-03", interestadual, Cr14::kQ18, "Tabela 4, CR=14 Campo - Q18",
+                    "inconsistente, Posição 141");
     }
     GravarComoEsta(r, pass.componentes.gravador(Kind::kCr18));
   }

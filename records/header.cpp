@@ -18,25 +18,26 @@ constexpr std::string_view kChaveZero = "00000000000000000000000000000000";
 
 Verdict ValidarContribuinte(const Record<Cr05>& r, Components& componentes) {
   if (LefRigNumChr(r[C::kCr])) {
-    return Refuse(r, C::kCr, "Tabela 2, CR=05, Campo - CR", "Inconsistentes, Posição 1");
+    return Refuse("CR05-01", r, C::kCr, "Tabela 2, CR=05, Campo - CR", "Inconsistentes, Posição 1");
   }
   if (r[C::kCr] != "05") {
-    return Refuse(r, C::kCr, "Tabela 2, CR=05, Campo - CR ou Q05", "Inconsistentes, Posição 1 ou 27");
+    return Refuse("CR05-02", r, C::kCr, "Tabela 2, CR=05, Campo - CR ou Q05",
+                  "Inconsistentes, Posição 1 ou 27");
   }
   if (LefRigNumChr(r[C::kIE], true)) {
-    return Refuse(r, C::kIE, "Tabela 2, CR=05, Campo - IE", "Inconsistente, Posição 3");
+    return Refuse("CR05-03", r, C::kIE, "Tabela 2, CR=05, Campo - IE", "Inconsistente, Posição 3");
   }
   if (!componentes.documentos().ValidarIE(r[C::kIE])) {
-    return Refuse(r, C::kIE, "Tabela 2, CR=05, Campo - IE", "Inválido, Posição 3");
+    return Refuse("CR05-04", r, C::kIE, "Tabela 2, CR=05, Campo - IE", "Inválido, Posição 3");
   }
   if (LefRigNumChr(r[C::kCNPJ])) {
-    return Refuse(r, C::kCNPJ, "Tabela 2, CR=05, Campo - CNPJ", "Inconsistente, Posição 15");
+    return Refuse("CR05-05", r, C::kCNPJ, "Tabela 2, CR=05, Campo - CNPJ", "Inconsistente, Posição 15");
   }
   if (!componentes.documentos().ValidarCNPJ(r[C::kCNPJ])) {
-    return Refuse(r, C::kCNPJ, "Tabela 2, CR=05, Campo - CNPJ", "Inválido, Posição 15");
+    return Refuse("CR05-06", r, C::kCNPJ, "Tabela 2, CR=05, Campo - CNPJ", "Inválido, Posição 15");
   }
   if (r[C::kCNAE] != kCnaeZero) {
-    return Refuse(r, C::kCNAE, "CNAE " + Utf8(r[C::kCNAE]) + " Inconsistente.",
+    return Refuse("CR05-07", r, C::kCNAE, "CNAE " + Utf8(r[C::kCNAE]) + " Inconsistente.",
                   "Tabela 2, CR=05, Posição 29.");
   }
   return Accepted;
@@ -46,35 +47,37 @@ Verdict ValidarContribuinte(const Record<Cr05>& r, Components& componentes) {
 // before 200007 are accepted.
 Verdict ValidarRegimeEReferencia(const Record<Cr05>& r) {
   if (LefRigNumChr(r[C::kRegTrib])) {
-    return Refuse(r, C::kRegTrib, "Tabela 2, CR=05, Campo - RegTrib", "Inválido, Posição 36");
+    return Refuse("CR05-08", r, C::kRegTrib, "Tabela 2, CR=05, Campo - RegTrib", "Inválido, Posição 36");
   }
   if (Val(r[C::kRegTrib]) < 1 || Val(r[C::kRegTrib]) > 4) {
-    return Refuse(r, C::kRegTrib, "Tabela 2, CR=05, Campo - RegTrib", "Inválido, Posição 36");
+    return Refuse("CR05-09", r, C::kRegTrib, "Tabela 2, CR=05, Campo - RegTrib", "Inválido, Posição 36");
   }
   if (Val(r[C::kRegTrib]) == 4 && Val(r[C::kQ30]) != 0) {
-    return Refuse(r, C::kQ30, "Tabela 2, CR=05, Campo - Q30", "Inválido, Posição 122");
+    return Refuse("CR05-10", r, C::kQ30, "Tabela 2, CR=05, Campo - Q30", "Inválido, Posição 122");
   }
   if (Val(r[C::kRegTrib]) == 4 && (Val(r[C::kRef]) < 200007 || Val(r[C::kRef]) > 200512)) {
-    return Refuse(r, C::kRef, "Tabela 2, CR=05, Campo - Ref", "Inconsistente, Posição 38");
+    return Refuse("CR05-11", r, C::kRef, "Tabela 2, CR=05, Campo - Ref", "Inconsistente, Posição 38");
   }
   if (LefRigNumChr(r[C::kRef])) {
-    return Refuse(r, C::kRef, "Tabela 2, CR=05, Campo - Ref", "Inconsistente, Posição 38");
+    return Refuse("CR05-12", r, C::kRef, "Tabela 2, CR=05, Campo - Ref", "Inconsistente, Posição 38");
   }
   if (ValidarData(r[C::kRef])) {
-    return Refuse(r, C::kRef, "Tabela 2, CR=05 Campo - Ref", "Inválido, Posição 38");
+    return Refuse("CR05-13", r, C::kRef, "Tabela 2, CR=05 Campo - Ref", "Inválido, Posição 38");
   }
   if (r[C::kRef] < "201201") {
     if (r[C::kIE].starts_with('8')) {
-      return Refuse(r, C::kRef, "Só é permitida a importação de referências a partir de 01/2012.");
+      return Refuse("CR05-14", r, C::kRef, "Só é permitida a importação de referências a partir de 01/2012.");
     }
   } else if (r[C::kRef] < "200007") {
-    return Refuse(r, C::kRef, "Tabela 2, CR=05 Campo - Ref :", "Fora do período, Posição 38 ");
+    return Refuse("CR05-15", r, C::kRef, "Tabela 2, CR=05 Campo - Ref :", "Fora do período, Posição 38 ");
   }
   if (LefRigNumChr(r[C::kRefInicial])) {
-    return Refuse(r, C::kRefInicial, "Tabela 2, CR=05, Campo - RefInicial", "Inconsistente, Posição 44 ");
+    return Refuse("CR05-16", r, C::kRefInicial, "Tabela 2, CR=05, Campo - RefInicial",
+                  "Inconsistente, Posição 44 ");
   }
   if (Val(r[C::kRefInicial]) > 0 && ValidarData(r[C::kRefInicial])) {
-    return Refuse(r, C::kRefInicial, "Tabela 2, CR=05, Campo - RefInicial", "Inválida, Posição 44");
+    return Refuse("CR05-17", r, C::kRefInicial, "Tabela 2, CR=05, Campo - RefInicial",
+                  "Inválida, Posição 44");
   }
   return Accepted;
 }
@@ -82,45 +85,51 @@ Verdict ValidarRegimeEReferencia(const Record<Cr05>& r) {
 // The quantities and the separators are told with the column of the field before them.
 Verdict ValidarDemaisCampos(const Record<Cr05>& r) {
   if (LefRigNumChr(r[C::kTipo]) || Val(r[C::kTipo]) > 3) {
-    return Refuse(r, C::kTipo, "Tabela 2, CR=05, Campo - Tipo", "Inconsistente, Posição 50 ");
+    return Refuse("CR05-18", r, C::kTipo, "Tabela 2, CR=05, Campo - Tipo", "Inconsistente, Posição 50 ");
   }
   if (LefRigNumChr(r[C::kMovimento]) || Val(r[C::kMovimento]) > 1) {
-    return Refuse(r, C::kMovimento, "Tabela 2, CR=05, Campo - Movimento", "Inconsistente, Posição 52 ");
+    return Refuse("CR05-19", r, C::kMovimento, "Tabela 2, CR=05, Campo - Movimento",
+                  "Inconsistente, Posição 52 ");
   }
   if (LefRigNumChr(r[C::kTransmitida]) || Val(r[C::kTransmitida]) > 1) {
-    return Refuse(r, C::kTransmitida, "Tabela 2, CR=05, Campo - Transmitida", "Inconsistente, Posição 53");
+    return Refuse("CR05-20", r, C::kTransmitida, "Tabela 2, CR=05, Campo - Transmitida",
+                  "Inconsistente, Posição 53");
   }
   if (LefRigNumChr(r[C::kSaldoCredPeriodoAnt])) {
-    return Refuse(r, C::kSaldoCredPeriodoAnt, "Tabela 2, CR=05, Campo - SaldoCredPeriodoAnt",
+    return Refuse("CR05-21", r, C::kSaldoCredPeriodoAnt, "Tabela 2, CR=05, Campo - SaldoCredPeriodoAnt",
                   "Inconsistente, Posição 54");
   }
   if (LefRigNumChr(r[C::kSaldoCredPeriodoAntST])) {
-    return Refuse(r, C::kSaldoCredPeriodoAntST, "Tabela 2, CR=05, Campo - SaldoCredPeriodoAntST",
+    return Refuse("CR05-22", r, C::kSaldoCredPeriodoAntST, "Tabela 2, CR=05, Campo - SaldoCredPeriodoAntST",
                   "Inconsistente, Posição 69 ");
   }
   if (LefRigNumChr(r[C::kOrigemPreDig]) || Val(r[C::kOrigemPreDig]) > 1) {
-    return Refuse(r, C::kOrigemPreDig, "Tabela 2, CR=05, Campo - OrigemPreDig", "Inconstente, Posição 98");
+    return Refuse("CR05-23", r, C::kOrigemPreDig, "Tabela 2, CR=05, Campo - OrigemPreDig",
+                  "Inconstente, Posição 98");
   }
   if (LefRigNumChr(r[C::kICMSFixPer])) {
-    return Refuse(r, C::kICMSFixPer, "Tabela 2, CR=05, Campo - ICMSFixPer", "Inconsistente, Posição 99");
+    return Refuse("CR05-24", r, C::kICMSFixPer, "Tabela 2, CR=05, Campo - ICMSFixPer",
+                  "Inconsistente, Posição 99");
   }
   if (!ChaveHexaValida(r[C::kChaveInterna])) {
-    return Refuse(r, C::kChaveInterna, "Tabela 2, CR=05, Campo - ChaveInterna", "Inconsistente, Posição 114");
+    return Refuse("CR05-25", r, C::kChaveInterna, "Tabela 2, CR=05, Campo - ChaveInterna",
+                  "Inconsistente, Posição 114");
   }
   if (LefRigNumChr(r[C::kQ10])) {
-    return Refuse(r, C::kQ10, "Tabela 2, CR=05, Campo - Q10 ", "Inconsistente, Posição 146");
+    return Refuse("CR05-26", r, C::kQ10, "Tabela 2, CR=05, Campo - Q10 ", "Inconsistente, Posição 146");
   }
   if (LefRigNumChr(r[C::kQ20])) {
-    return Refuse(r, C::kQ20, "Tabela 2, CR=05, Campo - Q20 ", "Inconsistente, Posição 150");
+    return Refuse("CR05-27", r, C::kQ20, "Tabela 2, CR=05, Campo - Q20 ", "Inconsistente, Posição 150");
   }
   if (LefRigNumChr(r[C::kQ30])) {
-    return Refuse(r, C::kQ30, "Tabela 2, CR=05, Campo - Q30 ", "Inconsistente, Posição 154");
+    return Refuse("CR05-28", r, C::kQ30, "Tabela 2, CR=05, Campo - Q30 ", "Inconsistente, Posição 154");
   }
   if (LefRigNumChr(r[C::kQ31])) {
-    return Refuse(r, C::kQ31, "Tabela 2, CR=05, Campo - Q31 ", "Inconsistente, Posição 158");
+    return Refuse("CR05-29", r, C::kQ31, "Tabela 2, CR=05, Campo - Q31 ", "Inconsistente, Posição 158");
   }
   if (r[C::kSeparadores] != kCrLf) {
-    return Refuse(r, C::kSeparadores, "Tabela 2, CR=05, Campo - Separadores ", "Inconsistente, Posição 162 ");
+    return Refuse("CR05-30", r, C::kSeparadores, "Tabela 2, CR=05, Campo - Separadores ",
+                  "Inconsistente, Posição 162 ");
   }
   return Accepted;
 }
@@ -130,11 +139,13 @@ Verdict GuardarQuantidades(const Record<Cr05>& r, EstadoDeclaracao& declaracao) 
   declaracao.QtdeCR07 = ToInt16(r[C::kQ07]);
   declaracao.QtdeCR20 = ToInt16(r[C::kQ20]);
   if (Val(r[C::kQ30]) != 0 && r[C::kRef] < "200101") {
-    return Refuse(r, C::kQ30, "Tabela 2, CR=05 Campo - Ref x Q30 :", "inconsistentes, Posição 38 ");
+    return Refuse("CR05-31", r, C::kQ30,
+                  "Tabela 2, CR=05 Campo - Ref x Q30 :", "inconsistentes, Posição 38 ");
   }
   declaracao.QtdeCR30 = ToInt16(r[C::kQ30]);
   if (Val(r[C::kQ31]) > 0 && r[C::kRef] < "200201") {
-    return Refuse(r, C::kQ31, "Tabela 2, CR=05 Campo - Ref x Q31 :", "inconsistentes, Posição 38_x_158 ");
+    return Refuse("CR05-32", r, C::kQ31,
+                  "Tabela 2, CR=05 Campo - Ref x Q31 :", "inconsistentes, Posição 38_x_158 ");
   }
   declaracao.QtdeCR31 = ToInt16(r[C::kQ31]);
   return Accepted;
@@ -144,21 +155,25 @@ Verdict GuardarQuantidades(const Record<Cr05>& r, EstadoDeclaracao& declaracao) 
 Verdict ValidarRefInicial(const Record<Cr05>& r, int regime) {
   if (regime != 2) {
     if (Val(r[C::kRefInicial]) > 0) {
-      return Refuse(r, C::kRefInicial, "Tabela 2, CR=05, Campo - RefInicial", "Inválido, Posição 44");
+      return Refuse("CR05-34", r, C::kRefInicial, "Tabela 2, CR=05, Campo - RefInicial",
+                    "Inválido, Posição 44");
     }
     return Accepted;
   }
   if (Left(r[C::kRefInicial], 4) != Left(r[C::kRef], 4)) {
-    return Refuse(r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial", "Inválido, Posição 38/44 ");
+    return Refuse("CR05-35", r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial",
+                  "Inválido, Posição 38/44 ");
   }
   const int mes = IntVal(Right(r[C::kRef], 2));
   const int inicial = IntVal(Right(r[C::kRefInicial], 2));
   if (mes >= 1 && mes <= 6) {
     if (inicial > 6 || inicial > mes) {
-      return Refuse(r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial", "Inválido, Posição 38/44");
+      return Refuse("CR05-36", r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial",
+                    "Inválido, Posição 38/44");
     }
   } else if (inicial < 7 || inicial > mes) {
-    return Refuse(r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial", "Inválido, Posição 38/44 ");
+    return Refuse("CR05-37", r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial",
+                  "Inválido, Posição 38/44 ");
   }
   return Accepted;
 }
@@ -181,26 +196,30 @@ Verdict ValidarCR05Cruzado(const Pass& pass, EstadoCabecalhos& cabecalhos) {
   const int regime = IntVal(r[C::kRegTrib]);
   const ShortText chave = ShortText(r[C::kIE]).Append(r[C::kRef]);
   if (chave.view() <= cabecalhos.UltimaChaveIERef) {
-    return Refuse(r, C::kIE, "Tabela 2, CR=05, Campo - IE_x_Ref",
+    return Refuse("CR05-33", r, C::kIE, "Tabela 2, CR=05, Campo - IE_x_Ref",
                   "Duplicado ou fora de seqüência. Posição 3_x_18");
   }
   if (auto refused = ValidarRefInicial(r, regime)) return refused;
   if (regime == 3 && Val(r[C::kRef]) >= 200308 && r[C::kCNAE] != kCnaeZero) {
-    return Refuse(r, C::kCNAE, "CNAE " + Utf8(r[C::kCNAE]) + " Inválido para RegTrib = 3 e Ref >= 200308",
+    return Refuse("CR05-38", r, C::kCNAE,
+                  "CNAE " + Utf8(r[C::kCNAE]) + " Inválido para RegTrib = 3 e Ref >= 200308",
                   "Tabela 2, CR=05, Posição 29");
   }
   if (regime == 3 && Val(r[C::kRef]) < 200308 && r[C::kCNAE] != kCnaeZero) {
-    return Refuse(r, C::kCNAE, "CNAE " + Utf8(r[C::kCNAE]) + " Inválido para Ref < 200308",
+    return Refuse("CR05-39", r, C::kCNAE, "CNAE " + Utf8(r[C::kCNAE]) + " Inválido para Ref < 200308",
                   "Tabela 2, CR=05, Posição 29");
   }
   if (regime != 2 && Val(r[C::kICMSFixPer]) > 0) {
-    return Refuse(r, C::kICMSFixPer, "Tabela 2, CR=05, Campo - ICMSFixPer", "Inválido, Posição 99 ");
+    return Refuse("CR05-40", r, C::kICMSFixPer, "Tabela 2, CR=05, Campo - ICMSFixPer",
+                  "Inválido, Posição 99 ");
   }
   if (regime == 2 && Val(r[C::kICMSFixPer]) == 0) {
-    return Refuse(r, C::kICMSFixPer, "Tabela 2, CR=05, Campo - ICMSFixPer", "Inválido, Posição 99 ");
+    return Refuse("CR05-41", r, C::kICMSFixPer, "Tabela 2, CR=05, Campo - ICMSFixPer",
+                  "Inválido, Posição 99 ");
   }
   if (Val(r[C::kOrigemPreDig]) == 1 && r[C::kChaveInterna] == kChaveZero) {
-    return Refuse(r, C::kChaveInterna, "Tabela 2, CR=55, Campo - ChaveInterna", "Inconsistente, Posição 71");
+    return Refuse("CR05-42", r, C::kChaveInterna, "Tabela 2, CR=55, Campo - ChaveInterna",
+                  "Inconsistente, Posição 71");
   }
   cabecalhos.UltimaChaveIERef = chave.view();
   return Accepted;
@@ -211,7 +230,8 @@ Verdict VerificarReferenciaExistente(const Pass& pass) {
   const ShortText inicial = Val(r[C::kRefInicial]) != 0 ? DiaVinte(r[C::kRefInicial]) : ShortText();
   if (pass.componentes.consulta().Existe(Mascara(kMascaraIE, r[C::kIE]), "QZ", r[C::kRegTrib],
                                          DiaVinte(r[C::kRef]), inicial)) {
-    return Refuse(r, C::kRef, "Tabela 2, CR=05, Campo -  Ref", "Esta Referência já existente, Posição 3.");
+    return Refuse("CR05-43", r, C::kRef, "Tabela 2, CR=05, Campo -  Ref",
+                  "Esta Referência já existente, Posição 3.");
   }
   return Accepted;
 }

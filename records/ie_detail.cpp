@@ -9,19 +9,20 @@ using C = Cr25;
 
 Verdict ValidarCamposCR25(const Record<Cr25>& r, Components& componentes) {
   if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 25) {
-    return Refuse(r, C::kCr, "Tabela 07, CR=25, Campo - CR", "Inconsistentes, Posição 1");
+    return Refuse("CR25-05", r, C::kCr, "Tabela 07, CR=25, Campo - CR", "Inconsistentes, Posição 1");
   }
   if (LefRigNumChr(r[C::kIE])) {
-    return Refuse(r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inconsistente, Posição 3");
+    return Refuse("CR25-06", r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inconsistente, Posição 3");
   }
   if (!componentes.documentos().ValidarIE(r[C::kIE])) {
-    return Refuse(r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inválida, Posição 3");
+    return Refuse("CR25-07", r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inválida, Posição 3");
   }
   if (r[C::kSeparadores] != kCrLf) {
-    return Refuse(r, C::kSeparadores, "Tabela 07, CR=25, Campo - Separadores", "Inconsistente, Posição 30");
+    return Refuse("CR25-08", r, C::kSeparadores, "Tabela 07, CR=25, Campo - Separadores",
+                  "Inconsistente, Posição 30");
   }
   if (LefRigNumChr(r[C::kValor])) {
-    return Refuse(r, C::kValor, "Tabela 07, CR=25, Campo - Valor", "Inconsistente, Posição 15");
+    return Refuse("CR25-09", r, C::kValor, "Tabela 07, CR=25, Campo - Valor", "Inconsistente, Posição 15");
   }
   return Accepted;
 }
@@ -43,16 +44,17 @@ Verdict ValidarCR25(Pass& pass, EstadoOcorrencia& ocorrencia) {
   for (int i = 0; i < ocorrencia.QtdePendenteCR25; ++i) {
     pass.arquivo.Next(r);
     if (r[C::kSeparadores] != kCrLf) {
-      return Refuse(r, C::kSeparadores, "Tabela 7, CR=25 Campo - Separadores", "inconsistente, Posição 30");
+      return Refuse("CR25-01", r, C::kSeparadores, "Tabela 7, CR=25 Campo - Separadores",
+                    "inconsistente, Posição 30");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse(pai, Cr20::kQ25, "Tabela 7, CR=20 Campo - Q25", "inconsistente, Posição 424");
+      return Refuse("CR25-02", pai, Cr20::kQ25, "Tabela 7, CR=20 Campo - Q25", "inconsistente, Posição 424");
     }
     if (LefRigNumChr(r[C::kIE])) {
-      return Refuse(r, C::kIE, "Tabela 7, CR=25 Campo - IE", "Inconsistente, Posição 3");
+      return Refuse("CR25-03", r, C::kIE, "Tabela 7, CR=25 Campo - IE", "Inconsistente, Posição 3");
     }
     if (anterior.view() >= r[C::kIE]) {
-      return Refuse(r, C::kIE, "Tabela 7, CR=25 Campo - IE", "fora de sequência, Posição 3");
+      return Refuse("CR25-04", r, C::kIE, "Tabela 7, CR=25 Campo - IE", "fora de sequência, Posição 3");
     }
     anterior = r[C::kIE];
     if (auto refused = ValidarCamposCR25(r, pass.componentes)) return refused;

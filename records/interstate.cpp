@@ -16,17 +16,19 @@ Verdict ValidarCR14(Pass& pass) {
   for (int i = 0; i < pass.declaracao.QtdePendenteCR14; ++i) {
     pass.arquivo.Next(r);
     if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 14) {
-      return Refuse(r, C::kCr, "Tabela 04, CR=14, Campo - CR ou Q14", "Inconsistentes, Posição 1 ou 144");
+      return Refuse("CR14-01", r, C::kCr, "Tabela 04, CR=14, Campo - CR ou Q14",
+                    "Inconsistentes, Posição 1 ou 144");
     }
     if (r[C::kSeparadores] != kCrLf) {
-      return Refuse(r, C::kSeparadores, "Tabela 4, CR=14 Campo - Separadores", "inconsistente, Posição 145");
+      return Refuse("CR14-02", r, C::kSeparadores, "Tabela 4, CR=14 Campo - Separadores",
+                    "inconsistente, Posição 145");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse(pass.registros.RegistroCR10, Cr10::kQ14, "Tabela 3, CR=10 Campo - Q14",
+      return Refuse("CR14-03", pass.registros.RegistroCR10, Cr10::kQ14, "Tabela 3, CR=10 Campo - Q14",
                     "inconsistente, Posição 144");
     }
     if (LefRigNumChr(r[C::kQ18])) {
-      return Refuse(r, C::kQ18, "Tabela 04, CR=14, Campo - Q18", "Inconsistente, Posição 141");
+      return Refuse("CR14-04", r, C::kQ18, "Tabela 04, CR=14, Campo - Q18", "Inconsistente, Posição 141");
     }
     GravarComoEsta(r, pass.componentes.gravador(Kind::kCr14));
     if (auto refused = ValidarCR18(pass, ToInt16(r[C::kQ18]))) return refused;

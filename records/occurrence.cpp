@@ -13,17 +13,19 @@ using C = Cr20;
 
 Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, const ShortText& ChaveAnteriorCR20) {
   if (r[C::kSeparadores] != kCrLf) {
-    return Refuse(r, C::kSeparadores, "Tabela 6, CR=20, Campo - Separadores", "inconsistente, Posição 428");
+    return Refuse("CR20-01", r, C::kSeparadores, "Tabela 6, CR=20, Campo - Separadores",
+                  "inconsistente, Posição 428");
   }
   if (pass.arquivo.EndOfFile()) {
-    return Refuse(pass.registros.RegistroDeclaracao, Cr05::kQ20, "Tabela 3, CR=05, Campo - Q10",
+    return Refuse("CR20-02", pass.registros.RegistroDeclaracao, Cr05::kQ20, "Tabela 3, CR=05, Campo - Q10",
                   "inconsistente, Posição 118");
   }
   if (LefRigNumChr(r[C::kCodSubItem])) {
-    return Refuse(r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem", "Inconsistente, Posição 3");
+    return Refuse("CR20-03", r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem",
+                  "Inconsistente, Posição 3");
   }
   if (Right(r[C::kCodSubItem], 2) != "99" && ChaveAnteriorCR20.view() >= ChaveCR20(r).view()) {
-    return Refuse(r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem",
+    return Refuse("CR20-04", r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem",
                   "duplicado ou fora de sequência, Posição 3");
   }
   return Accepted;
@@ -65,12 +67,12 @@ Verdict ValidarDetalhes(Pass& pass, EstadoOcorrencia& ocorrencia) {
 Verdict ValidarSomas(const Record<Cr20>& r, const EstadoOcorrencia& ocorrencia) {
   const bool com_25a27 = Val(r[C::kQ25]) > 0 || Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0;
   if (com_25a27 && SemZeros(Val(r[C::kValor])).view() != SemZeros(ocorrencia.SomaValorCR25a27).view()) {
-    return Refuse(r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
+    return Refuse("CR20-49", r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
                   "O campo Valor é diferente da somatória do campo Valor dos CR=25 ou 26 ou 27. ");
   }
   if (Val(r[C::kQ28]) > 0 &&
       SemZeros(Val(r[C::kValor])).view() != SemZeros(ocorrencia.SomaValorCR28).view()) {
-    return Refuse(r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
+    return Refuse("CR20-50", r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
                   "O campo Valor é diferente da somatória do campo Valor dos CR=28. ");
   }
   return Accepted;

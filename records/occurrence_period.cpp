@@ -14,14 +14,14 @@ Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, int ref) {
   const SubItem sub_item(r);
   constexpr Range k704a707{704, 707};
   if (ref < 200201 && Val(r[C::kQ25]) > 0 && !k704a707.Holds(sub_item.numero)) {
-    return Refuse(r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ");
+    return Refuse("CR20-05", r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ");
   }
   if (ref < 200201 && (Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0)) {
-    return Refuse(r, Val(r[C::kQ26]) > 0 ? C::kQ26 : C::kQ27, "Tabela 06, CR=20, Campo - Q26 _x_Q27",
-                  "Posição 428_x_432. Inconsistente ");
+    return Refuse("CR20-06", r, Val(r[C::kQ26]) > 0 ? C::kQ26 : C::kQ27,
+                  "Tabela 06, CR=20, Campo - Q26 _x_Q27", "Posição 428_x_432. Inconsistente ");
   }
   if (ref < 200801 && Val(r[C::kQ28]) > 0) {
-    return Refuse(r, C::kQ28, "Tabela 06, CR=20, Campo - Q28", "Posição 433_x437. Inconsistente ");
+    return Refuse("CR20-07", r, C::kQ28, "Tabela 06, CR=20, Campo - Q28", "Posição 433_x437. Inconsistente ");
   }
   return Accepted;
 }
@@ -32,6 +32,7 @@ enum class Operacoes { kQuaisquer, kProprias };
 
 // Sub-items (last three digits) that the periods of `ref` refuse, in the order in which they are tested.
 struct Vedado {
+  RuleCode regra;
   Range ref;
   Operacoes operacoes;
   std::span<const int> sub_itens;
@@ -48,14 +49,17 @@ constexpr std::array k742{742};
 constexpr std::array k223_744_745{223, 744, 745};
 constexpr std::array k715{715};
 constexpr std::array kVedados{
-    Vedado{Depois(201004), Operacoes::kProprias, kAte201004},
-    Vedado{Antes(201004), Operacoes::kProprias, kCredAcumulado},
-    Vedado{Antes(201004), Operacoes::kProprias, k223, "Tabela 06, CR=20, Campo - CódSubitem '002.23'"},
-    Vedado{Antes(201004), Operacoes::kProprias, k744, "Tabela 06, CR=20, Campo - CódSubitem '007.44'"},
-    Vedado{Antes(201004), Operacoes::kProprias, k745, "Tabela 06, CR=20, Campo - CódSubitem '007.45'"},
-    Vedado{Antes(201001), Operacoes::kProprias, k742},
-    Vedado{Antes(201201), Operacoes::kQuaisquer, k223_744_745},
-    Vedado{Depois(201112), Operacoes::kQuaisquer, k715},
+    Vedado{"CR20-08", Depois(201004), Operacoes::kProprias, kAte201004},
+    Vedado{"CR20-09", Antes(201004), Operacoes::kProprias, kCredAcumulado},
+    Vedado{"CR20-10", Antes(201004), Operacoes::kProprias, k223,
+           "Tabela 06, CR=20, Campo - CódSubitem '002.23'"},
+    Vedado{"CR20-11", Antes(201004), Operacoes::kProprias, k744,
+           "Tabela 06, CR=20, Campo - CódSubitem '007.44'"},
+    Vedado{"CR20-12", Antes(201004), Operacoes::kProprias, k745,
+           "Tabela 06, CR=20, Campo - CódSubitem '007.45'"},
+    Vedado{"CR20-13", Antes(201001), Operacoes::kProprias, k742},
+    Vedado{"CR20-14", Antes(201201), Operacoes::kQuaisquer, k223_744_745},
+    Vedado{"CR20-15", Depois(201112), Operacoes::kQuaisquer, k715},
 };
 // The ones tested after the sub-items that exclude each other.
 constexpr std::array k224_746{224, 746};
@@ -63,10 +67,10 @@ constexpr std::array k225_747{225, 747};
 constexpr std::array k205{205};
 constexpr std::array k226_748{226, 748};
 constexpr std::array kVedadosDepois{
-    Vedado{Antes(201111), Operacoes::kQuaisquer, k224_746},
-    Vedado{Antes(201201), Operacoes::kQuaisquer, k225_747},
-    Vedado{Depois(201112), Operacoes::kQuaisquer, k205},
-    Vedado{Antes(201301), Operacoes::kQuaisquer, k226_748},
+    Vedado{"CR20-17", Antes(201111), Operacoes::kQuaisquer, k224_746},
+    Vedado{"CR20-18", Antes(201201), Operacoes::kQuaisquer, k225_747},
+    Vedado{"CR20-19", Depois(201112), Operacoes::kQuaisquer, k205},
+    Vedado{"CR20-20", Antes(201301), Operacoes::kQuaisquer, k226_748},
 };
 
 Verdict ValidarVedados(const Record<Cr20>& r, std::span<const Vedado> vedados, int ref) {
@@ -75,7 +79,8 @@ Verdict ValidarVedados(const Record<Cr20>& r, std::span<const Vedado> vedados, i
   for (const Vedado& vedado : vedados) {
     if (!vedado.ref.Holds(ref) || !In(vedado.sub_itens, sub_item.right3)) continue;
     if (vedado.operacoes == Operacoes::kProprias && !propria) continue;
-    return Refuse(r, C::kCodSubItem, vedado.primeiro, "inconsistente para esta referencia, Posição 3");
+    return Refuse(vedado.regra, r, C::kCodSubItem, vedado.primeiro,
+                  "inconsistente para esta referencia, Posição 3");
   }
   return Accepted;
 }
@@ -92,7 +97,8 @@ Verdict ValidarExclusao(const Record<Cr20>& r, SubItensVistos& vistos) {
       (vistos.VistoSubItem219 && n == 729) ||
       (vistos.VistoSubItem729 && (n == 730 || n == 218 || n == 219)) ||
       (vistos.VistoSubItem730 && (n == 218 || n == 219 || n == 729))) {
-    return Refuse(r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem", "inconsistente, Posição 3");
+    return Refuse("CR20-16", r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem",
+                  "inconsistente, Posição 3");
   }
   return Accepted;
 }
@@ -107,7 +113,7 @@ Verdict ValidarContribuinte(const Record<Cr20>& r, const Record<Cr05>& cabecalho
                              ? In(kDoContribuinte8, sub_item.right3) || Right(sub_item.codigo, 4) == "1499"
                              : !In(kSoDoContribuinte8, sub_item.right3);
   if (permitido) return Accepted;
-  return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
+  return Refuse("CR20-21", r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
                 "inconsistente para este Contribuinte, Posição 3");
 }
 
@@ -122,7 +128,7 @@ Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabec
   }
   if (auto refused = ValidarVedados(r, kVedadosDepois, ref)) return refused;
   if (ref > 201112 && sub_item.right3 == 701 && r[C::kPropriaOuST] == "0") {
-    return Refuse(r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
+    return Refuse("CR20-22", r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
                   "inconsistente para esta referencia, Posição 3");
   }
   return ValidarContribuinte(r, cabecalho);

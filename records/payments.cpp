@@ -33,28 +33,30 @@ Range PeriodoDePagamento(std::string_view ref) {
 
 Verdict ValidarCamposCR07(const Record<Cr07>& r, std::string_view ref) {
   if (LefRigNumChr(r[C::kCr])) {
-    return Refuse(r, C::kCr, "Tabela 20, CR=07, Campo - CR ", "Inconsistentes, Posição 1");
+    return Refuse("CR07-04", r, C::kCr, "Tabela 20, CR=07, Campo - CR ", "Inconsistentes, Posição 1");
   }
   if (Val(r[C::kCr]) != 7) {
-    return Refuse(r, C::kCr, "Tabela 20, CR=07, Campo - CR ou Q07", "Inconsistentes, Posição 1 ou 126");
+    return Refuse("CR07-05", r, C::kCr, "Tabela 20, CR=07, Campo - CR ou Q07",
+                  "Inconsistentes, Posição 1 ou 126");
   }
   if (LefRigNumChr(r[C::kPropriaOuST]) || (Val(r[C::kPropriaOuST]) != 0 && Val(r[C::kPropriaOuST]) != 1)) {
-    return Refuse(r, C::kPropriaOuST, "Tabela 20, CR=07, Campo - PrópriaOuST", "Inconsistente, Posição 3");
+    return Refuse("CR07-06", r, C::kPropriaOuST, "Tabela 20, CR=07, Campo - PrópriaOuST",
+                  "Inconsistente, Posição 3");
   }
   if (LefRigNumChr(r[C::kValor])) {
-    return Refuse(r, C::kValor, "Tabela 20, CR=07, Campo - Valor", "Inconsistente, Posição 4");
+    return Refuse("CR07-07", r, C::kValor, "Tabela 20, CR=07, Campo - Valor", "Inconsistente, Posição 4");
   }
   if (LefRigNumChr(r[C::kData]) || Val(r[C::kData]) <= 0) {
-    return Refuse(r, C::kData, "Tabela 20, CR=07, Campo - Data", "Inconsistente, Posição 19");
+    return Refuse("CR07-08", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Inconsistente, Posição 19");
   }
   if (ValidarData(r[C::kData])) {
-    return Refuse(r, C::kData, "Tabela 20, CR=07, Campo - Data", "Inválida, Posição 19");
+    return Refuse("CR07-09", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Inválida, Posição 19");
   }
   if (!PeriodoDePagamento(ref).Holds(IntVal(r[C::kData]))) {
-    return Refuse(r, C::kData, "Tabela 20, CR=07, Campo - Data", "Período Inválido, Posição 19");
+    return Refuse("CR07-10", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Período Inválido, Posição 19");
   }
   if (Val(Left(ref, 4)) < 2012) {
-    return Refuse(r, C::kData, "Tabela 20, CR=07, Campo - Data/Ref",
+    return Refuse("CR07-11", r, C::kData, "Tabela 20, CR=07, Campo - Data/Ref",
                   "Só é permitido preenchimento do campo pagamento para referência a partir de 01/2012");
   }
   return Accepted;
@@ -108,22 +110,24 @@ Verdict ValidarCR07(Pass& pass) {
   for (int i = 0; i < pass.declaracao.QtdeCR07; ++i) {
     pass.arquivo.Next(r);
     if (r[C::kSeparadores] != kCrLf) {
-      return Refuse(r, C::kSeparadores, "Tabela 20, CR=07 Campo - Separadores", "inconsistente, Posição 27");
+      return Refuse("CR07-01", r, C::kSeparadores, "Tabela 20, CR=07 Campo - Separadores",
+                    "inconsistente, Posição 27");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse(cabecalho, Cr05::kQ07, "Tabela 2, CR=05 Campo - Q07", "inconsistente, Posição 114");
+      return Refuse("CR07-02", cabecalho, Cr05::kQ07, "Tabela 2, CR=05 Campo - Q07",
+                    "inconsistente, Posição 114");
     }
     if (!pagamentos.Datar(r)) {
-      return Refuse(r, C::kData, "Tabela 20, CR=07, Campo - Data", "Pagamentos com mesma data");
+      return Refuse("CR07-03", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Pagamentos com mesma data");
     }
     if (auto refused = ValidarCamposCR07(r, cabecalho[Cr05::kRef])) return refused;
     pagamentos.Contar(r);
     if (pagamentos.proprias() > kMaximoDePagamentos) {
-      return Refuse(r, C::kPropriaOuST, "Tabela 20, CR=07 Campo - PrópriaOUST",
+      return Refuse("CR07-12", r, C::kPropriaOuST, "Tabela 20, CR=07 Campo - PrópriaOUST",
                     "Quantidades de detalhamento de pagamentos de operações próprias maior que 5");
     }
     if (pagamentos.st() > kMaximoDePagamentos) {
-      return Refuse(r, C::kPropriaOuST, "Tabela 20, CR=07 Campo - PrópriaOUST",
+      return Refuse("CR07-13", r, C::kPropriaOuST, "Tabela 20, CR=07 Campo - PrópriaOUST",
                     "Quantidades de detalhamento de pagamentos de operações ST maior que 5");
     }
     GravarCR07(r, pass.componentes);

@@ -13,26 +13,30 @@ using C = Cr26;
 // The columns that these texts name are those of an older layout with a six-digit NF.
 Verdict ValidarCamposCR26(const Record<Cr26>& r, Components& componentes) {
   if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 26) {
-    return Refuse(r, C::kCr, "Tabela 16, CR=26, Campo - CR", "Inconsistentes, Posição 1");
+    return Refuse("CR26-04", r, C::kCr, "Tabela 16, CR=26, Campo - CR", "Inconsistentes, Posição 1");
   }
   Utf8Buffer ie;  // no numeric test stands before the host's
   if (!componentes.documentos().ValidarIE(Utf8(r[C::kIESubstituto], ie))) {
-    return Refuse(r, C::kIESubstituto, "Tabela 16, CR=26, Campo - IESubstituto", "Inválida, Posição 3");
+    return Refuse("CR26-05", r, C::kIESubstituto, "Tabela 16, CR=26, Campo - IESubstituto",
+                  "Inválida, Posição 3");
   }
   if (LefRigNumChr(r[C::kNF])) {
-    return Refuse(r, C::kNF, "Tabela 05, CR=26, Campo - NF", "Inconsistente, Posição 15");
+    return Refuse("CR26-06", r, C::kNF, "Tabela 05, CR=26, Campo - NF", "Inconsistente, Posição 15");
   }
   if (LefRigNumChr(r[C::kDataInicio]) || ValidarData(r[C::kDataInicio])) {
-    return Refuse(r, C::kDataInicio, "Tabela 16, CR=26, Campo - DataInicio", "Inconsistente, Posição 21");
+    return Refuse("CR26-07", r, C::kDataInicio, "Tabela 16, CR=26, Campo - DataInicio",
+                  "Inconsistente, Posição 21");
   }
   if (LefRigNumChr(r[C::kDataFim]) || ValidarData(r[C::kDataFim])) {
-    return Refuse(r, C::kDataFim, "Tabela 16, CR=26, Campo - DataFim", "Inconsistente, Posição 27");
+    return Refuse("CR26-08", r, C::kDataFim, "Tabela 16, CR=26, Campo - DataFim",
+                  "Inconsistente, Posição 27");
   }
   if (r[C::kSeparadores] != kCrLf) {
-    return Refuse(r, C::kSeparadores, "Tabela 16, CR=26, Campo - Separadores", "Inconsistente, Posição 48");
+    return Refuse("CR26-09", r, C::kSeparadores, "Tabela 16, CR=26, Campo - Separadores",
+                  "Inconsistente, Posição 48");
   }
   if (LefRigNumChr(r[C::kValor])) {
-    return Refuse(r, C::kValor, "Tabela 16, CR=26, Campo - Valor", "Inconsistente, Posição 33");
+    return Refuse("CR26-10", r, C::kValor, "Tabela 16, CR=26, Campo - Valor", "Inconsistente, Posição 33");
   }
   return Accepted;
 }
@@ -42,13 +46,15 @@ Verdict ValidarCruzadoCR26(const Record<Cr26>& r, const Record<Cr20>& ocorrencia
                            const Record<Cr05>& cabecalho) {
   const int sub_item = SubItem(ocorrencia).right3;
   if (sub_item == 211 && Val(r[C::kNF]) > 0) {
-    return Refuse(r, C::kNF, "Tabela 6_x_16, CRs 20_x_26, Campo - NF", "Inconsistente, Posição 3_x_15");
+    return Refuse("CR26-11", r, C::kNF, "Tabela 6_x_16, CRs 20_x_26, Campo - NF",
+                  "Inconsistente, Posição 3_x_15");
   }
   if (sub_item == 210 && Val(r[C::kNF]) == 0) {
-    return Refuse(r, C::kNF, "Tabela 6_x_16, CRs 20_x_26, Campo - NF", "Inconsistente, Posição 3_x_15");
+    return Refuse("CR26-12", r, C::kNF, "Tabela 6_x_16, CRs 20_x_26, Campo - NF",
+                  "Inconsistente, Posição 3_x_15");
   }
   if (r[C::kDataFim] < r[C::kDataInicio] || r[C::kDataFim] > cabecalho[Cr05::kRef]) {
-    return Refuse(r, C::kDataFim, "Tabela 16, CR=26, Campo - DataFim_x_DataInicio",
+    return Refuse("CR26-13", r, C::kDataFim, "Tabela 16, CR=26, Campo - DataFim_x_DataInicio",
                   "Inconsistente, Posições 27_x_21");
   }
   return Accepted;
@@ -74,14 +80,15 @@ Verdict ValidarCR26(Pass& pass, EstadoOcorrencia& ocorrencia) {
   for (int i = 0; i < ocorrencia.QtdePendenteCR26; ++i) {
     pass.arquivo.Next(r);
     if (r[C::kSeparadores] != kCrLf) {
-      return Refuse(r, C::kSeparadores, "Tabela 16, CR=26 Campo - Separadores", "inconsistente, Posição 48");
+      return Refuse("CR26-01", r, C::kSeparadores, "Tabela 16, CR=26 Campo - Separadores",
+                    "inconsistente, Posição 48");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse(pai, Cr20::kQ26, "Tabela 16, CR=26 Campo - Q26", "inconsistente, Posição 48");
+      return Refuse("CR26-02", pai, Cr20::kQ26, "Tabela 16, CR=26 Campo - Q26", "inconsistente, Posição 48");
     }
     const ShortText chave = ShortText(r[C::kIESubstituto]).Append(r[C::kNF]);
     if (anterior.view() >= chave.view()) {
-      return Refuse(r, C::kIESubstituto, "Tabela 16, CR=26 Campo - IESubstituto",
+      return Refuse("CR26-03", r, C::kIESubstituto, "Tabela 16, CR=26 Campo - IESubstituto",
                     "inconsistente, Posições 3_x_15");
     }
     anterior = chave;

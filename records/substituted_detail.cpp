@@ -11,19 +11,20 @@ using C = Cr27;
 // The columns that these texts name are those of an older layout with a six-digit NF.
 Verdict ValidarCamposCR27(const Record<Cr27>& r, Components& componentes) {
   if (LefRigNumChr(r[C::kCr]) || Val(r[C::kCr]) != 27) {
-    return Refuse(r, C::kCr, "Tabela 17, CR=27, Campo - CR", "Inconsistentes, Posição 1");
+    return Refuse("CR27-05", r, C::kCr, "Tabela 17, CR=27, Campo - CR", "Inconsistentes, Posição 1");
   }
   if (!componentes.documentos().ValidarIE(r[C::kIESubstituido])) {
-    return Refuse(r, C::kIESubstituido, "Tabela 17, CR=27, Campo - IE", "Inválida, Posição 3");
+    return Refuse("CR27-06", r, C::kIESubstituido, "Tabela 17, CR=27, Campo - IE", "Inválida, Posição 3");
   }
   if (LefRigNumChr(r[C::kNF])) {
-    return Refuse(r, C::kNF, "Tabela 17, CR=27, Campo - Nf", "Inconsistente, Posição 15");
+    return Refuse("CR27-07", r, C::kNF, "Tabela 17, CR=27, Campo - Nf", "Inconsistente, Posição 15");
   }
   if (r[C::kSeparadores] != kCrLf) {
-    return Refuse(r, C::kSeparadores, "Tabela 17, CR=27, Campo - Separadores", "Inconsistente, Posição 36");
+    return Refuse("CR27-08", r, C::kSeparadores, "Tabela 17, CR=27, Campo - Separadores",
+                  "Inconsistente, Posição 36");
   }
   if (LefRigNumChr(r[C::kValor])) {
-    return Refuse(r, C::kValor, "Tabela 17, CR=27, Campo - Valor", "Inconsistente, Posição 21");
+    return Refuse("CR27-09", r, C::kValor, "Tabela 17, CR=27, Campo - Valor", "Inconsistente, Posição 21");
   }
   return Accepted;
 }
@@ -32,11 +33,11 @@ Verdict ValidarCamposCR27(const Record<Cr27>& r, Components& componentes) {
 Verdict ValidarCruzadoCR27(const Record<Cr27>& r, const Record<Cr20>& ocorrencia) {
   const int sub_item = SubItem(ocorrencia).right3;
   if (sub_item == 701 && Val(r[C::kNF]) == 0) {
-    return Refuse(r, C::kNF, "Tabela 6_x_17, CRs 20_x_27, Campo - CódSubItem_x_NF",
+    return Refuse("CR27-10", r, C::kNF, "Tabela 6_x_17, CRs 20_x_27, Campo - CódSubItem_x_NF",
                   "Inconsistente, Posição 3_x_15");
   }
   if (sub_item == 702 && Val(r[C::kNF]) > 0) {
-    return Refuse(r, C::kNF, "Tabela 6_x_17, CRs 20_x_27, Campo - CódSubItem_x_NF",
+    return Refuse("CR27-11", r, C::kNF, "Tabela 6_x_17, CRs 20_x_27, Campo - CódSubItem_x_NF",
                   "Inconsistente, Posição 3_x_15");
   }
   return Accepted;
@@ -60,18 +61,19 @@ Verdict ValidarCR27(Pass& pass, EstadoOcorrencia& ocorrencia) {
   for (int i = 0; i < ocorrencia.QtdePendenteCR27; ++i) {
     pass.arquivo.Next(r);
     if (r[C::kSeparadores] != kCrLf) {
-      return Refuse(r, C::kSeparadores, "Tabela 17, CR=27 Campo - Separadores", "inconsistente, Posição 36");
+      return Refuse("CR27-01", r, C::kSeparadores, "Tabela 17, CR=27 Campo - Separadores",
+                    "inconsistente, Posição 36");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse(pai, Cr20::kQ27, "Tabela 6, CR=20 Campo - Q27", "inconsistente, Posição 432");
+      return Refuse("CR27-02", pai, Cr20::kQ27, "Tabela 6, CR=20 Campo - Q27", "inconsistente, Posição 432");
     }
     if (LefRigNumChr(r[C::kIESubstituido])) {
-      return Refuse(r, C::kIESubstituido, "Tabela 17, CR=27 Campo - IESubstituído",
+      return Refuse("CR27-03", r, C::kIESubstituido, "Tabela 17, CR=27 Campo - IESubstituído",
                     "inconsistente, Posição 3");
     }
     const ShortText chave = ShortText(r[C::kIESubstituido]).Append(r[C::kNF]);
     if (anterior.view() >= chave.view()) {
-      return Refuse(r, C::kIESubstituido, "Tabela 17, CR=27 Campo - IESubstituído_x_NF",
+      return Refuse("CR27-04", r, C::kIESubstituido, "Tabela 17, CR=27 Campo - IESubstituído_x_NF",
                     "inconsistente, Posição 3_x_15");
     }
     anterior = chave;
