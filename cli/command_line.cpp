@@ -214,6 +214,9 @@ void Parser::AddExemplo() {
       ->option_text("ARQUIVO")
       ->group(kOptions)
       ->take_last();
+  verb.add_flag("--sobrescrever", request_.sobrescrever, "Troca o arquivo de --saida se ele já existe")
+      ->disable_flag_override()
+      ->group(kOptions);
   verbs_.emplace_back(&verb, Verb::kExemplo);
 }
 

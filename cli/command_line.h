@@ -25,8 +25,9 @@ struct Request {
   std::string ie;          ///< dotted form; empty for all
   std::string referencia;  ///< "AAAA-MM"; empty for all
   sample::Opcoes exemplo;
-  std::string saida;  ///< file to write; empty for standard output
-  std::string dados;  ///< folder of the CSV files; empty for the built-in rows
+  std::string saida;          ///< file to write; empty for standard output
+  bool sobrescrever = false;  ///< an earlier sample may be replaced
+  std::string dados;          ///< folder of the CSV files; empty for the built-in rows
 };
 
 /// Help, the version, or what is wrong with the command line: texts for the two streams and the exit status.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -15,6 +16,7 @@
 #include "cli/listing.h"
 #include "cli/many_files.h"
 #include "cli/text.h"
+#include "runtime/text.h"
 
 namespace tremvik::cli {
 namespace {
@@ -40,6 +42,24 @@ ExitStatus Validate(const Request& request, const Terminal& terminal, Output& ou
   return ValidateMany(names, options, terminal, workers, out, err);
 }
 
+// The master record of a "Pré-Formatado" file, which is digits alone.
+bool IsSample(const std::string& path) {
+  constexpr std::size_t kMaster = 30;
+  std::string start(kMaster, '\0');
+  std::ifstream(path, std::ios::binary).read(start.data(), kMaster);
+  return start.starts_with("01") && std::ranges::all_of(start, IsDigit);
+}
+
+// Why the file to write must stay as it is; empty when it may be written.
+std::string ReasonToKeep(const Request& request) {
+  std::error_code ignored;
+  const std::string& path = request.saida;
+  if (!std::filesystem::is_regular_file(path, ignored)) return {};
+  if (!request.sobrescrever) return "já existe. Escolha outro nome ou use --sobrescrever.";
+  if (std::filesystem::file_size(path, ignored) == 0 || IsSample(path)) return {};
+  return "já existe e não é um arquivo Pré-Formatado; não será sobrescrito. Escolha outro nome.";
+}
+
 ExitStatus WriteSample(const Request& request, Output& out, Output& err) {
   std::string bytes;
   try {
@@ -51,6 +71,10 @@ ExitStatus WriteSample(const Request& request, Output& out, Output& err) {
   if (request.saida.empty() || request.saida == "-") {
     out.Write(bytes);
     return ExitStatus::kAccepted;
+  }
+  if (const std::string reason = ReasonToKeep(request); !reason.empty()) {
+    err.Write("tremvik: \"" + Visible(request.saida) + "\" " + reason + "\n");
+    return ExitStatus::kEnvironment;
   }
   const int descriptor = open(request.saida.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
   int error = descriptor < 0 ? errno : 0;
@@ -134,6 +158,7 @@ std::string Sentence(const RuntimeError& error, const Request& request) {
            ". Confira o nome, ou construa-as com \"tremvik "
            "tabelas construir\".";
   }
+  if (error.number() == erro::kArquivoJaExiste) return Visible(error.description());
   return "não foi possível escrever as tabelas em " + name + what +
          ". Confira se a pasta existe e se você pode "
          "gravar nela.";

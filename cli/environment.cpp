@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "adapters/local/component_folder.h"
+#include "adapters/sqlite/connection.h"
 #include "adapters/sqlite/declaration_store.h"
 #include "cli/text.h"
 
@@ -40,6 +41,8 @@ std::string ProblemOfFile(const std::string& path) {
   const std::string name = "\"" + Visible(path) + "\"";
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
+    if (errno == ELOOP)
+      return name + " é um atalho (link simbólico) que leva a si mesmo. Informe o próprio arquivo.";
     if (errno == EACCES) return "sem permissão para chegar a " + name + ". Confira as permissões das pastas.";
     return "o arquivo " + name + " não existe. Confira o nome e a pasta.";
   }
@@ -75,6 +78,9 @@ std::string Remedy(const RuntimeError& error, const std::string& folder) {
       }
       return "a pasta " + name + " está em uso por outra importação" + what +
              ". Espere que ela termine ou use outra pasta com --pasta.";
+    case sqlite::kVersaoMaisNova:
+      return "as declarações guardadas na pasta " + name + " não podem ser lidas" + what +
+             ". Atualize o programa ou use outra pasta com --pasta.";
     case erro::kBancoNaoEncontrado:
     case erro::kParametrosInsuficientes:
     case erro::kSintaxeDaConsulta:
@@ -91,6 +97,7 @@ std::string Remedy(const RuntimeError& error, const std::string& folder) {
     case erro::kPermissaoNegada:
     case erro::kArquivoNaoEncontrado:
     case erro::kArquivoJaExiste:
+    case erro::kNumeroDeArquivoInvalido:
       return "não foi possível usar a pasta " + name + what +
              ". Confira se ela existe e se você pode gravar nela, ou escolha outra com --pasta.";
     default:

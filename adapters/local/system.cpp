@@ -39,7 +39,7 @@ constexpr std::array kMapped{
     Mapped{ENFILE, erro::kExcessoDeArquivos, "há arquivos demais abertos"},
     Mapped{ENOSPC, erro::kDiscoCheio, "disco cheio"},
     Mapped{EDQUOT, erro::kDiscoCheio, "disco cheio"},
-    Mapped{EFBIG, erro::kDiscoCheio, "o limite de tamanho dos arquivos (ulimit -f) foi atingido"},
+    Mapped{EFBIG, erro::kEntradaSaida, "o limite de tamanho dos arquivos (ulimit -f) foi atingido"},
     Mapped{EIO, erro::kEntradaSaida, "erro de leitura ou gravação"},
     Mapped{ENOMEM, erro::kMemoriaInsuficiente, ""},
     Mapped{ENAMETOOLONG, erro::kNumeroDeArquivoInvalido, "o nome é longo demais"},

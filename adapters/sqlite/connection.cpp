@@ -1,5 +1,8 @@
 #include "adapters/sqlite/connection.h"
 
+#include <fmt/format.h>
+#include <sys/resource.h>
+
 #include <cerrno>
 
 #include "adapters/local/system.h"
@@ -7,28 +10,39 @@
 namespace tremvik::sqlite {
 namespace {
 
+// Where a store is attached, it is the one that the user knows.
+std::string FileOf(sqlite3* connection) {
+  for (const char* const schema : {"banco", "main"}) {
+    const char* const path = connection == nullptr ? nullptr : sqlite3_db_filename(connection, schema);
+    if (path != nullptr && *path != '\0') return path;
+  }
+  return {};
+}
+
 RuntimeError Named(int number, std::string_view what, sqlite3* connection) {
-  const char* const path = connection == nullptr ? nullptr : sqlite3_db_filename(connection, "main");
-  std::string text(what);
-  if (path != nullptr && *path != '\0') text.append(" '").append(path).append("'");
-  return {number, text.append(".")};
+  const std::string file = FileOf(connection);
+  return {number, file.empty() ? fmt::format("{}.", what) : fmt::format("{} '{}'.", what, file)};
 }
 
 // The engine tells an unknown name, an unknown table and a malformed text apart; here all three are one code
 // with different words.
-RuntimeError QueryError(std::string_view words) {
+RuntimeError QueryError(sqlite3* connection) {
+  const std::string_view words = sqlite3_errmsg(connection);
   const auto colon = words.rfind(": ");
   const auto name = colon == std::string_view::npos ? words : words.substr(colon + 2);
-  std::string text;
-  if (words.starts_with("no such table")) {
-    text.append("Tabela não encontrada: '").append(name).append("'.");
-    return {erro::kTabelaNaoEncontrada, text};
-  }
+  if (words.starts_with("no such table"))
+    return Named(erro::kTabelaNaoEncontrada, fmt::format("Tabela não encontrada: '{}' em", name), connection);
   if (words.starts_with("no such column")) {
-    text.append("Parâmetros insuficientes: a coluna '").append(name).append("' não existe.");
-    return {erro::kParametrosInsuficientes, text};
+    return Named(erro::kParametrosInsuficientes,
+                 fmt::format("Parâmetros insuficientes: não existe a coluna '{}' em", name), connection);
   }
-  return {erro::kSintaxeDaConsulta, text.append("Erro de sintaxe na consulta: ").append(words)};
+  return {erro::kSintaxeDaConsulta, fmt::format("Erro de sintaxe na consulta: {}", words)};
+}
+
+// By "ulimit -f"; a write beyond it fails, and SQLite does not keep why.
+bool SizesAreLimited() {
+  rlimit limit{};
+  return ::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
 }
 
 RuntimeError CannotOpen(sqlite3* connection) {
@@ -37,8 +51,7 @@ RuntimeError CannotOpen(sqlite3* connection) {
     return Named(erro::kPermissaoNegada, "Permissão negada ao abrir o banco de dados", connection);
   }
   if (system != 0 && system != ENOENT) {
-    const char* const path = sqlite3_db_filename(connection, "main");
-    return FileError(system, "Não foi possível abrir o banco de dados", path == nullptr ? "" : path);
+    return FileError(system, "Não foi possível abrir o banco de dados", FileOf(connection));
   }
   return Named(erro::kBancoNaoEncontrado, "Não foi possível localizar o arquivo", connection);
 }
@@ -65,8 +78,10 @@ RuntimeError EngineError(sqlite3* connection, int code) {
     case SQLITE_CONSTRAINT:
       return Named(kValoresDuplicados, "O banco de dados já contém um destes registros", connection);
     case SQLITE_ERROR:
-      return QueryError(sqlite3_errmsg(connection));
+      return QueryError(connection);
     default:
+      if (sqlite3_extended_errcode(connection) == SQLITE_IOERR_WRITE && SizesAreLimited())
+        return FileError(EFBIG, "Não foi possível gravar", FileOf(connection));
       return Named(erro::kEntradaSaida, "Erro de E/S no banco de dados", connection);
   }
 }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view kTrava = "tremvik.lock";
 std::string InUse(const std::string& folder) {
-  return "A pasta '" + folder + "' está em uso por outra importação; espere que ela termine e tente de novo.";
+  return "A pasta '" + folder + "' está em uso por outra importação.";
 }
 
 }  // namespace

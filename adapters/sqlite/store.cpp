@@ -28,7 +28,7 @@ void CheckVersion(const sqlite::Connection& store) {
     throw sqlite::EngineError(store.get(), SQLITE_NOTADB);
   if (store.Number("PRAGMA user_version") > kVersao) {
     throw RuntimeError(sqlite::kVersaoMaisNova,
-                       "O banco de declarações foi gravado por uma versão mais nova do programa.");
+                       "O banco de declarações é de uma versão mais nova do programa.");
   }
 }
 

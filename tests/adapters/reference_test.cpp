@@ -100,35 +100,6 @@ TEST_F(ReferenceTest, FaultyQueriesHaveTheEnginesNumbers) {
   EXPECT_TRUE(Found("Select Código From tblEstados Where Código = '35'")) << "after a failure it goes on";
 }
 
-TEST_F(ReferenceTest, UnusableDatabasesHaveTheEnginesNumbers) {
-  const auto error = [&] { return ErrorOf([&] { Found("Select Código From tblEstados"); }); };
-  const std::string file = Path("tblFixas.fix");
-  EXPECT_EQ(error(), 3024);
-  std::filesystem::create_directory(file);
-  EXPECT_EQ(error(), 75);
-  std::filesystem::remove(file);
-  WriteFile(file, "");
-  EXPECT_EQ(error(), 3343);
-  WriteFile(file, "isto não é um banco de dados, mas tem bem mais de cem bytes, para que o cabeçalho seja lido inteiro");
-  EXPECT_EQ(error(), 3343);
-  EXPECT_EQ(ErrorOf([&] { ConstruirTabelasPadrao(file); }), 58) << "somebody's file";
-  std::filesystem::remove(file);
-  ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
-  EXPECT_EQ(error(), 75);
-  EXPECT_EQ(ErrorOf([&] { ConstruirTabelasPadrao(file); }), 58);
-  std::filesystem::remove(file);
-  ConstruirTabelasPadrao(file);
-  std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
-  EXPECT_EQ(error(), 3343);
-  ConstruirTabelasPadrao(file);
-  {
-    sqlite::Connection other(file, SQLITE_OPEN_READWRITE);
-    other.Execute("BEGIN EXCLUSIVE");
-    EXPECT_EQ(error(), 3045);
-  }
-  EXPECT_EQ(error(), 0) << "an earlier failure is not remembered";
-}
-
 TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
   CopyData();
   ConstruirTabelasPadrao(Path("tblFixas.fix"));

@@ -173,7 +173,7 @@ class Samples(Story):
 
     def test_the_longest_file_is_accepted_and_one_line_more_is_not(self):
         for records, status, message in ((32766, 0, ""), (32767, 1, "6 - Estouro")):
-            self.run_piped("exemplo", "--registros", str(records), "--declaracoes", "900", "--saida", "g.txt")
+            self.run_piped("exemplo", "--registros", str(records), "--declaracoes", "900", "--saida", "g.txt", "--sobrescrever")
             run = self.run_piped("validar", "g.txt", "--json")
             end = run.objects()[-1]
             self.assertEqual((run.status, end["NroLinha"], end["Mensagem"]), (status, 32767, message))

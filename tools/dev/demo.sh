@@ -33,7 +33,7 @@ What to try next:
   $program --help
   $program validar samples/*.txt
   $program listar 271.939.199.527 04/2014 --pasta $folder
-  $program exemplo --declaracoes 3 --saida build/exemplo.txt
+  $program exemplo --declaracoes 3 --saida build/exemplo.txt --sobrescrever
   $program importar build/exemplo.txt --pasta $folder --json
 The database is $folder/tremvik.db; docs/store.md describes its tables.
 END

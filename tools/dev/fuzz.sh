@@ -25,7 +25,7 @@ make_seeds() {
   rm -rf build/fuzz/seeds && mkdir -p build/fuzz/seeds && cp samples/*.txt build/fuzz/seeds/
   local number
   for number in {1..9}; do
-    build/test/cli/tremvik exemplo --declaracoes 1 --semente "$number" --saida "build/fuzz/seeds/exemplo-$number.txt"
+    build/test/cli/tremvik exemplo --declaracoes 1 --semente "$number" --saida "build/fuzz/seeds/exemplo-$number.txt" --sobrescrever
   done
 }
 
@@ -58,7 +58,7 @@ for target in "${fuzz_targets[@]}"; do
   tell "$name"
 done
 check fuzz-killed "200 imports killed" \
-  env TREMVIK_KILLS=200 build/test/tests/faults/faults_test --gtest_filter='KilledImport.*' || true
+  env TREMVIK_KILLS=200 python3 -B tests/faults/machine.py build/test/cli/tremvik samples || true
 
 if ((${#failed_steps[@]})); then
   printf 'failed: %s\n' "${failed_steps[@]}"
