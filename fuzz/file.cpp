@@ -4,6 +4,8 @@
 #include <functional>
 #include <numeric>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "component/tremvik.h"
@@ -15,108 +17,91 @@
 namespace tremvik::fuzz {
 namespace {
 
-test::References& SharedReferences() {
-  constexpr int kForgetAfter = 20'000;
-  static test::References references;
-  static int runs = 0;
-  if (++runs % kForgetAfter == 0) references.Forget();
-  return references;
-}
+using Estado = Outcome::Estado;
+using Host = test::TablesHost;
 
 // How a step ended and where, and everything observed of it.
-struct Outcome {
-  enum class End { kAccepted, kRefused, kOverflow } end = End::kAccepted;
+struct Seen {
+  Estado estado = Estado::kAceito;
   int linha = 0;
   int records = 0;  ///< stored
   std::vector<std::string> log;
   std::vector<test::Box> boxes;
   std::vector<test::Place> places, doubts;
-  friend bool operator==(const Outcome&, const Outcome&) = default;
-  [[nodiscard]] bool accepted() const { return end == End::kAccepted; }
+  friend bool operator==(const Seen&, const Seen&) = default;
 };
 
-using Host = test::TablesHost;
-using Step = Outcome(Host& host);
+// Runs a pass or the whole on the file; returns how it ended, and the line where.
+using Step = std::pair<Estado, int>(Host& host);
 
 // The step on a host whose reads give `piece` bytes. The bytes of the file decide which question is answered
 // No and whether the declarations are held already.
-Outcome Observe(Step& step, std::string_view file, std::size_t piece) {
+Seen Observe(Step& step, std::string_view file, std::size_t piece) {
   constexpr unsigned kQuestions = 8;
   const auto sum = std::accumulate(file.begin(), file.end(), 0U, [](unsigned before, char c) {
     return before + static_cast<unsigned char>(c);
   });
-  Host host(SharedReferences(), file);
+  static test::References references;
+  Host host(references, file);
   host.most_read = piece;
   host.answers.assign(kQuestions, resposta::kSim);
   host.answers[sum % kQuestions] = resposta::kNao;
   host.holds_all = sum / kQuestions % kQuestions == 0;
-  Outcome outcome = step(host);
-  Expect(host.open_files() == 0, "every file is closed");
-  for (const auto& [code, written] : host.written)
-    outcome.records += written;
-  outcome.log = host.log;
-  outcome.boxes = host.boxes;
-  outcome.places = host.places;
-  outcome.doubts = host.doubts;
-  return outcome;
-}
-
-Outcome Observe(Step& step, std::string_view file) {
-  constexpr std::size_t kLongestPiece = 97;
-  Outcome outcome = Observe(step, file, file.size() + 1);
-  Expect(Observe(step, file, 1 + file.size() % kLongestPiece) == outcome, "short reads change nothing");
-  return outcome;
-}
-
-Outcome Lengths(Host& host) {
-  TextReader reader(host, 1, test::kInputPath);
-  Outcome outcome;
+  Seen seen;
   try {
-    const auto fault = ValidarTamanhos(reader);
-    if (!fault) return outcome;
-    outcome.end = Outcome::End::kRefused;
-    host.log.push_back(fault->mensagem);
-    if (fault->place.linha > 0) host.Inconsistencia(fault->Where());
-  } catch (const RuntimeError& error) {
-    Expect(error.number() == erro::kEstouro, "only too many records raise");
-    outcome.end = Outcome::End::kOverflow;
-  }
-  return outcome;
-}
-
-Outcome Totals(Host& host) {
-  Tremvik tremvik(host.host());
-  Outcome outcome;
-  try {
-    if (tremvik.CompararTotais(test::kInputPath)) outcome.end = Outcome::End::kRefused;
+    std::tie(seen.estado, seen.linha) = step(host);
   } catch (const RuntimeError& error) {
     Expect(error.number() == erro::kEstouro, "only too many records or too many announced raise");
-    outcome.end = Outcome::End::kOverflow;
+    seen.estado = Estado::kErro;
   }
-  const bool refused = outcome.end == Outcome::End::kRefused;
-  Expect(host.boxes.size() == (refused ? 1 : 0), "one box for a refusal, none otherwise");
-  Expect(host.places.empty() == !refused, "a refusal has its places");
-  outcome.linha = tremvik.NroLinha();
-  return outcome;
+  Expect(host.open_files() == 0, "every file is closed");
+  for (const auto& [code, written] : host.written)
+    seen.records += written;
+  seen.log = host.log;
+  seen.boxes = host.boxes;
+  seen.places = host.places;
+  seen.doubts = host.doubts;
+  return seen;
 }
 
-Outcome WholeRun(Host& host) {
+Seen Observe(Step& step, std::string_view file) {
+  constexpr std::size_t kLongestPiece = 97;
+  Seen seen = Observe(step, file, file.size() + 1);
+  Expect(Observe(step, file, 1 + file.size() % kLongestPiece) == seen, "short reads change nothing");
+  return seen;
+}
+
+std::pair<Estado, int> Lengths(Host& host) {
+  TextReader reader(host, 1, test::kInputPath);
+  const auto fault = ValidarTamanhos(reader);
+  if (!fault) return {Estado::kAceito, 0};
+  host.log.push_back(fault->mensagem);
+  if (fault->place.linha > 0) host.Inconsistencia(fault->Where());
+  return {Estado::kRecusado, 0};
+}
+
+std::pair<Estado, int> Totals(Host& host) {
+  Tremvik tremvik(host.host());
+  const bool refused = tremvik.CompararTotais(test::kInputPath);
+  Expect(host.boxes.size() == (refused ? 1 : 0), "one box for a refusal, none otherwise");
+  Expect(host.places.empty() == !refused, "a refusal has its places");
+  return {refused ? Estado::kRecusado : Estado::kAceito, tremvik.NroLinha()};
+}
+
+std::pair<Estado, int> WholeRun(Host& host) {
   Tremvik tremvik(host.host());
   tremvik.Monitora(test::kInputPath);
-  const bool accepted = !tremvik.bolRetMonitora();
+  const Estado estado = tremvik.outcome().estado;
+  const bool accepted = estado == Estado::kAceito;
+  Expect(accepted == !tremvik.bolRetMonitora(), "the host learns of the end in two ways that agree");
   Expect(std::ranges::count(host.log, "Fechar") <= 1, "at most one Fechar");
   const auto question = [](const test::Box& box) { return (box.style & estilo::kSimNao) != 0; };
   const auto said = std::ranges::count_if(host.boxes, std::not_fn(question));
   const std::string title = host.boxes.empty() ? "" : host.boxes.back().title;
   Expect(said == 1 || (said == 0 && title == "Atenção"), "exactly one word about the end of a run");
   Expect(accepted == (title == "Arquivo Pré-Formatado"), "success is told, and only then");
-  Expect(accepted == (tremvik.outcome().estado == tremvik::Outcome::Estado::kAceito),
-         "the host learns of it");
   Expect(!accepted || host.places.empty(), "an accepted file has no fault");
-  Outcome outcome;
-  if (!accepted) outcome.end = Outcome::End::kRefused;
-  outcome.linha = tremvik.NroLinha();
-  return outcome;
+  return {estado, tremvik.NroLinha()};
 }
 
 // The lines of a file in which each is of a known kind and its exact length, else 0. Takes it apart from its
@@ -147,12 +132,13 @@ const bool kTakesFiles = true;
 
 void Check(std::string_view file) {
   const int lines = LinesIfRight(file);
-  const Outcome lengths = Observe(Lengths, file);
-  const Outcome totals = Observe(Totals, file);
-  const Outcome run = Observe(WholeRun, file);
-  Expect(lengths.accepted() == (lines > 0), "the length pass refuses when, and only when, a line is wrong");
-  if (!run.accepted()) return;
-  Expect(lengths.accepted() && totals.accepted(), "what a run accepts, the two passes do");
+  const Seen lengths = Observe(Lengths, file);
+  const Seen totals = Observe(Totals, file);
+  const Seen run = Observe(WholeRun, file);
+  Expect((lengths.estado == Estado::kAceito) == (lines > 0),
+         "the length pass refuses wrong lines, and only them");
+  if (run.estado != Estado::kAceito) return;
+  Expect(lengths.estado == run.estado && totals.estado == run.estado, "what a run accepts, both passes do");
   Expect(totals.linha == lines, "the reconciliation counts every line");
   Expect(run.linha == lines + 1, "the binary run reads every line and meets the end");
   Expect(run.records == lines - 1, "every record but the master record is stored");

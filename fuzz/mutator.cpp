@@ -1,8 +1,8 @@
 #include "fuzz/mutator.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -17,13 +17,8 @@ namespace {
 using sample::Sorteio;
 
 // Values around which rules change, by field.
-struct Interesting {
-  std::string_view campo;
-  std::vector<std::string_view> values;
-};
-
-const std::vector<Interesting>& Dictionary() {
-  static const std::vector<Interesting> kValues{
+const std::map<std::string_view, std::vector<std::string_view>>& Dictionary() {
+  static const std::map<std::string_view, std::vector<std::string_view>> kValues{
       {"RegTrib", {"01", "02", "03", "04", "00", "05"}},
       {"Ref",
        {"200006", "200007", "200012", "200101", "200112", "200201", "200212", "200301", "200307", "200308",
@@ -67,10 +62,8 @@ std::string Borrowed(Sorteio& draw, const Lines& lines, const KindInfo& kind, co
 // Another text for a field that holds `text`, in a file of such lines.
 std::string NewText(Sorteio& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field,
                     std::string text) {
-  const auto known = std::ranges::find(Dictionary(), field.name, &Interesting::campo);
-  if (known != Dictionary().end() && draw.Chance(60)) {
-    return std::string(known->values[Below(draw, known->values.size())]);
-  }
+  if (const auto known = Dictionary().find(field.name); known != Dictionary().end() && draw.Chance(60))
+    return std::string(known->second[Below(draw, known->second.size())]);
   constexpr std::string_view kFillers = "09 ";
   const std::size_t width = text.size();
   switch (draw.Entre(0, 8)) {
@@ -134,22 +127,16 @@ void MoveRecord(Sorteio& draw, Lines& lines) {
   lines.insert(lines.empty() ? lines.end() : Line(draw, lines), std::move(moved));
 }
 
+// Its line end included.
 void ChangeLength(Sorteio& draw, Lines& lines) {
   std::string& line = *Line(draw, lines);
-  const std::size_t at = Below(draw, line.size() + 1);
+  if (line.size() < 2) return;
+  const std::size_t at = draw.Chance(60) ? Below(draw, line.size()) : line.size() - 2;
   if (draw.Chance(50)) {
     line.insert(at, 1, static_cast<char>(draw.Entre(0, 255)));
-  } else if (at < line.size()) {
+  } else {
     line.erase(at, draw.Entre<std::size_t>(1, 3));
   }
-}
-
-void ChangeLineEnd(Sorteio& draw, Lines& lines) {
-  constexpr std::array<std::string_view, 4> kEnds{"\n", "\r", "", "\r\n"};
-  std::string& line = *Line(draw, lines);
-  while (line.ends_with('\n') || line.ends_with('\r'))
-    line.pop_back();
-  line += draw.Um(kEnds);
 }
 
 void Change(Sorteio& draw, Lines& lines) {
@@ -166,10 +153,8 @@ void Change(Sorteio& draw, Lines& lines) {
     MoveRecord(draw, lines);
   } else if (kind < 97) {
     CopyDeclaration(draw, lines);
-  } else if (kind < 99) {
-    ChangeLength(draw, lines);
   } else {
-    ChangeLineEnd(draw, lines);
+    ChangeLength(draw, lines);
   }
 }
 

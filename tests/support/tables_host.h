@@ -1,7 +1,6 @@
 // A host in memory with the default reference tables and true check digits.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,19 +16,14 @@ namespace tremvik::test {
 /// The default reference tables in a temporary folder, which goes with this object.
 class References {
  public:
-  References() {
-    ConstruirTabelasPadrao(folder_.File(arquivo::kTabelasFixas));
-    Forget();
-  }
+  References() { ConstruirTabelasPadrao(folder_.File(arquivo::kTabelasFixas)); }
   [[nodiscard]] const std::string& path() const { return folder_.path(); }
-  [[nodiscard]] ReferenceEngine& engine() { return *engine_; }
-  /// Drops the answers that the engine remembers, which grow with every new question.
-  void Forget() { engine_.emplace(folder_); }
+  [[nodiscard]] ReferenceEngine& engine() { return engine_; }
 
  private:
   ScratchFolder scratch_;
   ComponentFolder folder_{scratch_.path()};
-  std::optional<SqliteReferenceEngine> engine_;
+  SqliteReferenceEngine engine_{folder_};
 };
 
 class TablesHost : public MemoryHost {
