@@ -24,12 +24,19 @@ write_basic_package_version_file(tremvik-config-version.cmake COMPATIBILITY Same
 install(FILES ${PROJECT_BINARY_DIR}/tremvik-config.cmake ${PROJECT_BINARY_DIR}/tremvik-config-version.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tremvik)
 
-# Headers keep their folders, so that a program includes them by the names that they use for each other.
-install(DIRECTORY host layout DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tremvik FILES_MATCHING PATTERN "*.h")
-install(FILES component/tremvik.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tremvik/component)
+# The headers that a host needs. They keep their folders, so that a program includes them by the names that they
+# use for each other.
+set(headers component/tremvik.h)
 if(TREMVIK_CLI)
-  install(DIRECTORY adapters/local adapters/sqlite DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tremvik/adapters
-          FILES_MATCHING PATTERN "*.h")
+  list(APPEND headers adapters/local/component_folder.h adapters/sqlite/declaration_store.h
+       adapters/sqlite/embedded_host.h adapters/trace/trace_sink.h adapters/trace/tracing_host.h)
+endif()
+install(DIRECTORY host layout DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tremvik FILES_MATCHING PATTERN "*.h")
+foreach(header IN LISTS headers)
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tremvik/${folder})
+endforeach()
+if(TREMVIK_CLI)
   if(TARGET tremvik)
     install(TARGETS tremvik)
   endif()

@@ -61,7 +61,6 @@ void TextReader::ReadCharacters(std::size_t count, std::string& text) {
 }
 
 void TextReader::SkipLineEnd() {
-  if (input_.Ahead().starts_with(kCrLf)) return input_.Consume(kCrLf.size());
   const bool carriage_return = input_.Ahead().front() == '\r';
   input_.Consume(1);
   if (carriage_return && input_.Ahead().starts_with('\n')) input_.Consume(1);

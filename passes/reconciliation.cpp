@@ -50,8 +50,8 @@ struct Totais {
   std::string porque;
 
   void Declarar(const Linha& linha, const FieldInfo& quantidade) {
-    declarados += Val(linha.Texto(quantidade));
     ultimo = linha.Where(quantidade);
+    declarados += Val(ultimo.valor);
   }
   void Contar(const Linha& linha) {
     ++contados;

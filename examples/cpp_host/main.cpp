@@ -1,8 +1,11 @@
-// Validates one file: cpp_host FILE. Exit status 0 accepted, 1 refused, 2 no file named.
+// Imports one file: cpp_host FILE. Exit status 0 accepted and kept, 1 refused, 2 it could not be run.
+#include <exception>
 #include <iostream>
 
 #include "adapters/sqlite/embedded_host.h"
 #include "component/tremvik.h"
+
+using Estado = tremvik::Outcome::Estado;
 
 struct Console : tremvik::Screen, tremvik::Events, tremvik::Diagnostics {
   int MsgBox(std::string_view text, int /*style*/, std::string_view title) override {
@@ -18,13 +21,24 @@ struct Console : tremvik::Screen, tremvik::Events, tremvik::Diagnostics {
   void Fechar() override {}
 };
 
-int main(int argc, char** argv) {
-  if (argc != 2) return 2;
+// The host and Consolidar throw what cannot be done with the folder; Monitora tells all by its outcome.
+int Import(const char* file) {
   Console console;
-  tremvik::EmbeddedHost host({.pasta = "tremvik-data", .modo = tremvik::Modo::kValidar}, console, console,
-                             console);
+  tremvik::EmbeddedHost host({.pasta = "tremvik-data"}, console, console, console);
   tremvik::Tremvik component(host.host());
   host.AcompanharLinha([&component] { return component.NroLinha(); });
-  component.Monitora(argv[1]);
-  return component.bolRetMonitora() ? 1 : 0;
+  component.Monitora(file);
+  const tremvik::Outcome& outcome = component.outcome();
+  if (outcome.estado == Estado::kAceito) {
+    host.Consolidar(outcome, file);
+    return 0;
+  }
+  return outcome.estado == Estado::kRecusado ? 1 : 2;
+}
+
+int main(int argc, char** argv) try {
+  return argc == 2 ? Import(argv[1]) : 2;
+} catch (const std::exception& error) {  // a tremvik::RuntimeError, mostly
+  std::cerr << "cpp_host: " << error.what() << '\n';
+  return 2;
 }
