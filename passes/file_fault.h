@@ -6,7 +6,6 @@
 #include "checks/rule_code.h"
 #include "host/diagnostics.h"
 #include "layout/field.h"
-#include "runtime/display.h"
 
 namespace tremvik {
 
@@ -15,7 +14,7 @@ struct Place {
   int linha = 0;  ///< 0 where the fault belongs to no line
   std::string_view registro;
   FieldInfo campo{};
-  ShortText valor;
+  std::string valor;
 };
 
 /// A fault that a pass over the whole file found.

@@ -22,7 +22,7 @@ FileFault Conferir(const TextReader::Line& line, std::int16_t numero) {
   if (kind == nullptr) {
     return {"ARQ-02",
             "Código de Registro inválido! CR = " + Utf8(line.code) + "  -  Linha " + std::to_string(numero),
-            {numero, "", {"CR", 1, 2}, ShortText(line.code)}};
+            {numero, "", {"CR", 1, 2}, line.code}};
   }
   const auto length = static_cast<std::size_t>(kind->length);
   const std::size_t last_right = std::min(line.length, length);

@@ -34,7 +34,7 @@ struct Linha {
     return Mid(texto, static_cast<std::size_t>(field.position), static_cast<std::size_t>(field.width));
   }
   [[nodiscard]] Place Where(const FieldInfo& field) const {
-    return {numero, kind->code, field, Texto(field)};
+    return {numero, kind->code, field, std::string(Texto(field))};
   }
   [[nodiscard]] Place WhereCode() const { return Where(kind->fields.front()); }
 };
@@ -50,8 +50,12 @@ struct Totais {
   std::string porque;
 
   void Declarar(const Linha& linha, const FieldInfo& quantidade) {
-    ultimo = linha.Where(quantidade);
-    declarados += Val(ultimo.valor);
+    const std::string_view texto = linha.Texto(quantidade);
+    declarados += Val(texto);
+    ultimo.linha = linha.numero;
+    ultimo.registro = linha.kind->code;
+    ultimo.campo = quantidade;
+    ultimo.valor = texto;
   }
   void Contar(const Linha& linha) {
     ++contados;
@@ -161,7 +165,7 @@ Reconciliation CompararTotais(TextReader& arquivo, std::int16_t& NumeroLinha) {
       return {Achado::kCodigoDesconhecido,
               {{"ARQ-05",
                 "CR = " + Utf8(codigo) + " Inconsistente, Posição 1",
-                {linha.numero, "", {"CR", 1, 2}, codigo}}}};
+                {linha.numero, "", {"CR", 1, 2}, std::string(codigo)}}}};
     }
     contagem.Contar(linha);
     if (contagem.mestres() > 1) {

@@ -1,7 +1,5 @@
 #include "records/declaration.h"
 
-#include <string>
-
 #include "records/cfop.h"
 #include "records/dipam.h"
 #include "records/exports.h"

@@ -1,4 +1,6 @@
-// Run state that the validators share, split by how long it lives.
+// Run state that the validators share, split by how long it lives. `ContCR05`, `ChaveDeclaracao` and the
+// totals of `Acumuladores` are kept but not read yet: the rules of the interstate and the DIPAM records
+// (CR=14, CR=30), not settled so far, will read them.
 #pragma once
 
 #include <array>
@@ -18,10 +20,10 @@ struct Acumuladores {
   double SomaEntradasCR10 = 0;            ///< base + exempt + other of the CFOPs of group 1
   double SomaSaidasCR10 = 0;              ///< the same of groups 5 to 7
   std::array<double, 4> SomaDipamCR10{};  ///< the same by family: sales, transport, communication, energy
-  std::array<double, 3> SomaDipamCR30{};  ///< of the DIPAM records; their rules are not settled, so 0
+  std::array<double, 3> SomaDipamCR30{};  ///< of the DIPAM records, still 0
 };
 
-/// Of one declaration. The quantities stay until the dispatcher or the next header sets them.
+/// Of one declaration. The quantities stay until the declaration ends or the next header sets them.
 struct EstadoDeclaracao {
   std::int16_t QtdeCR07 = 0;
   std::int16_t QtdeCR10 = 0;
