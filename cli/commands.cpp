@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -73,7 +74,7 @@ ExitStatus WriteSample(const Request& request, Output& out, Output& err) {
     return ExitStatus::kAccepted;
   }
   if (const std::string reason = ReasonToKeep(request); !reason.empty()) {
-    err.Write("tremvik: \"" + Visible(request.saida) + "\" " + reason + "\n");
+    err.Write(fmt::format("tremvik: {} {}\n", InQuotes(request.saida), reason));
     return ExitStatus::kEnvironment;
   }
   const int descriptor = open(request.saida.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
@@ -149,29 +150,28 @@ ExitStatus Dispatch(const Request& request, const Terminal& terminal, Output& ou
 // the folder.
 std::string Sentence(const RuntimeError& error, const Request& request) {
   const bool tables = request.verb == Verb::kConstruirTabelas || request.verb == Verb::kVerificarTabelas;
+  if (request.verb == Verb::kListar) return Remedy(error, request.pasta, Database::kStore);
   if (!tables) return Remedy(error, request.pasta);
-  const std::string name = "\"" + Visible(request.arquivos.front()) + "\"";
-  const std::string what =
-      " (erro " + std::to_string(error.number()) + ": " + Visible(error.description()) + ")";
+  const std::string name = InQuotes(request.arquivos.front());
   if (request.verb == Verb::kVerificarTabelas) {
-    return "não foi possível ler as tabelas de " + name + what +
-           ". Confira o nome, ou construa-as com \"tremvik "
-           "tabelas construir\".";
+    return fmt::format(
+        "não foi possível ler as tabelas de {}{}. Confira o nome, ou construa-as com "
+        "\"tremvik tabelas construir\".",
+        name, InWords(error));
   }
-  if (error.number() == erro::kArquivoJaExiste) return Visible(error.description());
-  return "não foi possível escrever as tabelas em " + name + what +
-         ". Confira se a pasta existe e se você pode "
-         "gravar nela.";
+  return fmt::format(
+      "não foi possível escrever as tabelas em {}{}. Confira se a pasta existe e se você pode gravar nela.",
+      name, InWords(error));
 }
 
 }  // namespace
 
 ExitStatus Execute(const Request& request, const Terminal& terminal, Output& out, Output& err) {
-  std::error_code ignored;
-  if (std::filesystem::exists(request.pasta, ignored) &&
-      !std::filesystem::is_directory(request.pasta, ignored)) {
-    err.Write("tremvik: \"" + Visible(request.pasta) + "\" não é uma pasta. Escolha outra com --pasta.\n");
-    return ExitStatus::kEnvironment;
+  if (!request.pasta.empty()) {
+    if (const std::string problem = ProblemOfFolder(request.pasta); !problem.empty()) {
+      err.Write("tremvik: " + problem + "\n");
+      return ExitStatus::kEnvironment;
+    }
   }
   try {
     return Dispatch(request, terminal, out, err);

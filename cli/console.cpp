@@ -1,5 +1,6 @@
 #include "cli/console.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <utility>
 
 #include "cli/message_box.h"
+#include "cli/text.h"
 #include "runtime/text.h"
 
 namespace tremvik::cli {
@@ -54,6 +56,7 @@ void ProgressBar::Clear() {
 void ProgressBar::End() {
   Clear();
   lines_ = 0;
+  line_ = nullptr;
 }
 
 // The first two steps are the count of the records, which reads to the end; the others are the validation's.
@@ -65,7 +68,7 @@ void ProgressBar::Progresso() {
 }
 
 void ProgressBar::Draw(int percent, std::string_view step) {
-  if (percent == drawn_) return;
+  if (percent == drawn_ && step == step_) return;
   constexpr int kCells = 30;
   std::string bar;
   for (int i = 0; i < kCells; ++i)
@@ -73,46 +76,57 @@ void ProgressBar::Draw(int percent, std::string_view step) {
   WriteToStandardError(std::string(kClearLine) + Styled(bar, Style::kGood, colour_) + " " +
                        std::to_string(percent) + "% " + std::string(step));
   drawn_ = percent;
+  step_ = step;
 }
 
-void Console::Begin(std::string path, std::string_view hidden_title) {
+void Console::Begin(std::string path) {
   path_ = std::move(path);
-  hidden_title_ = hidden_title;
+  held_.clear();
   faults_.clear();
+}
+
+void Console::End(bool shows_last) {
+  if (shows_last) out_.Write(held_);
+  held_.clear();
 }
 
 int Console::MsgBox(std::string_view text, int style, std::string_view title) {
   const bool question = (style & estilo::kSimNao) != 0;
   const bool asks_user = question && options_.responder == Answers::kAsk && options_.interactive;
   bar_.Clear();
-  if (options_.show && (hidden_title_.empty() || title != hidden_title_)) {
-    Show(text, style, title, out_);
+  if (options_.show) {
+    out_.Write(held_);
+    held_ = Rendered(text, style, title);
   } else if (asks_user) {
-    Show(text, style, title, err_);
+    err_.Write(Rendered(text, style, title));
   }
   faults_.clear();
-  return question ? Ask() : resposta::kOk;
+  if (!question) return resposta::kOk;
+  End(true);
+  return Ask();
 }
 
-void Console::Show(std::string_view text, int style, std::string_view title, Output& to) {
-  to.Write(RenderBox(text, style, title, {options_.framed, options_.colour, options_.width}));
-  for (const auto& fault : faults_) {
-    to.Write("\n" + RenderFault(fault, path_, text, {options_.colour, options_.width}));
-  }
+std::string Console::Rendered(std::string_view text, int style, std::string_view title) const {
+  std::string out = RenderBox(text, style, title, {options_.framed, options_.colour, options_.width});
+  for (const auto& fault : faults_)
+    out += "\n" + RenderFault(fault, path_, text, {options_.colour, options_.width});
+  return out;
 }
 
 int Console::Ask() {
   const auto given = [this](int answer, std::string_view reason) {
     const std::string_view name = answer == resposta::kSim ? "Sim" : "Não";
-    if (options_.show) out_.Write("Resposta: " + std::string(name) + " (" + std::string(reason) + ")\n");
+    if (options_.show) out_.Write(fmt::format("Resposta: {} ({})\n", name, reason));
     return answer;
   };
   if (options_.responder == Answers::kYes) return given(resposta::kSim, "--responder sim");
   if (options_.responder == Answers::kNo) return given(resposta::kNao, "--responder nao");
   if (options_.interactive) return AskUser(options_.show ? out_ : err_);
-  err_.Write(
-      "tremvik: não há terminal para perguntar, e a resposta foi Não; --responder sim responde Sim.\n");
-  return given(resposta::kNao, "sem terminal");
+  const std::string_view reason =
+      options_.many ? "com vários arquivos nada é perguntado" : "não há terminal para perguntar";
+  err_.Write(fmt::format("tremvik: {}: {}, e a resposta foi Não; --responder sim responde Sim.\n",
+                         Visible(path_), reason));
+  return given(resposta::kNao, options_.many ? "vários arquivos" : "sem terminal");
 }
 
 int Console::AskUser(Output& to) {

@@ -44,7 +44,8 @@ class ProgressBar final : public Events {
   bool colour_;
   int lines_ = 0;
   int steps_ = 0;
-  int drawn_ = -1;  ///< percent on the screen, -1 when there is no bar
+  int drawn_ = -1;         ///< percent on the screen, -1 when there is no bar
+  std::string_view step_;  ///< a literal, on the screen
   std::function<int()> line_;
 };
 
@@ -54,6 +55,7 @@ class Console final : public Screen, public Diagnostics {
   struct Options {
     Answers responder = Answers::kAsk;
     bool interactive = false;  ///< there is a terminal and nobody else uses it
+    bool many = false;         ///< one of several files: nothing is asked
     bool show = true;          ///< messages go to `out`; without it only questions appear, on standard error
     bool framed = false;
     bool colour = false;
@@ -63,8 +65,10 @@ class Console final : public Screen, public Diagnostics {
   Console(const Options& options, Output& out, Output& err, ProgressBar& bar)
       : options_(options), out_(out), err_(err), bar_(bar) {}
 
-  /// Begins the file at `path`; `hidden_title` is the title of boxes that are not shown, empty for none.
-  void Begin(std::string path, std::string_view hidden_title);
+  /// Begins the file at `path`.
+  void Begin(std::string path);
+  /// Ends the file; its last message, where it asked nothing, only appears now, and only if `shows_last`.
+  void End(bool shows_last);
 
   int MsgBox(std::string_view text, int style, std::string_view title) override;
   void SetPointer(int) override {}
@@ -72,7 +76,7 @@ class Console final : public Screen, public Diagnostics {
   void Duvida(const FaultLocation& where) override { faults_.emplace_back(where); }
 
  private:
-  void Show(std::string_view text, int style, std::string_view title, Output& to);
+  [[nodiscard]] std::string Rendered(std::string_view text, int style, std::string_view title) const;
   int Ask();
   int AskUser(Output& to);
 
@@ -81,7 +85,7 @@ class Console final : public Screen, public Diagnostics {
   Output& err_;
   ProgressBar& bar_;
   std::string path_;
-  std::string hidden_title_;
+  std::string held_;           ///< a message that may be the last one
   std::vector<Fault> faults_;  ///< told, not yet shown
 };
 

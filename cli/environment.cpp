@@ -1,13 +1,18 @@
 #include "cli/environment.h"
 
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 
 #include "adapters/local/component_folder.h"
 #include "adapters/sqlite/connection.h"
 #include "adapters/sqlite/declaration_store.h"
+#include "adapters/sqlite/reference_tables.h"
+#include "cli/terminal.h"
 #include "cli/text.h"
 
 namespace tremvik::cli {
@@ -20,6 +25,14 @@ constexpr int kJaGuardada = 3022;
 // True when the words of `error` name that file of the folder.
 bool Names(const RuntimeError& error, std::string_view file) {
   return error.description().find(file) != std::string::npos;
+}
+
+bool TablesAreSound(const std::string& folder) {
+  try {
+    return VerificarTabelas(ComponentFolder(folder).File(arquivo::kTabelasFixas)).empty();
+  } catch (const RuntimeError&) {
+    return false;
+  }
 }
 
 }  // namespace
@@ -38,70 +51,106 @@ ExitStatus MeaningOf(int error) {
 }
 
 std::string ProblemOfFile(const std::string& path) {
-  const std::string name = "\"" + Visible(path) + "\"";
+  const std::string name = InQuotes(path);
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
-    if (errno == ELOOP)
-      return name + " é um atalho (link simbólico) que leva a si mesmo. Informe o próprio arquivo.";
-    if (errno == EACCES) return "sem permissão para chegar a " + name + ". Confira as permissões das pastas.";
-    return "o arquivo " + name + " não existe. Confira o nome e a pasta.";
+    if (errno == ENOENT) return fmt::format("o arquivo {} não existe. Confira o nome e a pasta.", name);
+    return fmt::format("não foi possível chegar a {} ({}). Confira o nome e a pasta.", name,
+                       SystemError(errno));
   }
-  if (S_ISDIR(status.st_mode)) return name + " é uma pasta. Informe o arquivo Pré-Formatado que está nela.";
+  if (S_ISDIR(status.st_mode))
+    return fmt::format("{} é uma pasta. Informe o arquivo Pré-Formatado que está nela.", name);
   if (!S_ISREG(status.st_mode)) {
-    return name + " não é um arquivo comum. Grave o conteúdo em um arquivo e informe o nome dele.";
+    return fmt::format("{} não é um arquivo comum. Grave o conteúdo em um arquivo e informe o nome dele.",
+                       name);
   }
   if (access(path.c_str(), R_OK) != 0) {
-    return "sem permissão para ler " + name +
-           ". Ajuste as permissões do arquivo ou use um usuário que possa lê-lo.";
+    return fmt::format(
+        "sem permissão para ler {}. Ajuste as permissões do arquivo ou use um usuário que possa lê-lo.",
+        name);
   }
   return {};
 }
 
-std::string Remedy(const RuntimeError& error, const std::string& folder) {
-  const std::string name = "\"" + Visible(folder) + "\"";
-  const std::string what =
-      " (erro " + std::to_string(error.number()) + ": " + Visible(error.description()) + ")";
+std::string ProblemOfFolder(const std::string& path) {
+  struct stat status {};
+  const int error = stat(path.c_str(), &status) == 0 ? 0 : errno;
+  if (error == 0 && S_ISDIR(status.st_mode)) return {};
+  if (error == 0) return fmt::format("{} não é uma pasta. Escolha outra com --pasta.", InQuotes(path));
+  std::error_code code;
+  if (!path.starts_with('/') && std::filesystem::current_path(code).empty()) {
+    return fmt::format("a pasta de trabalho não existe mais, e {} ficaria nela. Vá para outra pasta com cd.",
+                       InQuotes(path));
+  }
+  if (error == ENOENT || error == ENOTDIR) return {};  // who needs it makes it or says that it cannot be made
+  return fmt::format("não foi possível usar a pasta {} ({}). Escolha outra com --pasta.", InQuotes(path),
+                     SystemError(error));
+}
+
+std::string InWords(const RuntimeError& error) {
+  std::string_view words = error.description();
+  if (words.ends_with('.')) words.remove_suffix(1);
+  return fmt::format(" (erro {}: {})", error.number(), Visible(words));
+}
+
+std::string Remedy(const RuntimeError& error, const std::string& folder, Database database) {
+  const std::string name = InQuotes(folder);
+  const std::string what = InWords(error);
   switch (error.number()) {
     case erro::kArgumentoInvalido:
-      return "o programa falhou" + what + ". Avise quem o mantém e, se puder, envie o arquivo.";
+      return fmt::format("o programa falhou{}. Avise quem o mantém e, se puder, envie o arquivo.", what);
     case kJaGuardada:
-      return "outra importação guardou enquanto isso uma das declarações deste arquivo" + what +
-             ". Importe-o de novo para ver qual.";
+      return fmt::format(
+          "outra importação guardou enquanto isso uma das declarações deste arquivo{}. "
+          "Importe-o de novo para ver qual.",
+          what);
     case erro::kMemoriaInsuficiente:
-      return "a memória não bastou" + what + ". Feche outros programas e tente de novo.";
+      return fmt::format("a memória não bastou{}. Feche outros programas e tente de novo.", what);
     case erro::kDiscoCheio:
-      return "o disco da pasta " + name + " está cheio" + what + ". Libere espaço e tente de novo.";
+      return fmt::format("o disco da pasta {} está cheio{}. Libere espaço e tente de novo.", name, what);
     case erro::kBancoEmUso:
       if (Names(error, arquivo::kTabelasFixas) || Names(error, arquivo::kDeclaracoes)) {
-        return "um banco de dados da pasta " + name + " está em uso por outro programa" + what +
-               ". Feche-o nesse programa e tente de novo.";
+        return fmt::format(
+            "um banco de dados da pasta {} está em uso por outro programa{}. "
+            "Feche-o nesse programa e tente de novo.",
+            name, what);
       }
-      return "a pasta " + name + " está em uso por outra importação" + what +
-             ". Espere que ela termine ou use outra pasta com --pasta.";
+      return fmt::format(
+          "a pasta {} está em uso por outra importação (erro {}). "
+          "Espere que ela termine ou use outra pasta com --pasta.",
+          name, error.number());
     case sqlite::kVersaoMaisNova:
-      return "as declarações guardadas na pasta " + name + " não podem ser lidas" + what +
-             ". Atualize o programa ou use outra pasta com --pasta.";
+      return fmt::format(
+          "as declarações na pasta {} foram guardadas por uma versão mais nova (erro {}). "
+          "Atualize o programa ou use outra pasta com --pasta.",
+          name, error.number());
     case erro::kBancoNaoEncontrado:
     case erro::kParametrosInsuficientes:
     case erro::kSintaxeDaConsulta:
     case erro::kTabelaNaoEncontrada:
     case erro::kFormatoDesconhecido:
-      if (Names(error, arquivo::kDeclaracoes)) {
-        return "as declarações guardadas na pasta " + name + " não podem ser lidas" + what +
-               ". Ponha de volta uma cópia de segurança desse arquivo ou use outra pasta com --pasta.";
+      if (database == Database::kStore || TablesAreSound(folder)) {
+        return fmt::format(
+            "as declarações guardadas na pasta {} não podem ser lidas{}. "
+            "Ponha de volta uma cópia de segurança de tremvik.db ou use outra pasta com --pasta.",
+            name, what);
       }
-      return "um banco de dados da pasta " + name + " falta, está danificado ou é de outra versão" + what +
-             ". Confira as tabelas com \"tremvik tabelas verificar\" e refaça-as com \"tremvik tabelas construir\".";
+      return fmt::format(
+          "as tabelas de referência da pasta {} faltam, estão danificadas ou são de outra versão{}. "
+          "Confira-as com \"tremvik tabelas verificar\" e refaça-as com \"tremvik tabelas construir\".",
+          name, what);
     case erro::kCaminhoNaoEncontrado:
     case erro::kAcessoAoCaminho:
     case erro::kPermissaoNegada:
     case erro::kArquivoNaoEncontrado:
     case erro::kArquivoJaExiste:
     case erro::kNumeroDeArquivoInvalido:
-      return "não foi possível usar a pasta " + name + what +
-             ". Confira se ela existe e se você pode gravar nela, ou escolha outra com --pasta.";
+      return fmt::format(
+          "não foi possível usar a pasta {}{}. "
+          "Confira se ela existe e se você pode gravar nela, ou escolha outra com --pasta.",
+          name, what);
     default:
-      return "algo falhou na máquina" + what + ". Corrija a causa e tente de novo.";
+      return fmt::format("algo falhou na máquina{}. Corrija a causa e tente de novo.", what);
   }
 }
 

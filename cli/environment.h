@@ -23,10 +23,18 @@ enum class ExitStatus {
 /// What is wrong with the input file before anything is read of it, with what to do; empty when nothing is.
 [[nodiscard]] std::string ProblemOfFile(const std::string& path);
 
+/// What is wrong with the component's folder before anything is done in it, with what to do; empty when
+/// nothing is, and where it can be made.
+[[nodiscard]] std::string ProblemOfFolder(const std::string& path);
+
 /// " (erro N: description)".
 [[nodiscard]] std::string InWords(const RuntimeError& error);
 
+/// The database that an error is about, where that is known.
+enum class Database { kUnknown, kStore };
+
 /// An error of the folder, its databases or the machine as a sentence that says what to do.
-[[nodiscard]] std::string Remedy(const RuntimeError& error, const std::string& folder);
+[[nodiscard]] std::string Remedy(const RuntimeError& error, const std::string& folder,
+                                 Database database = Database::kUnknown);
 
 }  // namespace tremvik::cli

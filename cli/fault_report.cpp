@@ -1,6 +1,9 @@
 #include "cli/fault_report.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -127,8 +130,8 @@ std::string Notes(const Fault& fault, std::string_view message) {
   const Columns field = ColumnsOf(fault);
   const auto named = NamedColumns(message);
   if (field.first > 0 && !named.empty() && std::ranges::find(named, fault.posicao) == named.end()) {
-    notes += "Nota: a mensagem diz posição " + std::to_string(named.front()) + "; no leiaute o campo ocupa " +
-             (field.first == field.last ? "a " : "as ") + InWords(field) + ".\n";
+    notes += fmt::format("Nota: a mensagem diz posição {}; no leiaute o campo ocupa {} {}.\n",
+                         fmt::join(named, " ou "), field.first == field.last ? "a" : "as", InWords(field));
   }
   const KindInfo* kind = FindKind(fault.registro);
   if (!fault.MarksLength() || kind == nullptr) return notes;
@@ -144,23 +147,40 @@ std::string Notes(const Fault& fault, std::string_view message) {
 }  // namespace
 
 std::vector<int> NamedColumns(std::string_view message) {
-  static constexpr std::string_view kWord = "Posição ";
-  static constexpr std::string_view kOr = " ou ";
+  static constexpr std::array<std::string_view, 2> kWords{"Posição", "Posições"};
+  static constexpr std::array<std::string_view, 8> kJoints{" ou ", " e ou ", " e ", "_ou_",
+                                                           "_e_",  "_x_",    "_x",  "/"};
   std::vector<int> columns;
-  for (auto at = message.find(kWord); at != std::string_view::npos; at = message.find(kWord, at)) {
-    at += kWord.size();
-    for (;;) {
+  const auto skip = [&message](std::string_view word) {
+    const bool found = message.starts_with(word);
+    if (found) message.remove_prefix(word.size());
+    return found;
+  };
+  while (!message.empty()) {
+    if (std::ranges::none_of(kWords, skip)) {
+      message.remove_prefix(1);
+      continue;
+    }
+    skip(":");
+    skip(" ");
+    do {
       int column = 0;
-      const char* const text_end = message.data() + message.size();
-      const auto [end, error] = std::from_chars(message.data() + at, text_end, column);
+      const auto [end, error] = std::from_chars(message.data(), message.data() + message.size(), column);
       if (error != std::errc{}) break;
       columns.push_back(column);
-      at = static_cast<std::size_t>(end - message.data());
-      if (!message.substr(at).starts_with(kOr)) break;
-      at += kOr.size();
-    }
+      message.remove_prefix(static_cast<std::size_t>(end - message.data()));
+    } while (std::ranges::any_of(kJoints, skip));
   }
   return columns;
+}
+
+std::string Surplus(const Fault& fault, const std::string& path) {
+  constexpr std::int64_t kLongest = 1000;
+  const KindInfo* const kind = FindKind(fault.registro);
+  if (!fault.MarksLength() || kind == nullptr || fault.posicao <= kind->length) return {};
+  const auto line = FindLine(path, fault.linha, fault.posicao);
+  const std::int64_t count = std::min<std::int64_t>(fault.largura, kLongest);
+  return line ? ReadBytes(path, line->offset + fault.posicao - 1, count) : std::string();
 }
 
 std::string RenderFault(const Fault& fault, const std::string& path, std::string_view message,

@@ -42,6 +42,10 @@ struct ReportLook {
 [[nodiscard]] std::string RenderFault(const Fault& fault, const std::string& path, std::string_view message,
                                       const ReportLook& look);
 
+/// The characters beyond the right end of a line that is too long, at most a thousand; empty for other
+/// faults.
+[[nodiscard]] std::string Surplus(const Fault& fault, const std::string& path);
+
 /// The columns that a message names after "Posição" ("Posição 1 ou 144" gives 1 and 144).
 [[nodiscard]] std::vector<int> NamedColumns(std::string_view message);
 

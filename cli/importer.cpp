@@ -1,5 +1,10 @@
 #include "cli/importer.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <optional>
+
 #include "adapters/trace/tracing_host.h"
 #include "cli/faulty_line.h"
 #include "cli/json_lines.h"
@@ -9,13 +14,19 @@
 namespace tremvik::cli {
 namespace {
 
-constexpr std::string_view kSuccessTitle = "Arquivo Pré-Formatado";
+constexpr int kMostRecords = 32'766;  // `NroLinha` is a 16-bit number and counts one read more
+
+std::string TooManyRecords(const std::string& path) {
+  return fmt::format("{} tem mais de {}, o limite de um arquivo. Divida-o em arquivos menores.",
+                     InQuotes(path), Count(kMostRecords, "registro", "registros"));
+}
 
 Console::Options ConsoleOptions(const RunOptions& options, const Terminal& terminal) {
   Console::Options console;
   console.responder = options.responder;
   console.interactive = !options.many && terminal.in && (options.json ? terminal.err : terminal.out);
   console.show = !options.json;
+  console.many = options.many;
   console.framed = options.json ? terminal.err : terminal.out;
   console.colour = !options.json && terminal.colour;
   console.width = terminal.width;
@@ -38,94 +49,113 @@ Importer::Importer(const RunOptions& options, const Terminal& terminal, Output& 
       host_({.pasta = options.pasta, .modo = options.modo}, console_, bar_, console_) {}
 
 ExitStatus Importer::Run(const std::string& path) {
-  console_.Begin(path, options_.many ? kSuccessTitle : "");
-  if (!options_.json) {
-    RunTrace trace;
-    Verdict verdict = Validate(path, trace, false);
-    Keep(path, verdict);
-    Summarize(path, verdict);
-    return verdict.saida;
+  console_.Begin(path);
+  RunTrace counts;
+  std::optional<JsonLines> lines;
+  if (options_.json) lines.emplace(out_, path);
+  RunTrace& trace = lines ? *lines : counts;
+  Report report = Validate(path, trace, options_.json);
+  Judge(path, report);
+  Keep(path, report);
+  // The summary says what was done: the component's word that the import is over would not be true here.
+  const bool over =
+      options_.modo == Modo::kImportar && !options_.many && report.status == ExitStatus::kAccepted;
+  console_.End(over || report.outcome.estado != Outcome::Estado::kAceito);
+  if (lines) {
+    lines->Fim(report.status, report.linha, report.mensagem);
+    Complain(report);
+  } else {
+    Summarize(path, report);
   }
-  JsonLines lines(out_, options_.many ? path : "");
-  Verdict verdict = Validate(path, lines, true);
-  Keep(path, verdict);
-  lines.Fim(verdict.saida != ExitStatus::kAccepted, verdict.linha, verdict.mensagem);
-  if (!verdict.problema.empty()) err_.Write("tremvik: " + verdict.problema + "\n");
-  return verdict.saida;
+  return report.status;
 }
 
-Importer::Verdict Importer::Validate(const std::string& path, RunTrace& trace, bool trace_records) {
+Importer::Report Importer::Validate(const std::string& path, RunTrace& trace, bool trace_records) {
   const TracingHost traced(host_.host(), trace, {.gravacoes = trace_records});
   Tremvik tremvik(traced.host());
-  host_.AcompanharLinha([&tremvik] { return int{tremvik.NroLinha()}; });
-  if (bar_.on()) bar_.Begin(CountLines(path), [&tremvik] { return int{tremvik.NroLinha()}; });
+  const auto line = [&tremvik] { return int{tremvik.NroLinha()}; };
+  host_.AcompanharLinha(line);
+  if (bar_.on()) bar_.Begin(CountLines(path), line);
   tremvik.set_bolRetMonitora(false);
   tremvik.Monitora(path);
   bar_.End();
+  host_.AcompanharLinha(nullptr);  // the instance ends here
 
-  Verdict verdict;
-  verdict.declaracoes = trace.declaracoes();
-  verdict.registros = tremvik.NroLinha() - 1;  // the read that met the end of the file counts
-  verdict.linha = tremvik.NroLinha();
-  verdict.mensagem = tremvik.Mensagem();
-  verdict.outcome = tremvik.outcome();
-  switch (verdict.outcome.estado) {
+  Report report;
+  report.outcome = tremvik.outcome();
+  report.declaracoes = trace.declaracoes();
+  report.registros = tremvik.NroLinha() - 1;  // the read that met the end of the file counts
+  report.linha = tremvik.NroLinha();
+  report.mensagem = tremvik.Mensagem();
+  return report;
+}
+
+// What the outcome means to who called the program.
+void Importer::Judge(const std::string& path, Report& report) const {
+  switch (report.outcome.estado) {
     case Outcome::Estado::kAceito:
-      verdict.saida = ExitStatus::kAccepted;
-      return verdict;
+      report.status = ExitStatus::kAccepted;
+      return;
     case Outcome::Estado::kRecusado:
-      verdict.saida = ExitStatus::kRefused;
-      return verdict;
+      report.status = ExitStatus::kRefused;
+      return;
     case Outcome::Estado::kErro:
+      report.status = MeaningOf(report.outcome.numero);
       break;
     case Outcome::Estado::kNenhum:
     case Outcome::Estado::kSilencio:
-      verdict.problema = "a validação terminou sem dizer se o arquivo está certo.";
-      return verdict;
+      report.status = ExitStatus::kFailure;
+      report.problema = "a validação terminou sem dizer se o arquivo está certo.";
+      return;
   }
-  verdict.saida = MeaningOf(verdict.outcome.numero);
-  if (verdict.saida == ExitStatus::kRefused) return verdict;
-  verdict.problema = ProblemOfFile(path);
-  if (verdict.problema.empty()) {
-    verdict.problema = Remedy({verdict.outcome.numero, verdict.outcome.descricao}, options_.pasta);
+  if (report.status == ExitStatus::kRefused) {
+    if (report.outcome.numero == erro::kEstouro && CountLines(path) > kMostRecords)
+      report.problema = TooManyRecords(path);
+    return;
   }
-  return verdict;
+  report.problema = ProblemOfFile(path);
+  if (report.problema.empty()) {
+    report.problema = Remedy({report.outcome.numero, report.outcome.descricao}, options_.pasta);
+  }
 }
 
-// Into the store, when the run ended well; else the verdict becomes the store's error.
-void Importer::Keep(const std::string& path, Verdict& verdict) {
-  if (verdict.saida != ExitStatus::kAccepted) return;
+// Into the store, when the file was accepted; else the store's error is what is said.
+void Importer::Keep(const std::string& path, Report& report) {
+  if (report.status != ExitStatus::kAccepted) return;
   try {
-    host_.Consolidar(verdict.outcome, NameOf(path));
+    host_.Consolidar(report.outcome, NameOf(path));
   } catch (const RuntimeError& error) {
-    verdict.saida =
-        MeaningOf(error.number()) == ExitStatus::kFailure ? ExitStatus::kFailure : ExitStatus::kEnvironment;
-    verdict.mensagem = std::to_string(error.number()) + " - " + error.description();
-    verdict.problema = "as declarações não foram guardadas: " + Remedy(error, options_.pasta);
+    report.status = std::max(MeaningOf(error.number()), ExitStatus::kEnvironment);
+    report.mensagem = fmt::format("{} - {}", error.number(), error.description());
+    report.problema =
+        "as declarações não foram guardadas: " + Remedy(error, options_.pasta, Database::kStore);
   }
 }
 
-void Importer::Summarize(const std::string& path, const Verdict& verdict) {
+void Importer::Complain(const Report& report) {
+  if (report.problema.empty()) return;
+  out_.Flush();
+  err_.Write("tremvik: " + report.problema + "\n");
+  err_.Flush();
+}
+
+void Importer::Summarize(const std::string& path, const Report& report) {
   const std::string counts =
-      Count(static_cast<std::uint64_t>(verdict.declaracoes), "declaração", "declarações") + ", " +
-      Count(static_cast<std::uint64_t>(verdict.registros), "registro", "registros");
-  const bool accepted = verdict.saida == ExitStatus::kAccepted;
-  if (!verdict.problema.empty()) {
-    out_.Flush();
-    err_.Write("tremvik: " + verdict.problema + "\n");
-    err_.Flush();
-  }
+      Count(static_cast<std::uint64_t>(report.declaracoes), "declaração", "declarações") + ", " +
+      Count(static_cast<std::uint64_t>(report.registros), "registro", "registros");
+  const bool accepted = report.status == ExitStatus::kAccepted;
+  Complain(report);
   if (options_.many) {
     const std::string messages = messages_.Take();
-    const std::string refused = verdict.saida == ExitStatus::kRefused ? ": recusado\n" : ": não validado\n";
+    const std::string refused = report.status == ExitStatus::kRefused ? ": recusado\n" : ": não validado\n";
     out_.Write(Visible(path) + (accepted ? ": aceito (" + counts + ")\n" : refused));
     out_.Write(messages.empty() ? messages : messages + "\n");
   } else if (!accepted) {
     if (options_.modo == Modo::kImportar) out_.Write("Nada foi guardado.\n");
   } else if (options_.modo == Modo::kImportar) {
-    out_.Write("Guardado em \"" + Visible(options_.pasta) + "\": " + counts + ".\n");
+    out_.Write(fmt::format("Guardado em {}: {}.\n", InQuotes(options_.pasta), counts));
   } else {
-    out_.Write("Arquivo aceito: " + counts + ". Nada foi guardado.\n");
+    out_.Write(fmt::format("Arquivo aceito: {}. Nada foi guardado.\n", counts));
   }
 }
 

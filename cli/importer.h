@@ -31,8 +31,9 @@ class Importer {
   ExitStatus Run(const std::string& path);
 
  private:
-  struct Verdict {
-    ExitStatus saida = ExitStatus::kFailure;
+  /// What is said about a file.
+  struct Report {
+    ExitStatus status = ExitStatus::kFailure;
     Outcome outcome;
     int declaracoes = 0;
     int registros = 0;
@@ -40,9 +41,11 @@ class Importer {
     std::string mensagem;
     std::string problema;  ///< sentence on standard error, empty for none
   };
-  Verdict Validate(const std::string& path, RunTrace& trace, bool trace_records);
-  void Keep(const std::string& path, Verdict& verdict);
-  void Summarize(const std::string& path, const Verdict& verdict);
+  Report Validate(const std::string& path, RunTrace& trace, bool trace_records);
+  void Judge(const std::string& path, Report& report) const;
+  void Keep(const std::string& path, Report& report);
+  void Complain(const Report& report);
+  void Summarize(const std::string& path, const Report& report);
 
   RunOptions options_;
   Output& out_;

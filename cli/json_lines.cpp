@@ -1,7 +1,9 @@
 #include "cli/json_lines.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 
+#include "cli/json_line.h"
 #include "cli/text.h"
 #include "host/screen.h"
 #include "runtime/text.h"
@@ -10,15 +12,15 @@ namespace tremvik::cli {
 
 using Json = nlohmann::ordered_json;
 
-// One object. What is not UTF-8 (a file name, say) is replaced, never raised.
+// One object.
 class JsonLines::Line {
  public:
   Line(JsonLines& lines, std::string_view tipo) : lines_(lines) {
     json_["tipo"] = tipo;
-    if (!lines.arquivo_.empty()) json_["arquivo"] = lines.arquivo_;
+    json_["arquivo"] = lines.arquivo_;
   }
   Json& operator[](const char* key) { return json_[key]; }
-  void Write() { lines_.out_.Write(json_.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n"); }
+  void Write() { lines_.out_.Write(JsonLine(json_)); }
 
  private:
   JsonLines& lines_;
@@ -26,8 +28,8 @@ class JsonLines::Line {
 };
 
 void JsonLines::Mensagem(const TracedMessage& mensagem) {
-  if (duvida_ && mensagem.resposta == resposta::kNao) Inconsistencia(*duvida_);
-  duvida_.reset();
+  if (question_ && mensagem.resposta == resposta::kNao) WriteFault(*question_);
+  question_.reset();
   Line line(*this, "mensagem");
   line["texto"] = mensagem.texto;
   line["estilo"] = mensagem.estilo;
@@ -75,20 +77,24 @@ void JsonLines::Gravacao(Kind registro, std::span<const TracedField> campos) {
   line.Write();
 }
 
-void JsonLines::Inconsistencia(const FaultLocation& where) {
+void JsonLines::WriteFault(const Fault& fault) {
   Line line(*this, "inconsistencia");
-  line["linha"] = where.linha;
-  line["registro"] = Utf8(where.registro);
-  line["campo"] = where.campo;
-  line["posicao"] = where.posicao;
-  line["largura"] = where.largura;
-  line["valor"] = Utf8(where.valor);
+  line["linha"] = fault.linha;
+  line["registro"] = Utf8(fault.registro);
+  line["campo"] = fault.campo;
+  line["posicao"] = fault.posicao;
+  line["largura"] = fault.largura;
+  line["valor"] = Utf8(fault.MarksLength() ? Surplus(fault, arquivo_) : fault.valor);
   line.Write();
 }
 
-void JsonLines::Fim(bool recusado, int linha, std::string_view mensagem) {
+void JsonLines::Fim(ExitStatus status, int linha, std::string_view mensagem) {
+  static constexpr std::array<std::string_view, 4> kStates{"aceito", "recusado", "erro", "erro"};
+  const auto saida = static_cast<std::size_t>(status);
   Line line(*this, "fim");
-  line["bolRetMonitora"] = recusado;
+  line["estado"] = kStates.at(saida);
+  line["saida"] = saida;
+  line["bolRetMonitora"] = status != ExitStatus::kAccepted;
   line["NroLinha"] = linha;
   line["Mensagem"] = mensagem;
   line.Write();

@@ -6,6 +6,8 @@
 #include <string_view>
 
 #include "adapters/trace/trace_sink.h"
+#include "cli/environment.h"
+#include "cli/fault_report.h"
 #include "cli/terminal.h"
 
 namespace tremvik::cli {
@@ -24,7 +26,7 @@ class RunTrace : public TraceSink {
 /// Writes the objects of docs/json.md.
 class JsonLines final : public RunTrace {
  public:
-  /// `arquivo` is the file's name in each object; empty leaves it out. `out` must outlive this object.
+  /// `arquivo` is the file's name in each object. `out` must outlive this object.
   JsonLines(Output& out, std::string_view arquivo) : out_(out), arquivo_(arquivo) {}
 
   void Mensagem(const TracedMessage& mensagem) override;
@@ -33,16 +35,18 @@ class JsonLines final : public RunTrace {
   void Banco(std::string_view operacao, std::string_view caminho) override;
   void Consulta(const TracedQuery& pergunta) override;
   void Gravacao(Kind registro, std::span<const TracedField> campos) override;
-  void Inconsistencia(const FaultLocation& where) override;
-  void Duvida(const FaultLocation& where) override { duvida_ = where; }
+  void Inconsistencia(const FaultLocation& where) override { WriteFault(Fault(where)); }
+  void Duvida(const FaultLocation& where) override { question_.emplace(where); }
   /// The last object of the file.
-  void Fim(bool recusado, int linha, std::string_view mensagem);
+  void Fim(ExitStatus status, int linha, std::string_view mensagem);
 
  private:
   class Line;
+  void WriteFault(const Fault& fault);
+
   Output& out_;
   std::string arquivo_;
-  std::optional<FaultLocation> duvida_;  ///< a refusal's place if the question at hand is answered No
+  std::optional<Fault> question_;  ///< a refusal's place if the question at hand is answered No
 };
 
 }  // namespace tremvik::cli

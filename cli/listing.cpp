@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "adapters/sqlite/declaration_store.h"
+#include "cli/json_line.h"
 #include "cli/text.h"
 #include "cli/text_table.h"
 
@@ -16,10 +17,6 @@ namespace tremvik::cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-void WriteLine(Output& out, const Json& json) {
-  out.Write(json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
-}
 
 // "2012-03" as people write it: "03/2012".
 std::string MonthAndYear(const std::string& month) {
@@ -67,7 +64,7 @@ void WriteDeclarationsAsJson(const std::vector<DeclaracaoGuardada>& declaracoes,
     for (std::size_t i = 0; i < kStoredKinds.size(); ++i) {
       registros[std::string(Codigo(kStoredKinds[i]))] = declaracao.registros[i];
     }
-    WriteLine(out, json);
+    out.Write(JsonLine(json));
   }
 }
 
@@ -77,9 +74,9 @@ void WriteDeclarations(const std::vector<DeclaracaoGuardada>& declaracoes, const
       {{"IE"}, {"Referência"}, {"Regime"}, {"Registros", true}, {"Importada em"}, {"Por tipo (CR)"}}, {}};
   for (const auto& declaracao : declaracoes) {
     const int total = std::accumulate(declaracao.registros.begin(), declaracao.registros.end(), 0);
-    table.rows.push_back({Visible(declaracao.ie), MonthAndYear(declaracao.referencia),
-                          Visible(declaracao.regime), std::to_string(total),
-                          LocalTime(declaracao.importado_em), CountsByKind(declaracao)});
+    table.rows.push_back({declaracao.ie, MonthAndYear(declaracao.referencia), declaracao.regime,
+                          std::to_string(total), LocalTime(declaracao.importado_em),
+                          CountsByKind(declaracao)});
   }
   // The last column may run over the edge; turning the whole list by it would hide the overview.
   out.Write(table.Render(static_cast<std::size_t>(-1), terminal.colour));
@@ -94,7 +91,7 @@ Json ValueOf(const Celula& celula) {
 
 std::string TextOf(const Celula& celula) {
   if (const auto* number = std::get_if<std::int64_t>(&celula)) return std::to_string(*number);
-  if (const auto* text = std::get_if<std::string>(&celula)) return Visible(*text);
+  if (const auto* text = std::get_if<std::string>(&celula)) return *text;
   return {};
 }
 
@@ -105,7 +102,7 @@ void WriteRecordsAsJson(const std::vector<TabelaGuardada>& tabelas, Output& out)
       Json& campos = json["campos"] = Json::object();
       for (std::size_t i = 0; i < linha.size(); ++i)
         campos[tabela.colunas[i]] = ValueOf(linha[i]);
-      WriteLine(out, json);
+      out.Write(JsonLine(json));
     }
   }
 }
@@ -126,7 +123,7 @@ TextTable TableForPeople(const TabelaGuardada& tabela) {
   table.rows.resize(tabela.linhas.size());
   for (std::size_t i = 0; i < tabela.colunas.size(); ++i) {
     if (!IsForPeople(tabela.colunas[i])) continue;
-    table.columns.push_back({Visible(tabela.colunas[i]), IsNumber(tabela, i)});
+    table.columns.push_back({tabela.colunas[i], IsNumber(tabela, i)});
     for (std::size_t row = 0; row < table.rows.size(); ++row) {
       table.rows[row].push_back(TextOf(tabela.linhas[row][i]));
     }

@@ -13,6 +13,7 @@
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/terminal.h"
+#include "cli/text.h"
 
 namespace {
 
@@ -65,7 +66,8 @@ int main(int argc, char** argv) {
     std::fputs("tremvik: a memória não bastou. Feche outros programas e tente de novo.\n", stderr);
     return static_cast<int>(ExitStatus::kEnvironment);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "tremvik: o programa falhou (%s). Avise quem o mantém.\n", error.what());
+    std::fprintf(stderr, "tremvik: o programa falhou (%s). Avise quem o mantém.\n",
+                 tremvik::cli::Visible(error.what()).c_str());
   } catch (...) {
     std::fputs("tremvik: o programa falhou. Avise quem o mantém.\n", stderr);
   }

@@ -51,6 +51,14 @@ std::string SystemError(int error) {
   switch (error) {
     case ENOENT:
       return "a pasta não existe";
+    case EBADF:
+      return "está fechado";
+    case EFBIG:
+      return "o arquivo passaria do tamanho permitido, ulimit -f";
+    case ELOOP:
+      return "um link simbólico leva a si mesmo";
+    case ENAMETOOLONG:
+      return "o nome é longo demais";
     case EACCES:
     case EPERM:
     case EROFS:

@@ -1,6 +1,11 @@
 #include "cli/text.h"
 
+#include <utf8.h>
+#include <utf8/unchecked.h>
+
 #include <algorithm>
+#include <array>
+#include <iterator>
 
 #include "runtime/text.h"
 
@@ -9,19 +14,15 @@ namespace {
 
 constexpr std::string_view kReplacement = "\uFFFD";
 
+constexpr char kNoBreakSpace = '\xA0';  // in Windows-1252; a field's cell must not look like a blank one
+
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
+bool IsControl(char32_t code) { return code < 0x20 || code == 0x7F; }
+
 // The symbol of a control character: the block from U+2400 on repeats the order of the codes.
-void AppendControlPicture(std::string& out, unsigned char c) {
-  out.append("\xE2\x90").append(1, static_cast<char>(0x80U + (c == 0x7F ? 0x21U : c)));
-}
-
-bool IsControl(unsigned char c) { return c < 0x20 || c == 0x7F; }
-
-// Unseen though they are characters: the codes of Windows-1252 without one, no-break space and soft hyphen.
-bool IsUnseen(char byte) {
-  const auto c = static_cast<unsigned char>(byte);
-  return IsControl(c) || c == 0xA0 || c == 0xAD || (c > 0x7F && c < 0xA0 && CharacterOf(byte) == c);
+void AppendControlPicture(std::string& out, char32_t code) {
+  utf8::append(code == 0x7F ? U'\u2421' : U'\u2400' + code, std::back_inserter(out));
 }
 
 // Bytes of `line` that fill `width` cells at most, cut after a blank where there is one.
@@ -41,11 +42,24 @@ void WrapLine(std::string_view line, std::size_t width, std::vector<std::string>
     std::string_view head = line.substr(0, cut);
     line.remove_prefix(cut);
     if (!line.empty()) head = head.substr(0, head.find_last_not_of(' ') + 1);
-    out.push_back(Visible(head));
+    out.emplace_back(head);
   } while (!line.empty());
 }
 
 }  // namespace
+
+bool IsUnseen(char32_t code) {
+  struct Range {
+    char32_t first, last;
+  };
+  // Upper controls; soft hyphen, joiners and marks of direction, line and paragraph ends, overrides and
+  // isolates of direction, byte-order marks, annotations, tags.
+  static constexpr std::array kRanges{Range{0x80, 0x9F},      Range{0xAD, 0xAD},     Range{0x61C, 0x61C},
+                                      Range{0x180E, 0x180E},  Range{0x200B, 0x200F}, Range{0x2028, 0x202E},
+                                      Range{0x2060, 0x206F},  Range{0xFEFF, 0xFEFF}, Range{0xFFF9, 0xFFFB},
+                                      Range{0xE0000, 0xE007F}};
+  return std::ranges::any_of(kRanges, [code](Range r) { return code >= r.first && code <= r.last; });
+}
 
 std::size_t Cells(std::string_view text) {
   return static_cast<std::size_t>(
@@ -56,34 +70,33 @@ std::vector<std::string> Wrap(std::string_view text, std::size_t width) {
   std::vector<std::string> out;
   for (;;) {
     const std::size_t end = text.find_first_of("\r\n");
-    WrapLine(text.substr(0, end), width, out);
+    WrapLine(Visible(text.substr(0, end)), width, out);
     if (end == std::string_view::npos) return out;
     text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
   }
 }
 
 std::string Visible(std::string_view text) {
+  const std::string valid = utf8::replace_invalid(text);
   std::string out;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<unsigned char>(text[i]);
-    const bool upper_control =
-        c == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
-    if (upper_control) {
+  for (auto at = valid.begin(); at != valid.end();) {
+    const auto begin = at;
+    const char32_t code = utf8::unchecked::next(at);
+    if (IsControl(code)) {
+      AppendControlPicture(out, code);
+    } else if (IsUnseen(code)) {
       out += kReplacement;
-      ++i;
-    } else if (IsControl(c)) {
-      AppendControlPicture(out, c);
     } else {
-      out += text[i];
+      out.append(begin, at);
     }
   }
   return out;
 }
 
+std::string InQuotes(std::string_view text) { return "\"" + Visible(text) + "\""; }
+
 std::string ByteCell(char byte) {
-  const std::string_view character(&byte, 1);
-  return IsUnseen(byte) && !IsControl(static_cast<unsigned char>(byte)) ? std::string(kReplacement)
-                                                                        : Visible(Utf8(character));
+  return byte == kNoBreakSpace ? std::string(kReplacement) : Visible(Utf8({&byte, 1}));
 }
 
 std::string Quoted(std::string_view bytes, std::size_t limit) {
@@ -91,7 +104,7 @@ std::string Quoted(std::string_view bytes, std::size_t limit) {
   std::string out = "\"";
   for (const char byte : bytes.substr(0, limit)) {
     const auto c = static_cast<unsigned char>(byte);
-    if (IsUnseen(byte)) {
+    if (IsControl(c) || byte == kNoBreakSpace || IsUnseen(CharacterOf(byte))) {
       out.append("\\x").append(1, kHex[c >> 4U]).append(1, kHex[c & 0xFU]);
     } else {
       out += Utf8({&byte, 1});

@@ -12,13 +12,21 @@ namespace tremvik::cli {
 /// Character cells that UTF-8 `text` takes on a terminal.
 [[nodiscard]] std::size_t Cells(std::string_view text);
 
-/// `text` as lines of at most `width` cells: broken at CR LF, CR and LF, then between words, a longer word
-/// where it must. Empty lines stay.
+/// `Visible` text as lines of at most `width` cells: broken at CR LF, CR and LF, then between words, a longer
+/// word where it must. Empty lines stay.
 [[nodiscard]] std::vector<std::string> Wrap(std::string_view text, std::size_t width);
 
-/// `text` with control characters shown as symbols, so that nothing in it can drive the terminal. Line breaks
-/// are control characters too.
+/// Any text from outside (a file name, what a database holds, another library's words) as UTF-8 that cannot
+/// drive the terminal or deceive its reader: control characters become symbols, line breaks among them; what
+/// is no UTF-8, upper controls and characters that turn the writing's direction or are not seen become
+/// U+FFFD.
 [[nodiscard]] std::string Visible(std::string_view text);
+
+/// True for a character that is not seen or turns the direction of the writing around it.
+[[nodiscard]] bool IsUnseen(char32_t code);
+
+/// `Visible` in double quotes.
+[[nodiscard]] std::string InQuotes(std::string_view text);
 
 /// One file byte (Windows-1252) as exactly one cell: itself, or a symbol where it has no visible shape.
 [[nodiscard]] std::string ByteCell(char byte);

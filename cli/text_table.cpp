@@ -44,7 +44,11 @@ std::string Downwards(const TextTable& table, bool colour) {
 
 }  // namespace
 
-std::string TextTable::Render(std::size_t width, bool colour) const {
+std::string TextTable::Render(std::size_t width, bool colour) {
+  for (auto& row : rows)
+    std::ranges::transform(row, row.begin(), Visible);
+  for (auto& column : columns)
+    column.name = Visible(column.name);
   const auto widths = Widths(*this);
   if (std::accumulate(widths.begin(), widths.end(), kGap * (widths.size() - 1)) > width) {
     return Downwards(*this, colour);

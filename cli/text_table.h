@@ -13,11 +13,11 @@ struct TextTable {
     bool right_aligned = false;
   };
   std::vector<Column> columns;
-  std::vector<std::vector<std::string>> rows;  ///< one cell per column, UTF-8 without control characters
+  std::vector<std::vector<std::string>> rows;  ///< one cell per column
 
   /// Aligned under a heading line; a table wider than `width` as one "name: value" line per filled cell, the
-  /// rows parted by empty lines.
-  [[nodiscard]] std::string Render(std::size_t width, bool colour) const;
+  /// rows parted by empty lines. Its texts become `Visible` ones.
+  [[nodiscard]] std::string Render(std::size_t width, bool colour);
 };
 
 }  // namespace tremvik::cli

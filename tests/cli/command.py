@@ -24,7 +24,7 @@ class Run:
         self.status = status
         self.raw = out
         self.out = out.decode("utf-8", "replace")
-        self.err = err.decode("utf-8", "replace")
+        self.err = err.decode("utf-8")
 
     def objects(self):
         return [json.loads(line) for line in self.out.splitlines()]

@@ -24,11 +24,13 @@ class Importing(Story):
                          [line[:2].decode() for line in lines if not line.startswith(b"01")])
         self.assertEqual([one["operacao"] for one in run.of("banco")], ["Preparar", "Abrir", "Encerrar"])
         self.assertEqual([list(one) for one in run.of("consulta")],
-                         [["tipo", "ie", "uf", "regime", "referencia", "referenciaInicial", "existe"]] * 6)
+                         [["tipo", "arquivo", "ie", "uf", "regime", "referencia", "referenciaInicial", "existe"]] * 6)
         self.assertEqual(run.objects()[-3:], [
-            {"tipo": "mensagem", "texto": SUCCESS, "estilo": 64, "titulo": "Arquivo Pré-Formatado", "resposta": 1},
-            {"tipo": "banco", "operacao": "Encerrar"},
-            {"tipo": "fim", "bolRetMonitora": False, "NroLinha": len(lines) + 1, "Mensagem": ""}])
+            {"tipo": "mensagem", "arquivo": str(ACCEPTED), "texto": SUCCESS, "estilo": 64,
+             "titulo": "Arquivo Pré-Formatado", "resposta": 1},
+            {"tipo": "banco", "arquivo": str(ACCEPTED), "operacao": "Encerrar"},
+            {"tipo": "fim", "arquivo": str(ACCEPTED), "estado": "aceito", "saida": 0, "bolRetMonitora": False,
+             "NroLinha": len(lines) + 1, "Mensagem": ""}])
 
         listed = self.run_piped("listar", "--json").objects()
         self.assertEqual(sum(sum(one["registros"].values()) for one in listed), len(lines) - 1)
@@ -71,9 +73,11 @@ class Importing(Story):
             self.assertEqual(run.status, 0 if reply == 6 else 1)
             self.assertEqual([one["resposta"] for one in run.of("mensagem") if one["estilo"] == 324], [reply])
             self.assertEqual("não há terminal para perguntar" in run.err, not options)
-            closes = {"tipo": "evento", "nome": "Fechar"} in run.objects()
-            ends = {"tipo": "banco", "operacao": "Encerrar"} in run.objects()
-            self.assertEqual((closes, ends), (False, reply == 6))
+            self.assertNotIn("Fechar", [one["nome"] for one in run.of("evento")])
+            self.assertEqual("Encerrar" in [one["operacao"] for one in run.of("banco")], reply == 6)
+        run = self.run_piped("validar", ASKS, ASKS)
+        self.assertEqual(run.err.count("pergunta.txt: com vários arquivos nada é perguntado"), 2)
+        self.assertNotIn("terminal", run.out + run.err)
 
     def test_a_reader_that_goes_away_does_not_end_the_import(self):
         with subprocess.Popen(self.command(["importar", ACCEPTED, "--json"]), cwd=self.folder,
@@ -106,7 +110,8 @@ class ManyFiles(Story):
                                  case["mensagens"])
                 self.assertEqual([{key: place[key] for key in ("linha", "registro", "campo", "posicao")}
                                   for place in places], case["inconsistencias"])
-                self.assertEqual((objects[-1]["tipo"], objects[-1]["bolRetMonitora"]), ("fim", case["saida"] == 1))
+                end = ("fim", ("aceito", "recusado")[case["saida"]], case["saida"], case["saida"] == 1)
+                self.assertEqual(tuple(objects[-1][key] for key in ("tipo", "estado", "saida", "bolRetMonitora")), end)
 
     def test_names_come_from_standard_input_and_the_order_is_theirs(self):
         names = [str(SAMPLES / name) for name in ("recusado-soma.txt", "aceito.txt", "recusado-texto.txt")] * 20
@@ -177,6 +182,14 @@ class Samples(Story):
             run = self.run_piped("validar", "g.txt", "--json")
             end = run.objects()[-1]
             self.assertEqual((run.status, end["NroLinha"], end["Mensagem"]), (status, 32767, message))
+            self.assertEqual("tem mais de 32.766 registros" in run.err, status == 1)
+
+    def test_a_line_too_long_carries_what_it_has_too_much(self):
+        self.write("longa.txt", b"07" + b"x" * 24 + b"\xe9\x90" + b"y" * 2000 + b"\r\n")
+        run = self.run_piped("validar", "longa.txt", "--json")
+        fault = run.of("inconsistencia")[0]
+        self.assertEqual((fault["posicao"], fault["largura"], fault["valor"]), (27, 2002, "é\u0090" + "y" * 998))
+        self.assertNotIn("\u0090", run.out)
 
     @unittest.skipUnless(MEASURE_MEMORY, "the sanitizers take more")
     def test_memory_does_not_grow_with_the_file_or_a_line(self):

@@ -1,7 +1,9 @@
 """Stories of what is seen: on a terminal, and as plain text where there is none."""
 
+import contextlib
 import json
 import re
+import sqlite3
 
 from command import SAMPLES, Story, main
 
@@ -69,6 +71,21 @@ linha 1, campo CR, colunas 1 a 2, valor "\\x1B["
             with self.subTest(sample):
                 self.assertIn(expected, self.run_piped("validar", SAMPLES / sample).out)
 
+    def test_a_note_is_only_there_where_the_message_names_another_column(self):
+        named = {sample.name: re.findall(r"Nota: a mensagem diz posição ([^;]+)", self.run_piped("validar", sample).out)
+                 for sample in SAMPLES.glob("*.txt")}
+        self.assertEqual({name: found for name, found in named.items() if found},
+                         {"recusado-cfop-interestadual.txt": ["3 ou 114"]})
+
+    def test_the_list_of_declarations_tells_the_local_time(self):
+        self.environment["TZ"] = "BRT3"
+        self.run_piped("importar", SAMPLES / "aceito.txt")
+        with contextlib.closing(sqlite3.connect(self.home / "tremvik.db")) as store:
+            store.executescript("UPDATE importacao SET importado_em = '2012-03-01T01:30:00Z'")
+        run = self.run_piped("listar")
+        first = run.out.splitlines()[1]
+        self.assertRegex(first, r"^\d{3}(\.\d{3}){3}  \d\d/\d{4}     \d\d  +\d+  29/02/2012 22:30  \d\d=")
+
     def test_a_line_of_megabytes_is_shown_in_part(self):
         self.write("longa.txt", b"07" + b"x" * (5 << 20) + b"\r\n")
         run = self.run_piped("validar", "longa.txt")
@@ -92,12 +109,13 @@ class OnATerminal(Story):
         run = self.run_on_terminal("validar", SAMPLES / "recusado-soma.txt", NO_COLOR="1")
         self.assertNotRegex(run.out, "\x1b\\[[0-9;]*m")
         self.assertIn("█", run.out)
+        self.assertIn("conferindo quantidades", run.out)
         run = self.run_on_terminal("validar", SAMPLES / "recusado-soma.txt", TERM="dumb")
         self.assertNotIn("\x1b", run.out)
         self.assertNotIn("█", run.out)
 
     def test_the_question_waits_for_an_answer_and_no_is_the_second_button(self):
-        success = "A importação foi concluída com sucesso!"
+        success = "Arquivo aceito: 6 declarações"
         for answers, status in (((b"s\n",), 0), ((b"Sim\n",), 0), ((b"talvez\n", b"sim\n"), 0), ((b"\n",), 1),
                                 ((b"n\n",), 1), (("não\n".encode(),), 1), ((b"\x04",), 1)):
             with self.subTest(answers):
