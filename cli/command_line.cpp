@@ -86,11 +86,13 @@ Parser::Parser() {
   AddTabelas();
   app_.footer(
       "Exemplos:\n"
-      "  tremvik exemplo --saida exemplo.txt     faz um arquivo válido para experimentar\n"
-      "  tremvik importar exemplo.txt            valida e guarda as declarações\n"
-      "  tremvik validar *.txt                   valida vários arquivos sem guardar nada\n"
-      "  tremvik importar --help                 ajuda de um verb\n\n"
-      "Saída: 0 aceito, 1 recusado, 2 uso errado ou algo falta na máquina, 3 falha do programa.");
+      "  tremvik exemplo --saida exemplo.txt   faz um arquivo válido para experimentar\n"
+      "  tremvik importar exemplo.txt          valida e guarda as declarações\n"
+      "  tremvik validar *.txt                 valida vários arquivos sem guardar nada\n"
+      "  tremvik importar --help               ajuda de um verbo\n\n"
+      "As opções valem antes e depois do verbo.\n"
+      "Saída: 0 aceito, 1 recusado, 2 uso errado ou algo falta na máquina,\n"
+      "3 falha do programa.");
 }
 
 CLI::App& Parser::AddVerb(CLI::App& parent, const char* name, const char* description, const char* examples) {
@@ -119,7 +121,7 @@ void Parser::AddAnswers(CLI::App& verb) {
   };
   verb.add_option("--responder")
       ->check(CLI::Validator(set, ""))
-      ->description("Reply às perguntas \"Deseja continuar\";\nsem terminal e sem esta opção é Não")
+      ->description("Resposta às perguntas \"Deseja continuar\";\nsem terminal e sem esta opção é Não")
       ->option_text("sim|nao")
       ->group(kOptions)
       ->take_last();
@@ -130,13 +132,12 @@ void Parser::AddJson(CLI::App& verb, const char* description) {
 }
 
 void Parser::AddImportar() {
-  CLI::App& verb =
-      AddVerb(app_, "importar", "Valida um arquivo e guarda as suas declarações",
-              "Exemplos:\n"
-              "  tremvik importar marco.txt\n"
-              "  tremvik importar marco.txt --pasta /srv/tremvik --responder nao\n"
-              "  tremvik importar marco.txt --json > marco.jsonl\n\n"
-              "O arquivo entra inteiro ou não entra. Saída: 0 aceito, 1 recusado, 2 uso ou ambiente.");
+  CLI::App& verb = AddVerb(app_, "importar", "Valida um arquivo e guarda as suas declarações",
+                           "Exemplos:\n"
+                           "  tremvik importar marco.txt\n"
+                           "  tremvik importar marco.txt --pasta /srv/tremvik --responder nao\n"
+                           "  tremvik importar marco.txt --json > marco.jsonl\n\n"
+                           "O arquivo entra inteiro ou não entra.");
   verb.add_option("ARQUIVO", request_.arquivos, "Arquivo Pré-Formatado")
       ->required()
       ->expected(1)
@@ -148,16 +149,15 @@ void Parser::AddImportar() {
 }
 
 void Parser::AddValidar() {
-  CLI::App& verb =
-      AddVerb(app_, "validar", "Valida arquivos como na importação, sem guardar nada",
-              "Exemplos:\n"
-              "  tremvik validar marco.txt\n"
-              "  tremvik validar entrada/*.txt --responder nao\n"
-              "  find entrada -name '*.txt' -print0 | tremvik validar -0 - --json\n\n"
-              "Com vários arquivos nada é perguntado: sem --responder a resposta é Não. Os resultados\n"
-              "saem na ordem dos nomes, e o código de saída é o do pior arquivo.");
+  CLI::App& verb = AddVerb(app_, "validar", "Valida arquivos como na importação, sem guardar nada",
+                           "Exemplos:\n"
+                           "  tremvik validar marco.txt\n"
+                           "  tremvik validar entrada/*.txt --responder nao\n"
+                           "  find entrada -name '*.txt' -print0 | tremvik validar -0 - --json\n\n"
+                           "Com vários arquivos nada é perguntado: sem --responder a resposta é Não. Os\n"
+                           "resultados saem na ordem dos nomes, e o código de saída é o do pior arquivo.");
   verb.add_option("ARQUIVO", request_.arquivos,
-                  "Arquivos Pré-Formatado; - lê os nomes da entrada padrão,\num por linha")
+                  "Arquivos Pré-Formatado; - lê os nomes da entrada\npadrão, um por linha")
       ->required()
       ->expected(-1)
       ->group(kOptions);
@@ -233,7 +233,7 @@ void Parser::AddTabelas() {
                             "  tremvik tabelas construir --dados minhas-tabelas tblFixas.fix");
   build
       .add_option("ARQUIVO", request_.arquivos,
-                  "Banco a escrever (tblFixas.fix); só é trocado se tudo está certo")
+                  "Banco a escrever (tblFixas.fix); só é trocado\nse tudo está certo")
       ->required()
       ->expected(1)
       ->group(kOptions);

@@ -159,6 +159,19 @@ std::string Sentence(const RuntimeError& error, const Request& request) {
         "\"tremvik tabelas construir\".",
         name, InWords(error));
   }
+  switch (error.number()) {
+    case erro::kMemoriaInsuficiente:
+    case erro::kArgumentoInvalido:
+      return Remedy(error, request.pasta);
+    case erro::kDiscoCheio:
+      return fmt::format("o disco de {} está cheio{}. Libere espaço e tente de novo.", name, InWords(error));
+    case erro::kArquivoJaExiste:
+      return fmt::format(
+          "{} já existe e não é um banco de tabelas de referência (erro {}). Apague-o ou escolha outro nome.",
+          name, error.number());
+    default:
+      break;
+  }
   return fmt::format(
       "não foi possível escrever as tabelas em {}{}. Confira se a pasta existe e se você pode gravar nela.",
       name, InWords(error));

@@ -10,6 +10,8 @@
 #include <limits>
 #include <string_view>
 
+#include "input/text_reader.h"
+
 namespace tremvik::cli {
 namespace {
 
@@ -71,8 +73,7 @@ void SkipContent(ByteReader& reader, std::int64_t longest = std::numeric_limits<
   const std::int64_t begin = reader.offset();
   for (auto ahead = reader.Buffered(); !ahead.empty(); ahead = reader.Buffered()) {
     ahead = ahead.substr(0, static_cast<std::size_t>(longest - (reader.offset() - begin)));
-    const std::size_t line_feed = std::min(ahead.find('\n'), ahead.size());
-    const std::size_t end = std::min(ahead.substr(0, line_feed).find('\r'), line_feed);
+    const std::size_t end = UpToLineEnd(ahead).size();
     reader.Skip(end);
     if (end < ahead.size() || reader.offset() - begin == longest) return;
   }

@@ -19,7 +19,7 @@ namespace tremvik::cli {
 namespace {
 
 // What one file has to say.
-struct Report {
+struct Result {
   ExitStatus saida = ExitStatus::kFailure;
   std::string out;
   std::string err;
@@ -49,12 +49,12 @@ class Queue {
     return Job{given_++, std::move(*path)};
   }
 
-  void Give(std::size_t number, Report report) {
+  void Give(std::size_t number, Result result) {
     const std::scoped_lock lock(mutex_);
-    reports_.emplace(number, std::move(report));
-    for (auto next = reports_.find(written_); next != reports_.end(); next = reports_.find(written_)) {
+    results_.emplace(number, std::move(result));
+    for (auto next = results_.find(written_); next != results_.end(); next = results_.find(written_)) {
       Write(next->second);
-      reports_.erase(next);
+      results_.erase(next);
       ++written_;
     }
     out_.Flush();
@@ -81,12 +81,12 @@ class Queue {
  private:
   [[nodiscard]] bool Ended() const { return failure_ || out_.failed() || Interrupted(); }
 
-  void Write(const Report& report) {
-    ++counts_[static_cast<std::size_t>(report.saida)];
-    out_.Write(report.out);
-    if (report.err.empty()) return;
+  void Write(const Result& result) {
+    ++counts_[static_cast<std::size_t>(result.saida)];
+    out_.Write(result.out);
+    if (result.err.empty()) return;
     out_.Flush();
-    err_.Write(report.err);
+    err_.Write(result.err);
     err_.Flush();
   }
 
@@ -99,7 +99,7 @@ class Queue {
   std::mutex mutex_;       ///< guards what follows and both outputs
   std::condition_variable room_;
   std::size_t written_ = 0;
-  std::map<std::size_t, Report> reports_;  ///< ready, waiting for an earlier one
+  std::map<std::size_t, Result> results_;  ///< ready, waiting for an earlier one
   std::array<std::size_t, 4> counts_{};
   std::exception_ptr failure_;
 };

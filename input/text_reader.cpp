@@ -5,16 +5,6 @@
 #include "layout/record.h"
 
 namespace tremvik {
-namespace {
-
-// The part of `text` before its first line end.
-std::string_view UpToLineEnd(std::string_view text) {
-  const std::string_view up_to_feed = text.substr(0, text.find('\n'));
-  return up_to_feed.substr(0, up_to_feed.find('\r'));
-}
-
-}  // namespace
-
 bool TextReader::AtEnd() { return !owes_line_feed_ && input_.Ahead().empty(); }
 
 void TextReader::ReadLine(Line& line) {

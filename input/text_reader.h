@@ -8,6 +8,12 @@
 
 namespace tremvik {
 
+/// The part of `text` before its first line end, a bare CR or LF included.
+[[nodiscard]] inline std::string_view UpToLineEnd(std::string_view text) {
+  const std::string_view up_to_feed = text.substr(0, text.find('\n'));
+  return up_to_feed.substr(0, up_to_feed.find('\r'));
+}
+
 /// Reads a file as text: a line ends at CR LF, at a bare LF or at a bare CR, and the end of the file ends the
 /// last one.
 class TextReader {

@@ -59,7 +59,8 @@ class CommandLine(Story):
                 self.assertEqual((run.status, run.err), (0, ""))
                 self.assertIn(f"Uso: tremvik {verb}".rstrip(), run.out)
                 self.assertRegex(run.out, "Exemplos?:\n  tremvik")
-                self.assertNotRegex(run.out, "Usage|OPTIONS|Options|Positionals|Subcommand|REQUIRED|TEXT|Print")
+                self.assertNotRegex(run.out, "Usage|OPTION|[Oo]ptions|Positionals|REQUIRED|TEXT|Print|Reply|verb\\b")
+                self.assertLessEqual(max(map(len, run.out.splitlines())), 80)
                 self.assertRegex(self.run_piped(*verb.split(), "--versao").out, r"^tremvik \d+\.\d+\.\d+\n$")
 
 
