@@ -3,7 +3,7 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
-#include "cli/json_line.h"
+#include "cli/json_text.h"
 #include "cli/text.h"
 #include "host/screen.h"
 #include "runtime/text.h"
@@ -12,20 +12,28 @@ namespace tremvik::cli {
 
 using Json = nlohmann::ordered_json;
 
-// One object.
+// One object. What all objects of a file begin with is made into text only once.
 class JsonLines::Line {
  public:
-  Line(JsonLines& lines, std::string_view tipo) : lines_(lines) {
-    json_["tipo"] = tipo;
-    json_["arquivo"] = lines.arquivo_;
-  }
+  Line(JsonLines& lines, std::string_view tipo) : lines_(lines), tipo_(tipo) {}
   Json& operator[](const char* key) { return json_[key]; }
-  void Write() { lines_.out_.Write(JsonLine(json_)); }
+  void Write() {
+    for (const std::string_view piece :
+         {std::string_view("{\"tipo\":\""), tipo_, std::string_view("\",\"arquivo\":"),
+          std::string_view(lines_.arquivo_), std::string_view(",")})
+      lines_.out_.Write(piece);
+    lines_.out_.Write(std::string_view(JsonText(json_)).substr(1));
+    lines_.out_.Write("\n");
+  }
 
  private:
   JsonLines& lines_;
+  std::string_view tipo_;
   Json json_;
 };
+
+JsonLines::JsonLines(Output& out, const std::string& path)
+    : out_(out), path_(path), arquivo_(JsonText(path)) {}
 
 void JsonLines::Mensagem(const TracedMessage& mensagem) {
   if (question_ && mensagem.resposta == resposta::kNao) WriteFault(*question_);
@@ -84,7 +92,7 @@ void JsonLines::WriteFault(const Fault& fault) {
   line["campo"] = fault.campo;
   line["posicao"] = fault.posicao;
   line["largura"] = fault.largura;
-  line["valor"] = Utf8(fault.MarksLength() ? Surplus(fault, arquivo_) : fault.valor);
+  line["valor"] = Utf8(fault.MarksLength() ? Surplus(fault, path_) : fault.valor);
   line.Write();
 }
 

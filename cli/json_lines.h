@@ -26,8 +26,8 @@ class RunTrace : public TraceSink {
 /// Writes the objects of docs/json.md.
 class JsonLines final : public RunTrace {
  public:
-  /// `arquivo` is the file's name in each object. `out` must outlive this object.
-  JsonLines(Output& out, std::string_view arquivo) : out_(out), arquivo_(arquivo) {}
+  /// `path` is the file's name in each object. `out` must outlive this object.
+  JsonLines(Output& out, const std::string& path);
 
   void Mensagem(const TracedMessage& mensagem) override;
   void Evento(std::string_view nome) override;
@@ -45,7 +45,8 @@ class JsonLines final : public RunTrace {
   void WriteFault(const Fault& fault);
 
   Output& out_;
-  std::string arquivo_;
+  std::string path_;
+  std::string arquivo_;            ///< `path_` as JSON
   std::optional<Fault> question_;  ///< a refusal's place if the question at hand is answered No
 };
 

@@ -9,7 +9,7 @@
 #include <variant>
 
 #include "adapters/sqlite/declaration_store.h"
-#include "cli/json_line.h"
+#include "cli/json_text.h"
 #include "cli/text.h"
 #include "cli/text_table.h"
 
@@ -64,7 +64,7 @@ void WriteDeclarationsAsJson(const std::vector<DeclaracaoGuardada>& declaracoes,
     for (std::size_t i = 0; i < kStoredKinds.size(); ++i) {
       registros[std::string(Codigo(kStoredKinds[i]))] = declaracao.registros[i];
     }
-    out.Write(JsonLine(json));
+    out.Write(JsonText(json) + "\n");
   }
 }
 
@@ -102,7 +102,7 @@ void WriteRecordsAsJson(const std::vector<TabelaGuardada>& tabelas, Output& out)
       Json& campos = json["campos"] = Json::object();
       for (std::size_t i = 0; i < linha.size(); ++i)
         campos[tabela.colunas[i]] = ValueOf(linha[i]);
-      out.Write(JsonLine(json));
+      out.Write(JsonText(json) + "\n");
     }
   }
 }

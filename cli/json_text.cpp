@@ -1,10 +1,9 @@
-#include "cli/json_line.h"
+#include "cli/json_text.h"
 
 #include <fmt/format.h>
 #include <utf8.h>
 #include <utf8/unchecked.h>
 
-#include <algorithm>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
@@ -13,10 +12,15 @@
 namespace tremvik::cli {
 namespace {
 
+// First bytes in UTF-8 of DEL and of all that `IsUnseen` knows, among others.
+bool MayBeginUnseen(unsigned char byte) {
+  return byte == 0x7F || byte == 0xC2 || byte == 0xD8 || byte >= 0xE1;
+}
+
 // DEL and what is not seen as JSON escapes; characters beyond 16 bits as their two halves.
-std::string Escaped(const std::string& line) {
+std::string Escaped(const std::string& text) {
   std::string out;
-  for (auto at = line.begin(); at != line.end();) {
+  for (auto at = text.begin(); at != text.end();) {
     const auto begin = at;
     const char32_t code = utf8::unchecked::next(at);
     if (code != 0x7F && !IsUnseen(code)) {
@@ -34,10 +38,13 @@ std::string Escaped(const std::string& line) {
 
 }  // namespace
 
-std::string JsonLine(const nlohmann::ordered_json& object) {
-  std::string line = object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
-  const bool plain = std::ranges::all_of(line, [](char c) { return static_cast<unsigned char>(c) < 0x7F; });
-  return plain ? line : Escaped(line);
+std::string JsonText(const nlohmann::ordered_json& value) {
+  std::string text = value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  unsigned found = 0;  // without an early end they go many at a time
+  for (const char c : text)
+    found |= MayBeginUnseen(static_cast<unsigned char>(c)) ? 1U : 0U;
+  if (found == 0) return text;
+  return Escaped(text);
 }
 
 }  // namespace tremvik::cli
