@@ -24,11 +24,9 @@ LOCALES = ("pt_BR.UTF-8", "en_US.UTF-8")
 YES, NO = "6", "7"
 ICON_BITS = 0xF0
 SCRIPT_ERRORS = "-all,fixme+wscript,fixme+vbscript,fixme+jscript"
-HEADER = (
-    "Sr(a) usuário(a), entre em contato com a empresa\r\nresponsável pela geração do arquivo Pré-Formatado\r\n"
-    "e informe a mensagem abaixo : \r\n\r\n"
-)
-MISSING_DATABASE = "53 - Arquivo não encontrado"
+CLASSES = ("TestHost.Journal", "DAO.DBEngine.36", "DAO.DBEngine.120") + tuple("Brunsel." + name for name in (
+    "BancoTemporario", "ConsultaDeclaracoes", "ValidadorDocumentos",
+    *(f"GravadorCR{code}" for code in ("05", "07", "10", "14", "18", "20", "25", "26", "27", "28", "30", "31"))))
 
 # The system's queries: table, key and what follows the key's value.
 PLAIN = "Select {0} From {1} Where {0} = '?'"
@@ -72,6 +70,20 @@ def cscript(architecture, file, *arguments, **more):
     return wine(SYSTEM[architecture] + "\\cscript.exe", "//nologo", f"Z:{file}", *arguments, debug=SCRIPT_ERRORS, **more)
 
 
+def register_host(architecture, folder):
+    """The classes of the pretended host and of the engine, all in one library."""
+    lines = ["REGEDIT4", ""]
+    for number, name in enumerate(CLASSES):
+        clsid = f"{{3f6b1c52-7a0d-4e8e-9b41-521d60aa70{number:02x}}}"
+        root = "[HKEY_LOCAL_MACHINE\\Software\\Classes\\"
+        server = f"Z:{folder}/TestHost.dll".replace("/", "\\").replace("\\", "\\\\")
+        lines += [f"{root}{name}\\CLSID]", f'@="{clsid}"', f"{root}CLSID\\{clsid}\\ProgID]", f'@="{name}"',
+                  f"{root}CLSID\\{clsid}\\InprocServer32]", f'@="{server}"', '"ThreadingModel"="Both"']
+    file = folder / "host.reg"
+    file.write_text("\r\n".join(lines) + "\r\n", encoding="ascii", newline="")
+    return wine(SYSTEM[architecture] + "\\reg.exe", "import", f"Z:{file}").returncode
+
+
 def write_answers(database, file):
     """Whatever the system's queries can find, for the engine that the tests bring along."""
     connection = sqlite3.connect(database)
@@ -88,47 +100,25 @@ def write_answers(database, file):
 
 
 class Story:
-    """One import: a file, the answer to what is asked, what the host does wrong."""
+    """One import: a file and the answer to what is asked."""
 
-    def __init__(self, file, answer=YES, fault=""):
-        self.file, self.answer, self.fault = file, answer, fault
-        self.name = file.stem + ("-nao" if answer == NO else "") + ("-sem-banco" if fault else "")
-        self.expected = None
+    def __init__(self, cli, folder, file, answer):
+        self.file, self.answer, self.name = file, answer, file.stem + ("-nao" if answer == NO else "")
+        # What the command line tells of the same file, but for what only it can tell.
+        run = subprocess.run([cli, "importar", file, "--json", "--pasta", folder / self.name, "--responder",
+                              "sim" if answer == YES else "nao"], stdout=subprocess.PIPE, text=True)
+        self.expected = [each for each in objects(run.stdout) if each["tipo"] in
+                         ("mensagem", "evento", "banco", "consulta", "gravacao", "fim")]
 
-    def line(self, journal):
-        return f"Z:{self.file}|{self.answer}|{self.fault}|Z:{journal}\r\n"
 
-
-def stories():
+def stories(cli, folder):
     samples = sorted((ROOT / "samples").glob("*.txt"))
-    asking = [Story(file, NO) for file in samples if file.stem.startswith("pergunta")]
-    return [Story(file) for file in samples] + asking + [Story(ROOT / "samples/aceito.txt", fault="Preparar idle")]
+    asking = [file for file in samples if file.stem.startswith("pergunta")]
+    return [Story(cli, folder, file, YES) for file in samples] + [Story(cli, folder, file, NO) for file in asking]
 
 
 def objects(text):
     return [json.loads(line) for line in text.splitlines()]
-
-
-def told_by_command_line(cli, story, work):
-    """What the command line tells of the same file, but for what only it can tell."""
-    folder = work / "oracle" / story.name
-    answer = "sim" if story.answer == YES else "nao"
-    run = subprocess.run([cli, "importar", story.file, "--json", "--pasta", folder, "--responder", answer],
-                         stdout=subprocess.PIPE, text=True)
-    seen = [each for each in objects(run.stdout) if each["tipo"] in
-            ("mensagem", "evento", "banco", "consulta", "gravacao", "fim")]
-    if not story.fault:
-        return seen
-    prepared = seen.index({"tipo": "banco", "operacao": "Preparar"})
-    ended = {"tipo": "banco", "operacao": "Encerrar"}
-    return seen[: prepared + 1] + [
-        ended,
-        {"tipo": "mensagem", "texto": HEADER + MISSING_DATABASE + "\r\nLinha nº 0", "estilo": 0, "titulo": "",
-         "resposta": 1},
-        {"tipo": "evento", "nome": "Fechar"},
-        ended,
-        {"tipo": "fim", "bolRetMonitora": True, "NroLinha": 0, "Mensagem": MISSING_DATABASE},
-    ]
 
 
 def told_by_client(journal):
@@ -156,6 +146,13 @@ def told_by_client(journal):
     return told
 
 
+def contract():
+    """The members of the host's classes as published: of each its kind of call and number of arguments."""
+    text = re.sub("//.*", "", (ROOT / "docs/componentes.idl").read_text(encoding="utf-8"))
+    return {(name, "propput" in kind, given.count("[in")) for kind, name, given in
+            re.findall(r"\[(id\(\d+\)[^]]*)\] HRESULT (\w+)\(([^;]*)\);", text)}
+
+
 def check_calls(label, journal, folder):
     """What one run asked of the engine and gave its components, beyond what the command line tells."""
     calls = [each for each in journal if each["tipo"] == "chamada"]
@@ -171,6 +168,9 @@ def check_calls(label, journal, folder):
     paths = asked["Abrir"] + asked["CaminhoBase"]
     check(f"{label}, temporary database", len(paths) > 2 and all(given == [windows + "BDTempPrf.fix"] for given in paths),
           paths)
+    made = {(each["membro"], each["atribui"], len(each["argumentos"])) for each in calls
+            if each["objeto"].startswith("Brunsel.")}
+    check(f"{label}, published members", made and made <= contract(), made - contract())
 
 
 def run_client(architecture, client, locale, wanted, folder, work):
@@ -178,7 +178,8 @@ def run_client(architecture, client, locale, wanted, folder, work):
     shutil.rmtree(journals, ignore_errors=True)
     journals.mkdir(parents=True)
     list_file = journals / "list"
-    list_file.write_text("".join(story.line(journals / story.name) for story in wanted), newline="")
+    list_file.write_text("".join(f"Z:{story.file}|{story.answer}||Z:{journals / story.name}\r\n" for story in wanted),
+                         newline="")
     label = f"{architecture} {locale[:5]} {client}"
     compiled = client == "com_test.exe"
     if compiled:
@@ -293,12 +294,10 @@ def main():
     subprocess.run(["wineserver", "-p"], check=False)  # one server for all that follows
     try:
         check_registration(folders)
-        everything = stories()
-        for story in everything:
-            story.expected = told_by_command_line(cli, story, work)
+        everything = stories(cli, work / "oracle")
         for architecture, folder in folders.items():
-            for library in ("DllTremvik.dll", "TestHost.dll"):
-                check(f"{architecture} registers {library}", regsvr32(architecture, folder / library) == 0)
+            check(f"{architecture} registers again", regsvr32(architecture, folder / "DllTremvik.dll") == 0)
+            check(f"{architecture} registers the host's classes", register_host(architecture, folder) == 0)
             check_examples(architecture, folder)
             for locale in LOCALES:
                 for client in ("com_test.exe", "client.vbs", "client.js"):

@@ -1,37 +1,210 @@
 // A pretended host program, the database engine and the journal, in one library. Every object answers by the
-// names of members alone and writes each call to the journal.
+// names of members alone; calls and message boxes go to the journal, a JSON object a line.
 #include <array>
 #include <atomic>
+#include <cstdio>
+#include <cstdlib>
 #include <fstream>
-#include <functional>
+#include <map>
+#include <mutex>
+#include <set>
+#include <thread>
+#include <vector>
 
-#include "adapters/com/desktop.h"
-#include "adapters/com/errors.h"
 #include "adapters/com/late_bound.h"
-#include "adapters/com/registry.h"
 #include "adapters/local/documents.h"
-#include "componentes_idl.h"
-#include "journal.h"
 
 namespace tremvik::com_test {
 namespace {
 
-using com::ComPtr;
 using com::Variant;
-
 /// The arguments of a call in the caller's order, as texts (numbers in decimal).
 using Arguments = std::vector<std::string>;
-/// What an object answers to a call; what it throws reaches the caller as its error.
-using Answers = std::function<Variant(const std::string& member, const Arguments& given)>;
+
+// One run: a thread has one at a time.
+struct Run {
+  std::wstring path;  // where its lines go; empty: nowhere
+  int answer = 0;     // to boxes that ask, IDYES or IDNO
+  std::string
+      fault;  // of one member: to do nothing ("Abrir idle"), to answer Nothing, to raise without words
+};
+
+std::wstring FolderOf(const wchar_t* module) {
+  std::array<wchar_t, 1024> path{};
+  GetModuleFileNameW(GetModuleHandleW(module), path.data(), path.size());
+  const std::wstring_view file = path.data();
+  return std::wstring(file.substr(0, file.find_last_of(L'\\') + 1));
+}
+
+// The runs of this process, safe to use from several threads.
+class Journal {
+ public:
+  static Journal& Of() {
+    static Journal journal;
+    return journal;
+  }
+  void Start(const Run& run) {
+    const std::lock_guard lock(mutex_);
+    runs_[GetCurrentThreadId()] = run;
+  }
+  Run Current(DWORD thread = GetCurrentThreadId()) {
+    const std::lock_guard lock(mutex_);
+    return runs_[thread];
+  }
+  // Writes the members of one object, whose values are already JSON, to a thread's run.
+  void Write(std::initializer_list<std::pair<std::string_view, std::string>> members,
+             DWORD thread = GetCurrentThreadId()) {
+    const std::lock_guard lock(mutex_);
+    std::string line;
+    for (const auto& [name, value] : members)
+      line.append(line.empty() ? "{\"" : ",\"").append(name).append("\":").append(value);
+    if (auto* const file = _wfopen(runs_[thread].path.c_str(), L"ab")) {
+      std::fprintf(file, "%s}\n", line.c_str());
+      std::fclose(file);
+    }
+  }
+
+ private:
+  std::mutex mutex_;
+  std::map<DWORD, Run> runs_;
+};
+
+std::string Quoted(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char c : text) {
+    std::array<char, 8> escape{c};
+    if (c == '"' || c == '\\' || static_cast<unsigned char>(c) < 0x20)
+      std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(c));
+    quoted += escape.data();
+  }
+  return quoted + '"';
+}
+
+std::string WindowText(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+  return com::Utf8(std::wstring_view(text).substr(0, static_cast<std::size_t>(length)));
+}
+
+bool IsDefault(HWND button) {
+  return button && (GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+}
+
+// The style bits that the box on the screen was made with, as far as it shows them.
+int StyleOf(HWND box) {
+  int style = GetDlgItem(box, IDYES) && GetDlgItem(box, IDNO) ? MB_YESNO : MB_OK;
+  if (IsDefault(GetDlgItem(box, IDNO))) style |= MB_DEFBUTTON2;
+  HICON icon = nullptr;
+  for (HWND child = GetWindow(box, GW_CHILD); child && !icon; child = GetWindow(child, GW_HWNDNEXT)) {
+    // A window answers with a number.  NOLINTNEXTLINE(performance-no-int-to-ptr)
+    icon = reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
+  }
+  if (!icon) return style;
+  if (icon == LoadIconW(nullptr, IDI_HAND)) return style | MB_ICONHAND;
+  return style | (icon == LoadIconW(nullptr, IDI_ASTERISK) ? MB_ICONINFORMATION : MB_ICONMASK);
+}
+
+void Answer(HWND box, DWORD thread) {
+  const int answer = GetDlgItem(box, IDYES) ? Journal::Of().Current(thread).answer : IDOK;
+  // Wine has no icons for 32-bit programs, so there they cannot be seen in a box.
+  const bool icons = LoadIconW(nullptr, IDI_HAND) != nullptr;
+  Journal::Of().Write({{"tipo", "\"mensagem\""},
+                       {"texto", Quoted(WindowText(GetDlgItem(box, 0xFFFF)))},
+                       {"estilo", std::to_string(StyleOf(box))},
+                       {"titulo", Quoted(WindowText(box))},
+                       {"icones", icons ? "true" : "false"},
+                       {"resposta", std::to_string(answer)}},
+                      thread);
+  auto* const button = GetDlgItem(box, answer);
+  PostMessageW(box, WM_COMMAND, MAKEWPARAM(answer, BN_CLICKED), reinterpret_cast<LPARAM>(button));
+}
+
+// Answers each box of this process that stands and was not answered yet.
+void AnswerAll(std::set<HWND>& answered) {
+  std::set<HWND> standing;
+  for (HWND box = nullptr; (box = FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr;) {
+    DWORD process = 0;
+    const DWORD thread = GetWindowThreadProcessId(box, &process);
+    if (process != GetCurrentProcessId() || !IsWindowVisible(box)) continue;
+    if (!answered.contains(box)) Answer(box, thread);
+    standing.insert(box);
+  }
+  answered = standing;
+}
+
+// Begins or ends the answering of every message box of this process.
+void AnswerBoxes(bool answer) {
+  static std::jthread watcher;
+  if (answer && watcher.joinable()) return;
+  watcher = {};  // ends the one that runs
+  if (!answer) return;
+  watcher = std::jthread([](const std::stop_token& stop) {
+    for (std::set<HWND> answered; !stop.stop_requested(); Sleep(2))
+      AnswerAll(answered);
+  });
+}
+
+// Begin(journal file, answer to boxes that ask, fault) and Stop; Event(name) and End(bolRetMonitora,
+// NroLinha, Mensagem) are only written down.
+void TellJournal(const std::string& member, const Arguments& given) {
+  if (member == "Begin") Journal::Of().Start({com::Wide(given.at(0)), std::stoi(given.at(1)), given.at(2)});
+  AnswerBoxes(member != "Stop");
+}
+
+// The first value of each query that finds something, from the file that run.py wrote: "QUERY<tab>VALUE".
+const std::map<std::string, std::string>& Found() {
+  static const auto found = [] {
+    std::map<std::string, std::string> read;
+    std::ifstream file(com::Utf8(FolderOf(L"TestHost.dll")) + "answers.tsv", std::ios::binary);
+    for (std::string line; std::getline(file, line);)
+      read.emplace(line.substr(0, line.find('\t')), line.substr(line.find('\t') + 1));
+    return read;
+  }();
+  return found;
+}
+
+Variant Boolean(bool value) {
+  Variant boolean;
+  boolean.raw().vt = VT_BOOL;
+  boolean.raw().boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  return boolean;
+}
+
+Variant Object(std::string_view name, const std::string& state);
+
+// What an object answers to a call. `state` is the query of a recordset and its fields, the value of a field.
+Variant Answer(std::string_view of, const std::string& state, const std::string& member,
+               const Arguments& given) {
+  if (member == "Preparar") {
+    const std::wstring file = FolderOf(L"DllTremvik.dll") + L"BDTemp.mdb";
+    CloseHandle(CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+  }
+  if (member == "Abrir") return Variant(std::int16_t{7});
+  if (member == "Existe") return Boolean(false);
+  if (member == "ValidarIE") return Boolean(ValidadorDocumentosLocal().ValidarIE(given.at(0)));
+  if (member == "ValidarCNPJ") return Boolean(ValidadorDocumentosLocal().ValidarCNPJ(given.at(0)));
+  if (member == "OpenDatabase") {
+    if (GetFileAttributesW(com::Wide(given.at(0)).c_str()) != INVALID_FILE_ATTRIBUTES)
+      return Object("Database", {});
+    throw RuntimeError(erro::kBancoNaoEncontrado, "Não foi possível localizar o arquivo '" + given[0] + "'.");
+  }
+  if (member == "OpenRecordset") return Object("Recordset", given.at(0));
+  if (member == "RecordCount") return Variant(std::int32_t{Found().contains(state)});
+  if (member == "Fields") return Object("Fields", state);
+  if (member == "Item") {
+    if (state.find(given.at(0)) != std::string::npos) return Object("Field", Found().at(state));
+    throw RuntimeError(3265, "Item não encontrado nesta coleção.");
+  }
+  if (member == "Value") return Variant(state);
+  if (of == "TestHost.Journal") TellJournal(member, given);
+  return {};
+}
 
 std::atomic<long> alive{0};
 
 class HostObject final : public IDispatch {
  public:
-  HostObject(std::string name, Answers answers, ComPtr<ITypeInfo> contract = {})
-      : name_(std::move(name)), answers_(std::move(answers)), contract_(std::move(contract)) {
-    ++alive;
-  }
+  HostObject(std::string_view name, std::string state) : name_(name), state_(std::move(state)) { ++alive; }
   HostObject(const HostObject&) = delete;
   HostObject& operator=(const HostObject&) = delete;
 
@@ -50,14 +223,14 @@ class HostObject final : public IDispatch {
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-    members_.emplace_back(names[0]);
+    members_.push_back(com::Utf8(names[0]));
     ids[0] = static_cast<DISPID>(members_.size());
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
                                    VARIANT* result, EXCEPINFO* exception, UINT*) override {
     try {
-      Variant value = Answer(members_.at(static_cast<std::size_t>(id) - 1), flags, *parameters);
+      Variant value = Called(members_.at(static_cast<std::size_t>(id) - 1), flags, *parameters);
       if (result) *result = value.Detach();
       return S_OK;
     } catch (const RuntimeError& error) {
@@ -68,8 +241,7 @@ class HostObject final : public IDispatch {
  private:
   ~HostObject() { --alive; }
 
-  Variant Answer(const std::wstring& name, WORD flags, const DISPPARAMS& parameters) {
-    const std::string member = com::Utf8(name);
+  Variant Called(const std::string& member, WORD flags, const DISPPARAMS& parameters) {
     Arguments given;
     std::string list;
     for (UINT i = parameters.cArgs; i > 0; --i) {
@@ -78,162 +250,49 @@ class HostObject final : public IDispatch {
       given.push_back(com::As<std::string>(value));
       list += (list.empty() ? "" : ",") + Quoted(given.back());
     }
-    if (member != "Begin" && member != "Stop") {  // the journal's own, between two runs
+    if (member != "Begin" && member != "Stop")  // these stand between two runs
       Journal::Of().Write({{"tipo", "\"chamada\""},
                            {"objeto", Quoted(name_)},
                            {"membro", Quoted(member)},
+                           {"atribui", flags == DISPATCH_PROPERTYPUT ? "true" : "false"},
                            {"argumentos", "[" + list + "]"}});
-    }
-    if (contract_ && !Agreed(name, flags, parameters.cArgs))
-      throw RuntimeError(450, "Fora do contrato: " + member);
-    return Faulty(member, given);
-  }
-
-  // A run may ask for a fault of one member: to do nothing, to answer Nothing, to raise an error without
-  // words.
-  Variant Faulty(const std::string& member, const Arguments& given) {
     const std::string fault = Journal::Of().Current().fault;
-    Variant nothing;
-    if (fault == member + " idle") return nothing;
+    if (fault == member + " idle") return {};
     if (fault == member + " wordless") throw RuntimeError(0, "");
-    if (fault != member + " Nothing") return answers_(member, given);
+    if (fault != member + " Nothing") return Answer(name_, state_, member, given);
+    Variant nothing;
     nothing.raw().vt = VT_DISPATCH;
     return nothing;
   }
 
-  // Whether the published description has that member, for this kind of call and number of arguments.
-  [[nodiscard]] bool Agreed(std::wstring name, WORD flags, UINT arguments) const {
-    LPOLESTR names = name.data();
-    MEMBERID id = MEMBERID_NIL;
-    if (FAILED(contract_->GetIDsOfNames(&names, 1, &id))) return false;
-    FUNCDESC* function = nullptr;
-    bool agreed = false;
-    for (UINT i = 0; !agreed && SUCCEEDED(contract_->GetFuncDesc(i, &function)); ++i) {
-      auto count = static_cast<UINT>(function->cParams);
-      const auto* const all = function->lprgelemdescParam;
-      if (count > 0 && (all[count - 1].paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0) --count;
-      agreed = function->memid == id && (function->invkind & flags) != 0 && count == arguments;
-      contract_->ReleaseFuncDesc(function);
-    }
-    return agreed;
-  }
-
   // Both ways of giving a number are in use: hosts' classes fill the code, the engine fills the status.
   static HRESULT Raise(const RuntimeError& error, EXCEPINFO& exception) {
+    const bool engine = error.number() >= 3000;
     exception = {};
-    if (error.number() < 3000) {
-      exception.wCode = static_cast<WORD>(error.number());
-    } else {
-      exception.scode = static_cast<SCODE>(0x800A0000U + static_cast<unsigned>(error.number()));
-    }
+    if (engine) exception.scode = static_cast<SCODE>(0x800A0000U + static_cast<unsigned>(error.number()));
+    if (!engine) exception.wCode = static_cast<WORD>(error.number());
     if (!error.description().empty()) exception.bstrDescription = com::Bstr(error.description()).Detach();
     return DISP_E_EXCEPTION;
   }
 
   std::string name_;
-  Answers answers_;
-  ComPtr<ITypeInfo> contract_;
-  std::vector<std::wstring> members_;
+  std::string state_;
+  std::vector<std::string> members_;
   std::atomic<ULONG> references_{1};
 };
 
-Variant Object(std::string_view name, Answers answers) {
+Variant Object(std::string_view name, const std::string& state) {
   Variant object;
   object.raw().vt = VT_DISPATCH;
-  object.raw().pdispVal = new HostObject(std::string(name), std::move(answers));
+  object.raw().pdispVal = new HostObject(name, state);
   return object;
 }
 
-Variant Boolean(bool value) {
-  Variant boolean;
-  boolean.raw().vt = VT_BOOL;
-  boolean.raw().boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
-  return boolean;
-}
-
-std::wstring FolderOf(HMODULE module) {
-  std::array<wchar_t, 1024> path{};
-  GetModuleFileNameW(module, path.data(), path.size());
-  const std::wstring_view file = path.data();
-  return std::wstring(file.substr(0, file.find_last_of(L'\\') + 1));
-}
-
-Variant Banco(const std::string& member, const Arguments&) {
-  if (member == "Abrir") return Variant(std::int16_t{7});
-  if (member != "Preparar") return {};
-  const std::wstring file = FolderOf(GetModuleHandleW(L"DllTremvik.dll")) + L"BDTemp.mdb";
-  CloseHandle(CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-  return {};
-}
-
-Variant Consulta(const std::string&, const Arguments&) { return Boolean(false); }
-Variant Gravador(const std::string&, const Arguments&) { return {}; }
-
-Variant Validador(const std::string& member, const Arguments& given) {
-  ValidadorDocumentosLocal local;
-  return Boolean(member == "ValidarIE" ? local.ValidarIE(given.at(0)) : local.ValidarCNPJ(given.at(0)));
-}
-
-// The first value of each query that finds something, from the file that run.py wrote: "QUERY<tab>VALUE".
-const std::map<std::string, std::string>& Found() {
-  static const auto found = [] {
-    std::map<std::string, std::string> read;
-    std::ifstream file(com::Utf8(FolderOf(GetModuleHandleW(L"TestHost.dll"))) + "answers.tsv",
-                       std::ios::binary);
-    for (std::string line; std::getline(file, line);)
-      read.emplace(line.substr(0, line.find('\t')), line.substr(line.find('\t') + 1));
-    return read;
-  }();
-  return found;
-}
-
-Variant OpenRecordset(const std::string& query) {
-  const auto row = Found().find(query);
-  const std::int32_t count = row == Found().end() ? 0 : 1;
-  const std::string value = count == 0 ? "" : row->second;
-  return Object("Recordset", [=](const std::string& member, const Arguments&) {
-    if (member == "RecordCount") return Variant(count);
-    if (member != "Fields") return Variant();
-    return Object("Fields", [=](const std::string&, const Arguments& name) {
-      if (query.find(name.at(0)) == std::string::npos) throw RuntimeError(3265, "Item não encontrado.");
-      return Object("Field", [=](const std::string&, const Arguments&) { return Variant(value); });
-    });
-  });
-}
-
-Variant Engine(const std::string&, const Arguments& given) {
-  const std::string& path = given.at(0);
-  if (GetFileAttributesW(com::Wide(path).c_str()) == INVALID_FILE_ATTRIBUTES)
-    throw RuntimeError(erro::kBancoNaoEncontrado, "Não foi possível localizar o arquivo '" + path + "'.");
-  return Object("Database", [](const std::string& member, const Arguments& query) {
-    return member == "OpenRecordset" ? OpenRecordset(query.at(0)) : Variant();
-  });
-}
-
-// Begin(journal file, answer to boxes that ask, fault) and Stop; the others are only written down:
-// Event(name) and End(bolRetMonitora, NroLinha, Mensagem).
-Variant TellJournal(const std::string& member, const Arguments& given) {
-  if (member == "Begin") Journal::Of().Start({com::Wide(given.at(0)), std::stoi(given.at(1)), given.at(2)});
-  if (member == "Begin" || member == "Stop") AnswerBoxes(member == "Begin");
-  return {};
-}
-
-// What a program that knows nothing of the journal has its boxes answered with, where the environment says
-// so.
-void AnswerUnasked() {
-  std::array<wchar_t, 8> answer{};
-  if (GetEnvironmentVariableW(L"TEST_HOST_ANSWER", answer.data(), answer.size()) == 0) return;
-  Journal::Of().Start({{}, std::stoi(answer.data()), {}});
-  AnswerBoxes(true);
-}
-
-// A class of the library, its factory and the object that the system asks for it.
-class HostClass final : public IClassFactory {
+// Makes objects of one class. Where the environment says with what, boxes of a program that knows nothing of
+// the journal are answered from the first object on.
+class Factory final : public IClassFactory {
  public:
-  HostClass(std::wstring prog_id, Answers answers, const IID* contract = nullptr)
-      : prog_id_(std::move(prog_id)), answers_(std::move(answers)), contract_(contract) {}
-
-  [[nodiscard]] const std::wstring& prog_id() const { return prog_id_; }
+  explicit Factory(std::wstring_view name) : name_(com::Utf8(name)) {}
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
     *object = static_cast<IClassFactory*>(this);
     return S_OK;
@@ -241,75 +300,33 @@ class HostClass final : public IClassFactory {
   ULONG STDMETHODCALLTYPE AddRef() override { return 2; }  // lives as long as the library
   ULONG STDMETHODCALLTYPE Release() override { return 1; }
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID iid, void** object) override {
-    AnswerUnasked();
-    ComPtr<ITypeLib> library;
-    ComPtr<ITypeInfo> type;
-    HRESULT status = LoadTypeLibEx(com::LibraryPath().c_str(), REGKIND_NONE, library.Receive());
-    if (SUCCEEDED(status) && contract_) status = library->GetTypeInfoOfGuid(*contract_, type.Receive());
-    if (FAILED(status)) return status;
-    auto* const made = new HostObject(com::Utf8(prog_id_), answers_, type);
-    status = made->QueryInterface(iid, object);
+    const char* const answer = std::getenv("TEST_HOST_ANSWER");
+    if (answer) TellJournal("Begin", {"", answer, ""});
+    auto* const made = new HostObject(name_, {});
+    const HRESULT status = made->QueryInterface(iid, object);
     made->Release();
     return status;
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
  private:
-  std::wstring prog_id_;
-  Answers answers_;
-  const IID* contract_;
+  std::string name_;
 };
-
-std::vector<HostClass>& Classes() {
-  static std::vector<HostClass> classes = [] {
-    std::vector<HostClass> all{{L"TestHost.Journal", TellJournal},
-                               {L"DAO.DBEngine.36", Engine},
-                               {L"DAO.DBEngine.120", Engine},
-                               {L"Brunsel.BancoTemporario", Banco, &IID_IBancoTemporario},
-                               {L"Brunsel.ConsultaDeclaracoes", Consulta, &IID_IConsultaDeclaracoes},
-                               {L"Brunsel.ValidadorDocumentos", Validador, &IID_IValidadorDocumentos}};
-    for (const auto* code :
-         {L"05", L"07", L"10", L"14", L"18", L"20", L"25", L"26", L"27", L"28", L"30", L"31"})
-      all.emplace_back(std::wstring(L"Brunsel.GravadorCR") + code, Gravador, &IID_IGravador);
-    return all;
-  }();
-  return classes;
-}
-
-CLSID IdentifierOf(std::size_t index) {
-  const auto last = static_cast<unsigned char>(index);
-  return {0x3f6b1c52, 0x7a0d, 0x4e8e, {0x9b, 0x41, 0x52, 0x1d, 0x60, 0xaa, 0x70, last}};
-}
 
 }  // namespace
 }  // namespace tremvik::com_test
 
+// Whatever is registered with this library is a class of it.
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object) {
-  auto& classes = tremvik::com_test::Classes();
-  for (std::size_t i = 0; i < classes.size(); ++i)
-    if (IsEqualCLSID(clsid, tremvik::com_test::IdentifierOf(i)))
-      return classes[i].QueryInterface(iid, object);
-  return CLASS_E_CLASSNOTAVAILABLE;
+  static std::map<std::wstring, tremvik::com_test::Factory> factories;
+  LPOLESTR name = nullptr;
+  if (FAILED(ProgIDFromCLSID(clsid, &name))) return CLASS_E_CLASSNOTAVAILABLE;
+  auto& factory = factories.try_emplace(name, name).first->second;
+  CoTaskMemFree(name);
+  return factory.QueryInterface(iid, object);
 }
 
 STDAPI DllCanUnloadNow() { return S_FALSE; }
 
 /// Number of the library's objects that are alive.
 STDAPI_(long) AliveObjects() { return tremvik::com_test::alive; }
-
-STDAPI DllRegisterServer() {
-  const auto write = [](const std::wstring& path, const std::wstring& name, const std::wstring& text) {
-    return tremvik::com::WriteText(HKEY_LOCAL_MACHINE, L"Software\\Classes\\" + path, name, text) ==
-           ERROR_SUCCESS;
-  };
-  const auto& classes = tremvik::com_test::Classes();
-  bool good = true;
-  for (std::size_t i = 0; i < classes.size(); ++i) {
-    std::array<wchar_t, 39> clsid{};
-    StringFromGUID2(tremvik::com_test::IdentifierOf(i), clsid.data(), static_cast<int>(clsid.size()));
-    const std::wstring server = std::wstring(L"CLSID\\") + clsid.data() + L"\\InprocServer32";
-    good = good && write(classes[i].prog_id() + L"\\CLSID", L"", clsid.data()) &&
-           write(server, L"", tremvik::com::LibraryPath()) && write(server, L"ThreadingModel", L"Both");
-  }
-  return good ? S_OK : E_FAIL;
-}

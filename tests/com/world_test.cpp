@@ -72,6 +72,7 @@ TEST_F(World, ErrorsOfOthersKeepTheirWordsOrNameWhoFailed) {
             "3024 - Não foi possível localizar o arquivo '" + Folder() + "\\tblFixas.fix'.");
   ASSERT_TRUE(MoveFileW((tables + L".fora").c_str(), tables.c_str()));
   for (const auto& [fault, message] : std::vector<std::pair<std::string, std::string>>{
+           {"Preparar idle", "53 - Arquivo não encontrado"},
            {"Existe Nothing", "13 - Tipos incompatíveis em Brunsel.ConsultaDeclaracoes.Existe"},
            {"Abrir Nothing", "13 - Tipos incompatíveis em Brunsel.BancoTemporario.Abrir"},
            {"OpenRecordset Nothing",
