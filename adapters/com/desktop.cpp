@@ -1,6 +1,7 @@
 #include "adapters/com/desktop.h"
 
 #include <algorithm>
+#include <mutex>
 #include <string>
 
 #include "adapters/com/errors.h"
@@ -30,6 +31,27 @@ HMODULE ThisLibrary() {
                      reinterpret_cast<LPCWSTR>(&ThisLibrary), &module);
   return module;
 }
+
+// A path that all objects of the library know, in whichever apartment.
+class SharedPath {
+ public:
+  static SharedPath& Of() {
+    static SharedPath path;
+    return path;
+  }
+  std::string Get() {
+    const std::lock_guard lock(mutex_);
+    return path_;
+  }
+  void Set(std::string_view path) {
+    const std::lock_guard lock(mutex_);
+    path_ = path;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::string path_;
+};
 
 }  // namespace
 
@@ -75,6 +97,9 @@ std::string DesktopApplication::GetSetting(std::string_view application, std::st
       L"Software\\VB and VBA Program Settings\\" + Wide(application) + L"\\" + Wide(section);
   return Utf8(ReadText(HKEY_CURRENT_USER, folder, Wide(key)).value_or(Wide(fallback)));
 }
+
+std::string DesktopApplication::CaminhoBaseTemp() { return SharedPath::Of().Get(); }
+void DesktopApplication::GuardarCaminhoBaseTemp(std::string_view caminho) { SharedPath::Of().Set(caminho); }
 
 void DebuggerLog::Inconsistencia(const FaultLocation& where) { Log("inconsistência", where); }
 void DebuggerLog::Duvida(const FaultLocation& where) { Log("dúvida", where); }

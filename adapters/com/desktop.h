@@ -25,15 +25,15 @@ class DesktopScreen final : public Screen {
   WinFiles& files_;
 };
 
-/// The library's own folder, and the settings where the desktop runtime keeps them:
-/// HKCU\Software\VB and VBA Program Settings\APPLICATION\SECTION, value KEY.
+/// The library's own folder, the settings where the desktop runtime keeps them (HKCU\Software\VB and VBA
+/// Program Settings\APPLICATION\SECTION, value KEY), and the temporary database of the last run in this
+/// process.
 struct DesktopApplication final : Application {
   std::string AppPath() override;
   std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
                          std::string_view fallback) override;
-  std::string CaminhoBaseTemp() override { return caminho_base_temp; }
-  void GuardarCaminhoBaseTemp(std::string_view caminho) override { caminho_base_temp = caminho; }
-  std::string caminho_base_temp;
+  std::string CaminhoBaseTemp() override;
+  void GuardarCaminhoBaseTemp(std::string_view caminho) override;
 };
 
 /// Tells a debugger where a fault really is; nobody else sees it.

@@ -146,6 +146,20 @@ TEST_F(Process, TwoApartmentsImportAtOnce) {
   }
 }
 
+// The path of the temporary database is the library's: a new object knows it from the run before it.
+TEST_F(Process, ANewObjectKnowsTheTemporaryDatabase) {
+  const std::string file = Folder() + "\\depois.journal";
+  DeleteFileW(com::Wide(file).c_str());
+  EXPECT_EQ(Monitora(Make(), Sample("aceito")), S_OK);
+  apartment_.Begin(file);
+  EXPECT_EQ(Make()->ErroSair(), S_OK);
+  std::ifstream journal(file);
+  const std::string told{std::istreambuf_iterator<char>(journal), {}};
+  const auto end = told.find("\"Encerrar\"");
+  ASSERT_NE(end, std::string::npos) << told;
+  EXPECT_NE(told.find("BDTempPrf.fix", end), std::string::npos) << told;
+}
+
 // The object stays in its apartment: a call from another one comes through the registered type library.
 TEST_F(Process, AnotherApartmentCallsThroughTheTypeLibrary) {
   const auto tremvik = Make();
