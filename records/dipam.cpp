@@ -4,13 +4,9 @@
 #include "runtime/numbers.h"
 
 namespace tremvik {
-namespace {
-
-using C = Cr30;
-
-}  // namespace
 
 Verdict ValidarCR30(Pass& pass) {
+  using C = Cr30;
   Record<Cr30>& r = pass.registros.RegistroCR30;
   for (int i = 0; i < pass.declaracao.QtdeCR30; ++i) {
     pass.arquivo.Next(r);

@@ -4,13 +4,9 @@
 #include "runtime/numbers.h"
 
 namespace tremvik {
-namespace {
-
-using C = Cr18;
-
-}  // namespace
 
 Verdict ValidarCR18(Pass& pass, int quantidade) {
+  using C = Cr18;
   Record<Cr18>& r = pass.registros.RegistroCR18;
   const Record<Cr14>& interestadual = pass.registros.RegistroCR14;
   for (int i = 0; i < quantidade; ++i) {

@@ -5,13 +5,9 @@
 #include "runtime/numbers.h"
 
 namespace tremvik {
-namespace {
-
-using C = Cr14;
-
-}  // namespace
 
 Verdict ValidarCR14(Pass& pass) {
+  using C = Cr14;
   Record<Cr14>& r = pass.registros.RegistroCR14;
   for (int i = 0; i < pass.declaracao.QtdePendenteCR14; ++i) {
     pass.arquivo.Next(r);

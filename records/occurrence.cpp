@@ -44,17 +44,17 @@ void GravarCR20(const Record<Cr20>& r, Components& componentes) {
   gravador.Gravar();
 }
 
-Verdict ValidarDetalhes(Pass& pass, EstadoOcorrencia& ocorrencia) {
+Verdict ValidarDetalhes(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& ocorrencia) {
   if (ocorrencia.QtdePendenteCR25 > 0) {
     if (auto refused = ValidarCR25(pass, ocorrencia)) return refused;
     ocorrencia.QtdePendenteCR25 = 0;
   }
   if (ocorrencia.QtdePendenteCR26 > 0) {
-    if (auto refused = ValidarCR26(pass, ocorrencia)) return refused;
+    if (auto refused = ValidarCR26(pass, sub_item, ocorrencia)) return refused;
     ocorrencia.QtdePendenteCR26 = 0;
   }
   if (ocorrencia.QtdePendenteCR27 > 0) {
-    if (auto refused = ValidarCR27(pass, ocorrencia)) return refused;
+    if (auto refused = ValidarCR27(pass, sub_item, ocorrencia)) return refused;
     ocorrencia.QtdePendenteCR27 = 0;
   }
   if (ocorrencia.QtdePendenteCR28 > 0) {
@@ -95,14 +95,15 @@ Verdict ValidarCR20(Pass& pass) {
     EstadoOcorrencia ocorrencia;
     pass.arquivo.Next(r);
     if (auto refused = ValidarLeitura(pass, r, ChaveAnteriorCR20)) return refused;
-    if (auto refused = ValidarQuantidadesDoPeriodo(r, ref)) return refused;
-    if (auto refused = ValidarSubItemDoPeriodo(r, cabecalho, ref, vistos)) return refused;
+    const SubItem sub_item(r);
+    if (auto refused = ValidarQuantidadesDoPeriodo(r, sub_item, ref)) return refused;
+    if (auto refused = ValidarSubItemDoPeriodo(r, sub_item, cabecalho, ref, vistos)) return refused;
     ChaveAnteriorCR20 = ChaveCR20(r);
-    if (auto refused = ValidarQuantidadesDoSubItem(r)) return refused;
+    if (auto refused = ValidarQuantidadesDoSubItem(r, sub_item)) return refused;
     if (auto refused = ValidarCamposCR20(pass, ocorrencia)) return refused;
-    if (auto refused = ValidarCruzadoCR20(r)) return refused;
+    if (auto refused = ValidarCruzadoCR20(r, sub_item)) return refused;
     GravarCR20(r, pass.componentes);
-    if (auto refused = ValidarDetalhes(pass, ocorrencia)) return refused;
+    if (auto refused = ValidarDetalhes(pass, sub_item, ocorrencia)) return refused;
     if (auto refused = ValidarSomas(r, ocorrencia)) return refused;
   }
   return Accepted;

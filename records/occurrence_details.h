@@ -4,14 +4,19 @@
 #pragma once
 
 #include "layout/cr20.h"
+#include "records/occurrence_rules.h"
 #include "records/pass.h"
 
 namespace tremvik {
 
-Verdict ValidarCR25(Pass& pass, EstadoOcorrencia& ocorrencia);  ///< state registrations
-Verdict ValidarCR26(Pass& pass, EstadoOcorrencia& ocorrencia);  ///< substitute taxpayers
-Verdict ValidarCR27(Pass& pass, EstadoOcorrencia& ocorrencia);  ///< substituted taxpayers
-Verdict ValidarCR28(Pass& pass, EstadoOcorrencia& ocorrencia);  ///< authorizations of accumulated credit
+/// State registrations.
+Verdict ValidarCR25(Pass& pass, EstadoOcorrencia& ocorrencia);
+/// Substitute taxpayers.
+Verdict ValidarCR26(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& ocorrencia);
+/// Substituted taxpayers.
+Verdict ValidarCR27(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& ocorrencia);
+/// Authorizations of accumulated credit.
+Verdict ValidarCR28(Pass& pass, EstadoOcorrencia& ocorrencia);
 
 /// Gives a writer the fields that name an occurrence: the sub-item as "002.23" and the kind of operations.
 void GravarChaveOcorrencia(const Record<Cr20>& ocorrencia, Gravador& gravador);

@@ -12,8 +12,8 @@ namespace {
 using C = Cr20;
 
 // Sub-items that carry a legal basis and a text: the ones ending in 99, and only they.
-Verdict ValidarTextos(const Record<Cr20>& r) {
-  const bool termina_em_99 = SubItem(r).right2 == "99";
+Verdict ValidarTextos(const Record<Cr20>& r, const SubItem& sub_item) {
+  const bool termina_em_99 = sub_item.right2 == "99";
   const bool sem_textos = IsBlank(r[C::kFLegal]) && IsBlank(r[C::kOcorrencia]);
   if (termina_em_99 == sem_textos) {
     return Refuse("CR20-38", r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem_e_FLegal_ou_Ocorrência",
@@ -32,11 +32,10 @@ SubItem::SubItem(const Record<Cr20>& r)
 
 ShortText ChaveCR20(const Record<Cr20>& r) { return ShortText(r[C::kCodSubItem]).Append(r[C::kPropriaOuST]); }
 
-Verdict ValidarQuantidadesDoSubItem(const Record<Cr20>& r) {
+Verdict ValidarQuantidadesDoSubItem(const Record<Cr20>& r, const SubItem& sub_item) {
   constexpr std::array kComQ25{Range{218, 219}, Range{225, 226}, Range{729, 730}, Range{747, 748},
                                Range{704, 707}};
   constexpr std::array kComQ28{220, 221, 740, 741, 223, 744, 745};
-  const SubItem sub_item(r);
   if (Val(r[C::kQ25]) > 0 && !In(kComQ25, sub_item.numero)) {
     return Refuse("CR20-23", r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ");
   }
@@ -104,14 +103,13 @@ Verdict ValidarCamposCR20(const Pass& pass, EstadoOcorrencia& ocorrencia) {
 }
 
 // Some of these rules demand what others refuse for the same sub-item; each holds as it stands.
-Verdict ValidarCruzadoCR20(const Record<Cr20>& r) {
+Verdict ValidarCruzadoCR20(const Record<Cr20>& r, const SubItem& sub_item) {
   constexpr Range k704a707{704, 707};
-  const SubItem sub_item(r);
   const std::string_view item = Left(sub_item.codigo, 3);
   const bool propria = Val(r[C::kPropriaOuST]) == 0;
   const double q25 = Val(r[C::kQ25]);
   const int n = sub_item.right3;
-  if (auto refused = ValidarTextos(r)) return refused;
+  if (auto refused = ValidarTextos(r, sub_item)) return refused;
   if ((item == "002" || item == "003" || item == "007" || item == "008") && Val(r[C::kValor]) == 0) {
     return Refuse("CR20-39", r, C::kValor, "Tabela 06, CR=20, Campo - Valor",
                   "Não informado, Posição 3 ou 8");

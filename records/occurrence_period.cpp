@@ -10,8 +10,7 @@ namespace tremvik {
 
 using C = Cr20;
 
-Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, int ref) {
-  const SubItem sub_item(r);
+Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, const SubItem& sub_item, int ref) {
   constexpr Range k704a707{704, 707};
   if (ref < 200201 && Val(r[C::kQ25]) > 0 && !k704a707.Holds(sub_item.numero)) {
     return Refuse("CR20-05", r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ");
@@ -73,8 +72,8 @@ constexpr std::array kVedadosDepois{
     Vedado{"CR20-20", Antes(201301), Operacoes::kQuaisquer, k226_748},
 };
 
-Verdict ValidarVedados(const Record<Cr20>& r, std::span<const Vedado> vedados, int ref) {
-  const SubItem sub_item(r);
+Verdict ValidarVedados(const Record<Cr20>& r, const SubItem& sub_item, std::span<const Vedado> vedados,
+                       int ref) {
   const bool propria = Val(r[C::kPropriaOuST]) == 0;
   for (const Vedado& vedado : vedados) {
     if (!vedado.ref.Holds(ref) || !In(vedado.sub_itens, sub_item.right3)) continue;
@@ -87,8 +86,8 @@ Verdict ValidarVedados(const Record<Cr20>& r, std::span<const Vedado> vedados, i
 
 // Sub-items 218, 219, 729 and 730 exclude each other within a declaration; after 219 alone, only 729 is
 // refused.
-Verdict ValidarExclusao(const Record<Cr20>& r, SubItensVistos& vistos) {
-  const int n = SubItem(r).right3;
+Verdict ValidarExclusao(const Record<Cr20>& r, const SubItem& sub_item, SubItensVistos& vistos) {
+  const int n = sub_item.right3;
   vistos.VistoSubItem218 = vistos.VistoSubItem218 || n == 218;
   vistos.VistoSubItem219 = vistos.VistoSubItem219 || n == 219;
   vistos.VistoSubItem729 = vistos.VistoSubItem729 || n == 729;
@@ -104,10 +103,9 @@ Verdict ValidarExclusao(const Record<Cr20>& r, SubItensVistos& vistos) {
 }
 
 // An IE beginning with "8" belongs to a contributor of its own kind, with its own sub-items.
-Verdict ValidarContribuinte(const Record<Cr20>& r, const Record<Cr05>& cabecalho) {
+Verdict ValidarContribuinte(const Record<Cr20>& r, const SubItem& sub_item, const Record<Cr05>& cabecalho) {
   constexpr std::array kDoContribuinte8{224, 746, 299, 799, 399, 899};
   constexpr std::array kSoDoContribuinte8{224, 746};
-  const SubItem sub_item(r);
   const bool contribuinte8 = cabecalho[Cr05::kIE].starts_with('8');
   const bool permitido = contribuinte8
                              ? In(kDoContribuinte8, sub_item.right3) || Right(sub_item.codigo, 4) == "1499"
@@ -119,19 +117,18 @@ Verdict ValidarContribuinte(const Record<Cr20>& r, const Record<Cr05>& cabecalho
 
 }  // namespace
 
-Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabecalho, int ref,
-                                SubItensVistos& vistos) {
-  const SubItem sub_item(r);
-  if (auto refused = ValidarVedados(r, kVedados, ref)) return refused;
+Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const SubItem& sub_item, const Record<Cr05>& cabecalho,
+                                int ref, SubItensVistos& vistos) {
+  if (auto refused = ValidarVedados(r, sub_item, kVedados, ref)) return refused;
   if (ref > 200112) {
-    if (auto refused = ValidarExclusao(r, vistos)) return refused;
+    if (auto refused = ValidarExclusao(r, sub_item, vistos)) return refused;
   }
-  if (auto refused = ValidarVedados(r, kVedadosDepois, ref)) return refused;
+  if (auto refused = ValidarVedados(r, sub_item, kVedadosDepois, ref)) return refused;
   if (ref > 201112 && sub_item.right3 == 701 && r[C::kPropriaOuST] == "0") {
     return Refuse("CR20-22", r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
                   "inconsistente para esta referencia, Posição 3");
   }
-  return ValidarContribuinte(r, cabecalho);
+  return ValidarContribuinte(r, sub_item, cabecalho);
 }
 
 }  // namespace tremvik

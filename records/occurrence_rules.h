@@ -34,14 +34,14 @@ struct SubItensVistos {
 };
 
 /// Quantities that a period does not know yet.
-Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, int ref);
+Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, const SubItem& sub_item, int ref);
 
 /// Sub-items that a period, a declaration or a contributor must not use.
-Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const Record<Cr05>& cabecalho, int ref,
-                                SubItensVistos& vistos);
+Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const SubItem& sub_item, const Record<Cr05>& cabecalho,
+                                int ref, SubItensVistos& vistos);
 
 /// Quantities that a sub-item must not announce or must announce.
-Verdict ValidarQuantidadesDoSubItem(const Record<Cr20>& r);
+Verdict ValidarQuantidadesDoSubItem(const Record<Cr20>& r, const SubItem& sub_item);
 
 /// What orders the occurrences of a declaration: the sub-item's code and the kind of operations.
 [[nodiscard]] ShortText ChaveCR20(const Record<Cr20>& r);
@@ -50,6 +50,6 @@ Verdict ValidarQuantidadesDoSubItem(const Record<Cr20>& r);
 Verdict ValidarCamposCR20(const Pass& pass, EstadoOcorrencia& ocorrencia);
 
 /// Checks of the fields against each other.
-Verdict ValidarCruzadoCR20(const Record<Cr20>& r);
+Verdict ValidarCruzadoCR20(const Record<Cr20>& r, const SubItem& sub_item);
 
 }  // namespace tremvik

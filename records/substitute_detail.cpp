@@ -1,6 +1,5 @@
 #include "checks/dates.h"
 #include "records/occurrence_details.h"
-#include "records/occurrence_rules.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -42,14 +41,12 @@ Verdict ValidarCamposCR26(const Record<Cr26>& r, Components& componentes) {
 }
 
 // Sub-item 210 requires an invoice number, 211 forbids one.
-Verdict ValidarCruzadoCR26(const Record<Cr26>& r, const Record<Cr20>& ocorrencia,
-                           const Record<Cr05>& cabecalho) {
-  const int sub_item = SubItem(ocorrencia).right3;
-  if (sub_item == 211 && Val(r[C::kNF]) > 0) {
+Verdict ValidarCruzadoCR26(const Record<Cr26>& r, const SubItem& sub_item, const Record<Cr05>& cabecalho) {
+  if (sub_item.right3 == 211 && Val(r[C::kNF]) > 0) {
     return Refuse("CR26-11", r, C::kNF, "Tabela 6_x_16, CRs 20_x_26, Campo - NF",
                   "Inconsistente, Posição 3_x_15");
   }
-  if (sub_item == 210 && Val(r[C::kNF]) == 0) {
+  if (sub_item.right3 == 210 && Val(r[C::kNF]) == 0) {
     return Refuse("CR26-12", r, C::kNF, "Tabela 6_x_16, CRs 20_x_26, Campo - NF",
                   "Inconsistente, Posição 3_x_15");
   }
@@ -73,7 +70,7 @@ void GravarCR26(const Record<Cr26>& r, const Record<Cr20>& ocorrencia, Component
 
 }  // namespace
 
-Verdict ValidarCR26(Pass& pass, EstadoOcorrencia& ocorrencia) {
+Verdict ValidarCR26(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& ocorrencia) {
   Record<Cr26>& r = pass.registros.RegistroCR26;
   const Record<Cr20>& pai = pass.registros.RegistroCR20;
   ShortText anterior;
@@ -93,7 +90,7 @@ Verdict ValidarCR26(Pass& pass, EstadoOcorrencia& ocorrencia) {
     }
     anterior = chave;
     if (auto refused = ValidarCamposCR26(r, pass.componentes)) return refused;
-    if (auto refused = ValidarCruzadoCR26(r, pai, pass.registros.RegistroDeclaracao)) return refused;
+    if (auto refused = ValidarCruzadoCR26(r, sub_item, pass.registros.RegistroDeclaracao)) return refused;
     GravarCR26(r, pai, pass.componentes);
     ocorrencia.SomaValorCR25a27 += Val(r[C::kValor]);
   }

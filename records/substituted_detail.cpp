@@ -1,5 +1,4 @@
 #include "records/occurrence_details.h"
-#include "records/occurrence_rules.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 
@@ -30,13 +29,12 @@ Verdict ValidarCamposCR27(const Record<Cr27>& r, Components& componentes) {
 }
 
 // Sub-item 701 requires an invoice number, 702 forbids one.
-Verdict ValidarCruzadoCR27(const Record<Cr27>& r, const Record<Cr20>& ocorrencia) {
-  const int sub_item = SubItem(ocorrencia).right3;
-  if (sub_item == 701 && Val(r[C::kNF]) == 0) {
+Verdict ValidarCruzadoCR27(const Record<Cr27>& r, const SubItem& sub_item) {
+  if (sub_item.right3 == 701 && Val(r[C::kNF]) == 0) {
     return Refuse("CR27-10", r, C::kNF, "Tabela 6_x_17, CRs 20_x_27, Campo - CódSubItem_x_NF",
                   "Inconsistente, Posição 3_x_15");
   }
-  if (sub_item == 702 && Val(r[C::kNF]) > 0) {
+  if (sub_item.right3 == 702 && Val(r[C::kNF]) > 0) {
     return Refuse("CR27-11", r, C::kNF, "Tabela 6_x_17, CRs 20_x_27, Campo - CódSubItem_x_NF",
                   "Inconsistente, Posição 3_x_15");
   }
@@ -54,7 +52,7 @@ void GravarCR27(const Record<Cr27>& r, const Record<Cr20>& ocorrencia, Component
 
 }  // namespace
 
-Verdict ValidarCR27(Pass& pass, EstadoOcorrencia& ocorrencia) {
+Verdict ValidarCR27(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& ocorrencia) {
   Record<Cr27>& r = pass.registros.RegistroCR27;
   const Record<Cr20>& pai = pass.registros.RegistroCR20;
   ShortText anterior;
@@ -78,7 +76,7 @@ Verdict ValidarCR27(Pass& pass, EstadoOcorrencia& ocorrencia) {
     }
     anterior = chave;
     if (auto refused = ValidarCamposCR27(r, pass.componentes)) return refused;
-    if (auto refused = ValidarCruzadoCR27(r, pai)) return refused;
+    if (auto refused = ValidarCruzadoCR27(r, sub_item)) return refused;
     GravarCR27(r, pai, pass.componentes);
     ocorrencia.SomaValorCR25a27 += Val(r[C::kValor]);
   }
