@@ -32,13 +32,9 @@ Tabela Escolher(Kind kind, std::string_view value) {
 }
 
 void Compor(std::string& sql, std::initializer_list<std::string_view> pieces) {
-  std::size_t size = 0;
+  sql.clear();
   for (const std::string_view piece : pieces)
-    size += piece.size();
-  sql.resize(size);
-  auto end = sql.begin();
-  for (const std::string_view piece : pieces)
-    end = std::copy(piece.begin(), piece.end(), end);
+    sql += piece;
 }
 
 // Closes an engine's object at the end of its block, the error of the block coming before that of the

@@ -17,8 +17,9 @@ namespace tremvik {
 class DigitText {
  public:
   static constexpr std::size_t kFewest = 4;
+  static constexpr std::size_t kMost = 16;
   [[nodiscard]] static constexpr bool Fits(std::string_view text) {
-    return text.size() >= kFewest && text.size() <= 2 * kEight;
+    return text.size() >= kFewest && text.size() <= kMost;
   }
 
   explicit DigitText(std::string_view text) {
@@ -43,14 +44,6 @@ class DigitText {
     if (behind_ == 0) return ValueOf(last_);
     const std::size_t again = kBits * (kEight - behind_);  // of the last eight, the bits that the first hold
     return ValueOf(first_) * kPowers[behind_] + ValueOf(last_ >> again << again);
-  }
-
-  /// How many zeros stand in front of a text of at least eight digits.
-  [[nodiscard]] std::size_t Zeros() const {
-    const auto zeros = [](std::uint64_t packed) {
-      return static_cast<std::size_t>(std::countr_zero(packed)) / kBits;
-    };
-    return first_ != 0 ? zeros(first_) : behind_ + zeros(last_);
   }
 
  private:

@@ -7,42 +7,26 @@
 #include <string>
 
 #include "host/runtime_error.h"
-#include "runtime/digits.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 
 namespace tremvik {
 namespace {
 
-// Whole part of `cents` with points every three digits, then the two decimals.
-ShortText Moeda(std::int64_t cents) {
-  std::array<char, 32> text{};
-  char* const end = text.data() + text.size();
-  char* out = end;
-  auto rest = static_cast<std::uint64_t>(std::abs(cents));
-  for (int place = 0; place < 3 || rest > 0; ++place) {
-    if (place == 2) *--out = ',';
-    if (place > 2 && (place - 2) % 3 == 0) *--out = '.';
-    *--out = static_cast<char>('0' + rest % 10);
-    rest /= 10;
-  }
-  if (cents < 0) *--out = '-';
-  return std::string_view(out, static_cast<std::size_t>(end - out));
-}
-
-// The same of at most fifteen digits and nothing else, as all amounts of a sound file are: every digit goes
-// to its place, and the text begins at the first one that counts.
-ShortText MoedaDeDigitos(std::string_view cents) {
-  constexpr std::array<std::size_t, 15> kPlaces{0, 2, 3, 4, 6, 7, 8, 10, 11, 12, 14, 15, 16, 18, 19};
-  constexpr std::size_t kUnits = 12;  // counts always
+// At most seventeen digits with points every three and two decimals: each goes to its place, and the text
+// begins at the first one that counts.
+ShortText Moeda(std::string_view cents) {
+  constexpr std::array<std::size_t, 17> kPlaces{0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 16, 17, 18, 20, 21};
+  constexpr std::size_t kUnits = 14;  // counts always
   std::array<char, kPlaces.size()> digits{};
   digits.fill('0');
   std::ranges::copy(cents, digits.end() - std::ssize(cents));
-  std::array<char, 21> text{"0.000.000.000.000,00"};
+  std::array<char, 23> text{"000.000.000.000.000,00"};
   for (std::size_t i = 0; i < digits.size(); ++i)
     text[kPlaces[i]] = digits[i];
-  const std::size_t zeros = DigitText({digits.data(), digits.size()}).Zeros();
-  return std::string_view(text.data(), text.size() - 1).substr(kPlaces[std::min(zeros, kUnits)]);
+  const auto first = static_cast<std::size_t>(std::ranges::find_if(digits, [](char c) { return c != '0'; }) -
+                                              digits.begin());
+  return std::string_view(text.data(), text.size() - 1).substr(kPlaces[std::min(first, kUnits)]);
 }
 
 // Halves go away from zero.
@@ -73,7 +57,7 @@ ShortText& ShortText::Append(std::string_view text) {
 
 ShortText FomataValor(std::string_view cents) {
   constexpr std::int64_t kMaior = 92233720368547758;  // the greatest currency, in cents
-  if (cents.size() > 1 && cents.size() < 16 && OnlyDigits(cents)) return MoedaDeDigitos(cents);
+  if (cents.size() > 1 && cents.size() < 16 && OnlyDigits(cents)) return Moeda(cents);
   const std::string_view decimals = Right(cents, 2);
   std::string masked(cents.substr(0, cents.size() - decimals.size()));
   masked.append(decimals.size() == 1 ? ", " : ",").append(decimals);
@@ -88,7 +72,8 @@ ShortText FomataValor(std::string_view cents) {
   }
   for (auto given = std::ranges::count_if(decimals, IsDigit); given < 2; ++given)
     append(0);
-  return Moeda(masked.find('-') == std::string::npos ? value : -value);
+  const bool negative = masked.find('-') != std::string::npos && value > 0;
+  return ShortText(negative ? "-" : "").Append(Moeda(std::to_string(value)));
 }
 
 ShortText TiraZeros(std::string_view ref, std::string_view cfop) {

@@ -7,7 +7,6 @@
 #include "runtime/text.h"
 
 namespace tremvik {
-namespace {
 
 double LeadingNumber(std::string_view text, std::string_view separators) {
   double digits = 0;
@@ -32,22 +31,6 @@ double LeadingNumber(std::string_view text, std::string_view separators) {
   const double value = digits / scale;
   return negative ? -value : value;
 }
-
-}  // namespace
-
-namespace rules {
-
-double Val(std::string_view text) { return LeadingNumber(text, "."); }
-
-bool LefRigNumChr(std::string_view field, bool rejects_zero) {
-  if (field.starts_with(' ') || field.starts_with('-')) return true;
-  if (field.ends_with(' ')) return true;
-  if (!IsNumeric(field)) return true;
-  if (field.find_first_of(".,") != std::string_view::npos) return true;
-  return rejects_zero && tremvik::Val(field) == 0;
-}
-
-}  // namespace rules
 
 bool IsNumeric(std::string_view text) {
   if (OnlyDigits(text)) return true;

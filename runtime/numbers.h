@@ -1,5 +1,5 @@
-// Numbers in texts, by the desktop runtime's rules. Fields hold plain digits nearly always, so that case is
-// decided here, before the rules are asked.
+// Numbers in texts, by the desktop runtime's rules. Fields hold plain digits nearly always, so that case
+// comes first everywhere.
 #pragma once
 
 #include <algorithm>
@@ -17,25 +17,17 @@ namespace tremvik {
   return !text.empty() && std::ranges::all_of(text, IsDigit);
 }
 
-// The same without the shortcut for plain digits.
-namespace rules {
-[[nodiscard]] double Val(std::string_view text);
-[[nodiscard]] bool LefRigNumChr(std::string_view field, bool rejects_zero);
-}  // namespace rules
+/// The number that `text` begins with: blanks (space, tab, LF) are skipped wherever they stand; optional
+/// sign, digits, one of `separators`; the first other character ends it. No number gives 0.
+[[nodiscard]] double LeadingNumber(std::string_view text, std::string_view separators);
 
-/// The leading number of `text`: blanks (space, tab, LF) are skipped wherever they stand; optional sign,
-/// digits, one decimal point; the first other character ends it (a comma too). No number gives 0.
+/// The leading number of `text` with a point as its separator: a comma ends it.
 [[nodiscard]] inline double Val(std::string_view text) {
-  if (DigitText::Fits(text)) {
-    const DigitText number(text);
-    return number.valid() ? static_cast<double>(number.Value()) : rules::Val(text);
-  }
-  if (text.size() > DigitText::kFewest) return rules::Val(text);
+  if (!OnlyDigits(text) || text.size() > DigitText::kMost) return LeadingNumber(text, ".");
+  if (DigitText::Fits(text)) return static_cast<double>(DigitText(text).Value());
   int value = 0;
-  for (const char c : text) {
-    if (!IsDigit(c)) return rules::Val(text);
+  for (const char c : text)
     value = value * 10 + (c - '0');
-  }
   return value;
 }
 
@@ -53,11 +45,11 @@ namespace rules {
 /// The text as a 16-bit integer. Raises error 13 where it is not numeric, 6 outside -32768..32767.
 [[nodiscard]] std::int16_t ToInt16(std::string_view text);
 
-/// True when a numeric field is inconsistent: a blank or minus in front, a blank behind, not numeric, a
-/// decimal separator or, with `rejects_zero`, the value 0.
+/// True when a numeric field is inconsistent: anything but digits, a plus in front of them allowed, or, with
+/// `rejects_zero`, the value 0.
 [[nodiscard]] inline bool LefRigNumChr(std::string_view field, bool rejects_zero = false) {
-  if (!rejects_zero && OnlyDigits(field)) return false;
-  return rules::LefRigNumChr(field, rejects_zero);
+  if (!OnlyDigits(field.starts_with('+') ? field.substr(1) : field)) return true;
+  return rejects_zero && Val(field) == 0;
 }
 
 }  // namespace tremvik
