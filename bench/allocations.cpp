@@ -53,7 +53,7 @@ long Run(test::References& references, const std::string& file, int records) {
 
 // The second run's, in which every look-up is known.
 long Allocations(test::References& references, int records) {
-  const std::string file = sample::Gerar({.registros = records});
+  const std::string file = sample::Generate({.registros = records});
   Run(references, file, records);
   return Run(references, file, records);
 }

@@ -203,7 +203,7 @@ void Parser::AddExemplo() {
             "Quantos registros (linhas) exatamente")
       ->option_text("N")
       ->group(kOptions);
-  AddNumber<std::uint64_t>(verb, "--semente", request_.exemplo.semente, 0, UINT64_MAX,
+  AddNumber<std::uint64_t>(verb, "--semente", request_.exemplo.seed, 0, UINT64_MAX,
                            "Semente do sorteio; o normal é 1")
       ->option_text("S")
       ->group(kOptions);

@@ -24,7 +24,7 @@ struct Request {
   unsigned paralelo = 1;
   std::string ie;          ///< dotted form; empty for all
   std::string referencia;  ///< "AAAA-MM"; empty for all
-  sample::Opcoes exemplo;
+  sample::Options exemplo;
   std::string saida;          ///< file to write; empty for standard output
   bool sobrescrever = false;  ///< an earlier sample may be replaced
   std::string dados;          ///< folder of the CSV files; empty for the built-in rows

@@ -64,7 +64,7 @@ std::string ReasonToKeep(const Request& request) {
 ExitStatus WriteSample(const Request& request, Output& out, Output& err) {
   std::string bytes;
   try {
-    bytes = sample::Gerar(request.exemplo);
+    bytes = sample::Generate(request.exemplo);
   } catch (const std::invalid_argument& error) {
     err.Write("tremvik: " + std::string(error.what()) + "\n");
     return ExitStatus::kEnvironment;

@@ -14,7 +14,7 @@
 namespace tremvik::fuzz {
 namespace {
 
-using sample::Sorteio;
+using sample::Draw;
 
 // Values around which rules change, by field.
 const std::map<std::string_view, std::vector<std::string_view>>& Dictionary() {
@@ -39,18 +39,18 @@ const std::map<std::string_view, std::vector<std::string_view>>& Dictionary() {
   return kValues;
 }
 
-std::size_t Below(Sorteio& draw, std::size_t end) { return draw.Entre<std::size_t>(0, end - 1); }
+std::size_t Below(Draw& draw, std::size_t end) { return draw.Between<std::size_t>(0, end - 1); }
 
 // Mostly what stands in numbers; line ends rarely: they hide every change behind a wrong length.
-char RandomByte(Sorteio& draw) {
+char RandomByte(Draw& draw) {
   constexpr std::string_view kInNumbers = " +-.,\t0123456789";
   if (draw.Chance(60)) return kInNumbers[Below(draw, kInNumbers.size())];
-  const char byte = static_cast<char>(draw.Entre(0, 255));
+  const char byte = static_cast<char>(draw.Between(0, 255));
   return (byte == '\r' || byte == '\n') && draw.Chance(90) ? '\0' : byte;
 }
 
 // The field of another record of the same kind.
-std::string Borrowed(Sorteio& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field) {
+std::string Borrowed(Draw& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field) {
   std::vector<std::string_view> texts;
   for (const std::string& line : lines) {
     const std::string_view text = FieldText(line, field);
@@ -60,21 +60,21 @@ std::string Borrowed(Sorteio& draw, const Lines& lines, const KindInfo& kind, co
 }
 
 // Another text for a field that holds `text`, in a file of such lines.
-std::string NewText(Sorteio& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field,
+std::string NewText(Draw& draw, const Lines& lines, const KindInfo& kind, const FieldInfo& field,
                     std::string text) {
   if (const auto known = Dictionary().find(field.name); known != Dictionary().end() && draw.Chance(60))
     return std::string(known->second[Below(draw, known->second.size())]);
   constexpr std::string_view kFillers = "09 ";
   const std::size_t width = text.size();
-  switch (draw.Entre(0, 8)) {
+  switch (draw.Between(0, 8)) {
     case 0:
-      return draw.Digitos(width);
+      return draw.Digits(width);
     case 1:
     case 2:
     case 3:
       return std::string(width, kFillers[Below(draw, kFillers.size())]);
     case 4:
-      return std::string(width - 1, '0') + draw.Digitos(1);
+      return std::string(width - 1, '0') + draw.Digits(1);
     case 5:
       std::ranges::generate(text, [&draw] { return RandomByte(draw); });
       return text;
@@ -87,24 +87,24 @@ std::string NewText(Sorteio& draw, const Lines& lines, const KindInfo& kind, con
   }
 }
 
-void ChangeField(Sorteio& draw, Lines& lines) {
+void ChangeField(Draw& draw, Lines& lines) {
   std::string& line = lines[Below(draw, lines.size())];
   const KindInfo* const kind = KindOf(line);
   if (kind == nullptr) return;
   const std::size_t code = draw.Chance(95) ? 1 : 0;  // the code itself rarely: it hides the other changes
-  const FieldInfo& field = kind->fields[draw.Entre(code, kind->fields.size() - 1)];
+  const FieldInfo& field = kind->fields[draw.Between(code, kind->fields.size() - 1)];
   const std::string text(FieldText(line, field));
   if (text.empty()) return;
   line.replace(static_cast<std::size_t>(field.position - 1), text.size(),
                NewText(draw, lines, *kind, field, text));
 }
 
-Lines::iterator Line(Sorteio& draw, Lines& lines) {
+Lines::iterator Line(Draw& draw, Lines& lines) {
   return lines.begin() + static_cast<std::ptrdiff_t>(Below(draw, lines.size()));
 }
 
 // The declaration of a line, or what stands before the first one, follows once more.
-void CopyDeclaration(Sorteio& draw, Lines& lines) {
+void CopyDeclaration(Draw& draw, Lines& lines) {
   const auto header = [](const std::string& line) { return line.starts_with("05"); };
   const auto at = std::next(Line(draw, lines));
   const auto last_header = std::find_if(std::make_reverse_iterator(at), lines.rend(), header);
@@ -115,12 +115,12 @@ void CopyDeclaration(Sorteio& draw, Lines& lines) {
 }
 
 // A valid declaration or a few take the place of all others.
-void TakeSample(Sorteio& draw, Lines& lines) {
-  const int declaracoes = draw.Entre(1, 3);
-  lines = SplitLines(sample::Gerar({.declaracoes = declaracoes, .semente = draw.Bits() % 100'000}));
+void TakeSample(Draw& draw, Lines& lines) {
+  const int declaracoes = draw.Between(1, 3);
+  lines = SplitLines(sample::Generate({.declaracoes = declaracoes, .seed = draw.Bits() % 100'000}));
 }
 
-void MoveRecord(Sorteio& draw, Lines& lines) {
+void MoveRecord(Draw& draw, Lines& lines) {
   const auto from = Line(draw, lines);
   std::string moved = std::move(*from);
   lines.erase(from);
@@ -128,21 +128,21 @@ void MoveRecord(Sorteio& draw, Lines& lines) {
 }
 
 // Its line end included.
-void ChangeLength(Sorteio& draw, Lines& lines) {
+void ChangeLength(Draw& draw, Lines& lines) {
   std::string& line = *Line(draw, lines);
   if (line.size() < 2) return;
   const std::size_t at = draw.Chance(60) ? Below(draw, line.size()) : line.size() - 2;
   if (draw.Chance(50)) {
-    line.insert(at, 1, static_cast<char>(draw.Entre(0, 255)));
+    line.insert(at, 1, static_cast<char>(draw.Between(0, 255)));
   } else {
-    line.erase(at, draw.Entre<std::size_t>(1, 3));
+    line.erase(at, draw.Between<std::size_t>(1, 3));
   }
 }
 
-void Change(Sorteio& draw, Lines& lines) {
+void Change(Draw& draw, Lines& lines) {
   if (lines.empty() || draw.Chance(10)) TakeSample(draw, lines);
   const auto at = Line(draw, lines);
-  const int kind = draw.Entre(0, 99);
+  const int kind = draw.Between(0, 99);
   if (kind < 74) {
     ChangeField(draw, lines);
   } else if (kind < 82) {
@@ -161,14 +161,14 @@ void Change(Sorteio& draw, Lines& lines) {
 }  // namespace
 
 std::string MutateFile(std::string_view file, std::uint64_t seed, const RawMutator& raw) {
-  Sorteio draw(seed);
+  Draw draw(seed);
   if (draw.Chance(4)) {
     std::string bytes(file);
     raw(bytes);
     return bytes;
   }
   Lines lines = SplitLines(file);
-  for (int changes = draw.Entre(1, 4); changes > 0; --changes)
+  for (int changes = draw.Between(1, 4); changes > 0; --changes)
     Change(draw, lines);
   if (draw.Chance(50)) RepairDocuments(lines);
   if (draw.Chance(50)) RepairOrder(lines);

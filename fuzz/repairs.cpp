@@ -126,7 +126,7 @@ void RepairSums(Lines& lines) {
   }
 }
 
-void RepairAuthorizations(Lines& lines, sample::Sorteio& draw) {
+void RepairAuthorizations(Lines& lines, sample::Draw& draw) {
   std::string ie;
   std::string sub_item;
   for (std::string& line : lines) {
@@ -135,7 +135,7 @@ void RepairAuthorizations(Lines& lines, sample::Sorteio& draw) {
     if (!line.starts_with("28") || !OnlyDigits(ie)) continue;
     const std::int64_t value = Number(Get(line, "Valor"));
     if (InicioDoCodigo(std::to_string(value), sub_item, ie).empty()) continue;  // no letter of its own
-    Put(line, "CodAutorizacao", sample::SortearAutorizacao(draw, sub_item, value, ie));
+    Put(line, "CodAutorizacao", sample::DrawAutorizacao(draw, sub_item, value, ie));
   }
 }
 

@@ -27,7 +27,7 @@ void RepairDocuments(Lines& lines);
 /// Sets every occurrence's value to the sum of its details.
 void RepairSums(Lines& lines);
 /// Gives every accumulated-credit detail a code that fits its value, occurrence and taxpayer.
-void RepairAuthorizations(Lines& lines, sample::Sorteio& draw);
+void RepairAuthorizations(Lines& lines, sample::Draw& draw);
 /// Gives each declaration a reference one month after that of the one before when the taxpayer is the same.
 void RepairOrder(Lines& lines);
 

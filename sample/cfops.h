@@ -21,17 +21,17 @@ struct DetalheCfop {
   std::int64_t retido_substituto = 0;
   std::int64_t retido_substituido = 0;
   std::int64_t outros_impostos = 0;
-  bool pede_dipam = false;  ///< the declaration must hold DIPAM records
-  int interestaduais = 0;   ///< CR=14 records; more than 0 exactly for interstate operations
-  int remessas = 0;         ///< CR=18 records, all under the first CR=14
+  bool needs_dipam = false;  ///< the declaration must hold DIPAM records
+  int interestaduais = 0;    ///< CR=14 records; more than 0 exactly for interstate operations
+  int remessas = 0;          ///< CR=18 records, all under the first CR=14
 };
 
 /// CFOP details that a declaration of that reference and regime may hold, ascending: operations that begin or
 /// end with the reference first of all, one interstate operation where the regime has them, and others.
-[[nodiscard]] std::vector<DetalheCfop> SortearCfops(Sorteio& sorteio, int ref, int regime);
+[[nodiscard]] std::vector<DetalheCfop> DrawCfops(Draw& draw, int ref, int regime);
 /// Gives it a tax just above the 25 % of the base that pass without a question.
-void ExcederImposto(DetalheCfop& detalhe);
-/// Appends the record and those under it to `saida`.
-void Escrever(const DetalheCfop& detalhe, Sorteio& sorteio, std::string& saida);
+void ExceedImposto(DetalheCfop& detalhe);
+/// Appends the record and those under it to `out`.
+void Write(const DetalheCfop& detalhe, Draw& draw, std::string& out);
 
 }  // namespace tremvik::sample

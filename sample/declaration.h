@@ -11,8 +11,8 @@
 
 namespace tremvik::sample {
 
-/// A reference `meses` months after `ref` (both AAAAMM).
-[[nodiscard]] int SomarMeses(int ref, int meses);
+/// A reference `months` months after `ref` (both AAAAMM).
+[[nodiscard]] int AddMonths(int ref, int months);
 
 /// Who declares.
 struct Contribuinte {
@@ -39,17 +39,17 @@ struct Declaracao {
   int dipam = 0;        ///< CR=30 records
   int exportacoes = 0;  ///< CR=31 records
 
-  [[nodiscard]] bool AceitaDipam() const { return ref >= 200101 && regime != 4; }
-  [[nodiscard]] bool AceitaExportacoes() const { return ref >= 200201; }
+  [[nodiscard]] bool TakesDipam() const { return ref >= 200101 && regime != 4; }
+  [[nodiscard]] bool TakesExportacoes() const { return ref >= 200201; }
   /// Records from the header to the last one under it.
-  [[nodiscard]] int Registros() const;
+  [[nodiscard]] int Records() const;
 };
 
-/// Draws the content of a declaration. `completa` gives it every record kind (regime 1 to 3, reference from
+/// Draws the content of a declaration. `complete` gives it every record kind (regime 1 to 3, reference from
 /// 201201 on, IE not beginning with 8).
-[[nodiscard]] Declaracao SortearDeclaracao(Sorteio& sorteio, const Contribuinte& contribuinte, int ref,
-                                           int regime, bool completa);
-/// Appends all its records to `saida`.
-void Escrever(const Declaracao& declaracao, Sorteio& sorteio, std::string& saida);
+[[nodiscard]] Declaracao DrawDeclaracao(Draw& draw, const Contribuinte& contribuinte, int ref, int regime,
+                                        bool complete);
+/// Appends all its records to `out`.
+void Write(const Declaracao& declaracao, Draw& draw, std::string& out);
 
 }  // namespace tremvik::sample

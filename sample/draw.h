@@ -12,44 +12,44 @@
 
 namespace tremvik::sample {
 
-class Sorteio {
+class Draw {
  public:
-  explicit Sorteio(std::uint64_t semente) : estado_(semente) {}
+  explicit Draw(std::uint64_t seed) : state_(seed) {}
 
   /// The next 64 bits (SplitMix64).
   std::uint64_t Bits() {
-    std::uint64_t z = (estado_ += 0x9E3779B97F4A7C15U);
+    std::uint64_t z = (state_ += 0x9E3779B97F4A7C15U);
     z = (z ^ (z >> 30U)) * 0xBF58476D1CE4E5B9U;
     z = (z ^ (z >> 27U)) * 0x94D049BB133111EBU;
     return z ^ (z >> 31U);
   }
-  /// A number from `menor` to `maior`, both included.
+  /// A number from `least` to `most`, both included.
   template <typename T>
-  T Entre(T menor, T maior) {
-    const auto faixa = static_cast<std::uint64_t>(maior - menor) + 1;
-    return static_cast<T>(menor + static_cast<T>(Bits() % faixa));
+  T Between(T least, T most) {
+    const auto range = static_cast<std::uint64_t>(most - least) + 1;
+    return static_cast<T>(least + static_cast<T>(Bits() % range));
   }
-  /// True in `porcento` of a hundred draws.
-  bool Chance(int porcento) { return Entre(0, 99) < porcento; }
-  /// `quantidade` decimal digits.
-  std::string Digitos(std::size_t quantidade) {
-    std::string digitos;
-    for (std::size_t i = 0; i < quantidade; ++i)
-      digitos += static_cast<char>('0' + Entre(0, 9));
-    return digitos;
+  /// True in `percent` of a hundred draws.
+  bool Chance(int percent) { return Between(0, 99) < percent; }
+  /// `quantity` decimal digits.
+  std::string Digits(std::size_t quantity) {
+    std::string digits;
+    for (std::size_t i = 0; i < quantity; ++i)
+      digits += static_cast<char>('0' + Between(0, 9));
+    return digits;
   }
   template <typename T, std::size_t N>
-  const T& Um(const std::array<T, N>& opcoes) {
-    return opcoes[Entre<std::size_t>(0, N - 1)];
+  const T& OneOf(const std::array<T, N>& options) {
+    return options[Between<std::size_t>(0, N - 1)];
   }
   template <typename T>
-  void Embaralhar(std::vector<T>& itens) {
-    for (std::size_t i = itens.size(); i > 1; --i)
-      std::swap(itens[i - 1], itens[Entre<std::size_t>(0, i - 1)]);
+  void Shuffle(std::vector<T>& items) {
+    for (std::size_t i = items.size(); i > 1; --i)
+      std::swap(items[i - 1], items[Between<std::size_t>(0, i - 1)]);
   }
 
  private:
-  std::uint64_t estado_;
+  std::uint64_t state_;
 };
 
 }  // namespace tremvik::sample

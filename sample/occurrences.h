@@ -32,17 +32,17 @@ struct Ocorrencia {
 };
 
 /// What the occurrences depend on.
-struct Contexto {
+struct Context {
   int ref;
   int regime;
   std::string_view ie;
-  bool completa;  ///< with every kind of detail record (needs a regime of 1 to 3, a reference from 201201 on)
+  bool complete;  ///< with every kind of detail record (needs a regime of 1 to 3, a reference from 201201 on)
 };
 
 /// Occurrences that such a declaration may hold, in the file's order. Those that begin or end with the
 /// reference come first of all.
-[[nodiscard]] std::vector<Ocorrencia> SortearOcorrencias(Sorteio& sorteio, const Contexto& contexto);
-/// Appends the record and those under it to `saida`.
-void Escrever(const Ocorrencia& ocorrencia, Sorteio& sorteio, std::string& saida);
+[[nodiscard]] std::vector<Ocorrencia> DrawOcorrencias(Draw& draw, const Context& context);
+/// Appends the record and those under it to `out`.
+void Write(const Ocorrencia& ocorrencia, Draw& draw, std::string& out);
 
 }  // namespace tremvik::sample

@@ -11,27 +11,27 @@ namespace tremvik::sample {
 
 /// Builds one record by named fields. What is not set stays zeros; the code and the separators are set.
 template <typename R>
-class Montador {
+class RecordBuilder {
  public:
-  Montador() : bytes_(Record<R>::kBlock, '0') {
-    Texto(R::kCr, Codigo(R::kKind)).Texto(R::kSeparadores, kCrLf);
+  RecordBuilder() : bytes_(Record<R>::kBlock, '0') {
+    Text(R::kCr, Codigo(R::kKind)).Text(R::kSeparadores, kCrLf);
   }
 
-  /// Sets `campo` to `texto` (Windows-1252), filled up with blanks.
-  Montador& Texto(const Field<R>& campo, std::string_view texto) {
-    const auto largura = static_cast<std::size_t>(campo.width);
-    if (texto.size() > largura) throw std::logic_error("text wider than its field");
-    std::string cheio(texto);
-    cheio.resize(largura, ' ');
-    bytes_.replace(static_cast<std::size_t>(campo.position - 1), largura, cheio);
+  /// Sets `field` to `text` (Windows-1252), filled up with blanks.
+  RecordBuilder& Text(const Field<R>& field, std::string_view text) {
+    const auto width = static_cast<std::size_t>(field.width);
+    if (text.size() > width) throw std::logic_error("text wider than its field");
+    std::string filled(text);
+    filled.resize(width, ' ');
+    bytes_.replace(static_cast<std::size_t>(field.position - 1), width, filled);
     return *this;
   }
-  /// Sets `campo` to `valor`, zero-filled on the left.
-  Montador& Numero(const Field<R>& campo, std::int64_t valor) {
-    const std::string digitos = std::to_string(valor);
-    const auto largura = static_cast<std::size_t>(campo.width);
-    if (digitos.size() > largura) throw std::logic_error("number wider than its field");
-    return Texto(campo, std::string(largura - digitos.size(), '0') + digitos);
+  /// Sets `field` to `valor`, zero-filled on the left.
+  RecordBuilder& Number(const Field<R>& field, std::int64_t valor) {
+    const std::string digits = std::to_string(valor);
+    const auto width = static_cast<std::size_t>(field.width);
+    if (digits.size() > width) throw std::logic_error("number wider than its field");
+    return Text(field, std::string(width - digits.size(), '0') + digits);
   }
   /// The block: content and separators.
   [[nodiscard]] const std::string& bytes() const { return bytes_; }

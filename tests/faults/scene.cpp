@@ -9,7 +9,7 @@
 namespace tremvik::test {
 
 std::string Sample(int declaracoes, std::uint64_t semente, bool duvida) {
-  return sample::Gerar({.declaracoes = declaracoes, .semente = semente, .duvida = duvida});
+  return sample::Generate({.declaracoes = declaracoes, .seed = semente, .duvida = duvida});
 }
 
 int DeclarationsIn(const std::string& pasta) {

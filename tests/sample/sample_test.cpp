@@ -19,8 +19,8 @@
 namespace tremvik {
 namespace {
 
-using sample::Gerar;
-using sample::Opcoes;
+using sample::Generate;
+using sample::Options;
 using test::References;
 
 // One import; its questions are answered with `answer`.
@@ -71,7 +71,7 @@ class Exemplo : public testing::Test {
 TEST_F(Exemplo, AThousandSeedsAreAccepted) {
   for (int seed = 0; seed < 1000 && !HasFailure(); ++seed) {
     const int declarations = 1 + seed % 5;
-    ExpectAccepted(Gerar({.declaracoes = declarations, .semente = static_cast<std::uint64_t>(seed)}),
+    ExpectAccepted(Generate({.declaracoes = declarations, .seed = static_cast<std::uint64_t>(seed)}),
                    "seed " + std::to_string(seed) + ", declarations " + std::to_string(declarations));
   }
 }
@@ -85,7 +85,7 @@ TEST_F(Exemplo, ALargeFileHoldsEveryRegimeAndBothSidesOfEveryPeriodLimit) {
     std::set<std::string> references;
     std::set<std::string> regimes;
     std::set<bool> under_8;
-    const std::string file = Gerar({.declaracoes = 60, .semente = seed});
+    const std::string file = Generate({.declaracoes = 60, .seed = seed});
     ExpectAccepted(file, "sixty declarations of seed " + std::to_string(seed));
     for (const auto line : Lines(file)) {
       if (!line.starts_with("05")) continue;
@@ -102,27 +102,27 @@ TEST_F(Exemplo, ALargeFileHoldsEveryRegimeAndBothSidesOfEveryPeriodLimit) {
 
 TEST_F(Exemplo, TheSameSeedGivesTheSameBytesEverywhere) {
   const std::string committed = test::ReadFile(SAMPLES_DIR "/aceito.txt");
-  EXPECT_TRUE(Gerar({.declaracoes = 6, .semente = 1131}) == committed);
-  EXPECT_FALSE(Gerar({.declaracoes = 6, .semente = 1132}) == committed);
+  EXPECT_TRUE(Generate({.declaracoes = 6, .seed = 1131}) == committed);
+  EXPECT_FALSE(Generate({.declaracoes = 6, .seed = 1132}) == committed);
 }
 
 TEST_F(Exemplo, ANumberOfRecordsIsMetExactly) {
-  for (const Opcoes& options :
-       {Opcoes{.registros = 1000}, Opcoes{.registros = 10'000}, Opcoes{.registros = 32'766}, Opcoes{.declaracoes = 1, .registros = 32'766},
-        Opcoes{.declaracoes = 300, .semente = 9, .registros = 20'000}}) {
-    const std::string file = Gerar(options);
+  for (const Options& options :
+       {Options{.registros = 1000}, Options{.registros = 10'000}, Options{.registros = 32'766},
+        Options{.declaracoes = 1, .registros = 32'766}, Options{.declaracoes = 300, .seed = 9, .registros = 20'000}}) {
+    const std::string file = Generate(options);
     EXPECT_EQ(Lines(file).size(), static_cast<std::size_t>(options.registros));
     ExpectAccepted(file, std::to_string(options.registros) + " records");
   }
   for (const int records : {32'767, 32'768}) {
-    const std::string file = Gerar({.registros = records});
+    const std::string file = Generate({.registros = records});
     EXPECT_EQ(Lines(file).size(), static_cast<std::size_t>(records));
     EXPECT_FALSE(Import(*references_, file).accepted) << records;
   }
 }
 
 TEST_F(Exemplo, ADoubtAsksOnce) {
-  const std::string file = Gerar({.duvida = true});
+  const std::string file = Generate({.duvida = true});
   const Import yes(*references_, file, resposta::kSim);
   EXPECT_TRUE(yes.accepted);
   ASSERT_EQ(yes.boxes.size(), 2U);
@@ -133,9 +133,9 @@ TEST_F(Exemplo, ADoubtAsksOnce) {
 }
 
 TEST_F(Exemplo, WhatNoFileCanHoldIsSaid) {
-  for (const Opcoes& options : {Opcoes{.declaracoes = 10'000}, Opcoes{.registros = 100'000}, Opcoes{.registros = 2},
-                                Opcoes{.declaracoes = 500, .registros = 600}}) {
-    EXPECT_THROW(static_cast<void>(Gerar(options)), std::invalid_argument);
+  for (const Options& options : {Options{.declaracoes = 10'000}, Options{.registros = 100'000}, Options{.registros = 2},
+                                 Options{.declaracoes = 500, .registros = 600}}) {
+    EXPECT_THROW(static_cast<void>(Generate(options)), std::invalid_argument);
   }
 }
 
