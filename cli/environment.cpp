@@ -119,7 +119,7 @@ std::string Remedy(const RuntimeError& error, const std::string& folder, Databas
           "a pasta {} está em uso por outra importação (erro {}). "
           "Espere que ela termine ou use outra pasta com --pasta.",
           name, error.number());
-    case sqlite::kVersaoMaisNova:
+    case sqlite::kNewerVersion:
       return fmt::format(
           "as declarações na pasta {} foram guardadas por uma versão mais nova (erro {}). "
           "Atualize o programa ou use outra pasta com --pasta.",

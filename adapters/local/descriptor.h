@@ -16,6 +16,8 @@ class Descriptor {
     std::swap(descriptor_, other.descriptor_);
     return *this;
   }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
   ~Descriptor() {
     if (descriptor_ >= 0) ::close(descriptor_);
   }

@@ -11,9 +11,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "adapters/local/descriptor.h"
+#include "runtime/text.h"
 
 namespace tremvik {
 namespace {
@@ -62,7 +64,7 @@ bool IsReplacement(std::string_view name, std::string_view of) {
   name.remove_prefix(of.size());
   if (!name.starts_with(kReplacement) || name.size() != kReplacement.size() + kSuffix) return false;
   return std::ranges::all_of(name.substr(kReplacement.size()), [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return IsDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
   });
 }
 
@@ -81,7 +83,7 @@ void WriteAll(int descriptor, std::string_view bytes, const std::string& path) {
 // somebody is at work on it.
 class Replacement {
  public:
-  explicit Replacement(const std::string& target) : target_(target) {
+  explicit Replacement(std::string target) : target_(std::move(target)) {
     do {
       name_ = target_ + std::string(kReplacement) + RandomSuffix();
       file_ = Descriptor(::open(name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));

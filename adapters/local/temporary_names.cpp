@@ -9,8 +9,8 @@ namespace tremvik {
 
 bool* TemporaryNames::Find(std::string_view path) {
   const std::string file = folder_.Resolve(path);
-  if (file == folder_.File(arquivo::kTemporarioVazio)) return &vazio_;
-  return file == folder_.File(arquivo::kTemporario) ? &renomeado_ : nullptr;
+  if (file == folder_.File(arquivo::kTemporarioVazio)) return &empty_;
+  return file == folder_.File(arquivo::kTemporario) ? &renamed_ : nullptr;
 }
 
 bool TemporaryNames::Exists(std::string_view path) {

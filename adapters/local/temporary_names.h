@@ -15,7 +15,7 @@ class TemporaryNames final : public Files {
   TemporaryNames(const ComponentFolder& folder, Files& others) : folder_(folder), others_(others) {}
 
   /// "BDTemp.mdb" exists from now on.
-  void Preparar() { vazio_ = true; }
+  void Preparar() { empty_ = true; }
 
   bool Exists(std::string_view path) override;
   void Delete(std::string_view path) override;
@@ -35,8 +35,8 @@ class TemporaryNames final : public Files {
 
   const ComponentFolder& folder_;
   Files& others_;
-  bool vazio_ = false;      // "BDTemp.mdb"
-  bool renomeado_ = false;  // "BDTempPrf.fix"
+  bool empty_ = false;    // "BDTemp.mdb"
+  bool renamed_ = false;  // "BDTempPrf.fix"
 };
 
 }  // namespace tremvik

@@ -76,7 +76,7 @@ RuntimeError EngineError(sqlite3* connection, int code) {
     case SQLITE_CANTOPEN:
       return CannotOpen(connection);
     case SQLITE_CONSTRAINT:
-      return Named(kValoresDuplicados, "O banco de dados já contém um destes registros", connection);
+      return Named(kDuplicateValues, "O banco de dados já contém um destes registros", connection);
     case SQLITE_ERROR:
       return QueryError(connection);
     default:

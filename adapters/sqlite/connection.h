@@ -13,10 +13,10 @@
 namespace tremvik::sqlite {
 
 /// Numbers of the engine's errors that the runtime's table does not describe; the first is this store's own.
-inline constexpr int kVersaoMaisNova = 3999;
-inline constexpr int kSemRegistroAtual = 3021;
-inline constexpr int kValoresDuplicados = 3022;
-inline constexpr int kItemNaoEncontrado = 3265;
+inline constexpr int kNewerVersion = 3999;
+inline constexpr int kNoCurrentRecord = 3021;
+inline constexpr int kDuplicateValues = 3022;
+inline constexpr int kItemNotFound = 3265;
 
 /// The run-time error that says what the connection's last failure was, with the database's path.
 [[nodiscard]] RuntimeError EngineError(sqlite3* connection, int code);

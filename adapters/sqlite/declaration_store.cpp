@@ -19,9 +19,9 @@ Celula Cell(const sqlite::Statement& row, int column) {
   }
 }
 
-std::string OneDeclaration(const TabelaDeRegistro& table) {
+std::string OneDeclaration(const RecordTable& table) {
   std::string sql("SELECT * FROM ");
-  sql.append(table.nome).append(table.registro == Kind::kCr05 ? " WHERE id" : " WHERE declaracao_id");
+  sql.append(table.name).append(table.kind == Kind::kCr05 ? " WHERE id" : " WHERE declaracao_id");
   return sql.append(" = ? ORDER BY linha");
 }
 
@@ -30,10 +30,10 @@ bool IsKey(std::string_view column) {
   return column == "id" || column == "declaracao_id" || column == "importacao_id";
 }
 
-TabelaGuardada ReadTable(sqlite::Connection& store, const TabelaDeRegistro& table, std::int64_t id) {
+TabelaGuardada ReadTable(sqlite::Connection& store, const RecordTable& table, std::int64_t id) {
   sqlite::Statement row = store.Prepare(OneDeclaration(table));
   row.Bind(1, id);
-  TabelaGuardada read{table.registro, std::string(table.nome), {}, {}};
+  TabelaGuardada read{table.kind, std::string(table.name), {}, {}};
   std::vector<int> columns;
   for (int column = 0; column < row.Columns(); ++column) {
     if (IsKey(row.Name(column))) continue;
@@ -82,8 +82,8 @@ class DeclarationStore::Impl {
     if (store == nullptr) return held;
     std::string sql(
         "SELECT ie, cnpj, regime, referencia, coalesce(referencia_inicial, ''), importado_em, arquivo");
-    for (const auto& table : TabelasDeRegistros().subspan(1)) {
-      sql.append(", (SELECT count(*) FROM ").append(table.nome).append(" WHERE declaracao_id = d.id)");
+    for (const auto& table : RecordTables().subspan(1)) {
+      sql.append(", (SELECT count(*) FROM ").append(table.name).append(" WHERE declaracao_id = d.id)");
     }
     sql.append(" FROM declaracao d JOIN importacao i ON i.id = d.importacao_id ORDER BY ie, referencia");
     for (sqlite::Statement row = store->Prepare(sql); row.Step();) {
@@ -108,7 +108,7 @@ class DeclarationStore::Impl {
     if (store == nullptr) return tables;
     auto key = store->Prepare("SELECT id FROM declaracao WHERE ie = ? AND referencia = ?");
     if (!key.Bind(1, ie).Bind(2, referencia).Step()) return tables;
-    for (const auto& table : TabelasDeRegistros()) {
+    for (const auto& table : RecordTables()) {
       auto read = ReadTable(*store, table, key.Integer(0));
       if (!read.linhas.empty()) tables.push_back(std::move(read));
     }

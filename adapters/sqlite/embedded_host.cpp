@@ -48,10 +48,10 @@ class EmbeddedHost::Impl {
       throw RuntimeError(erro::kArgumentoInvalido, "O arquivo não foi aceito.");
     }
     if (!temporary_) return;
-    sqlite::Connection* const run = temporary_->Encerrado();
+    sqlite::Connection* const run = temporary_->Ended();
     if (run == nullptr) throw RuntimeError(erro::kArgumentoInvalido, "Nenhuma importação terminou.");
-    store_.Receber(*run, nome_do_arquivo);
-    temporary_->Descartar();
+    store_.Receive(*run, nome_do_arquivo);
+    temporary_->Discard();
   }
 
  private:

@@ -63,11 +63,11 @@ class Answer final : public Recordset {
 
   long RecordCount() override { return found_ ? 1 : 0; }
   std::string_view Field(std::string_view name) override {
-    if (!found_) throw RuntimeError(sqlite::kSemRegistroAtual, "Nenhum registro atual.");
+    if (!found_) throw RuntimeError(sqlite::kNoCurrentRecord, "Nenhum registro atual.");
     for (const auto& [field, text] : fields_) {
       if (field == name) return text;
     }
-    throw RuntimeError(sqlite::kItemNaoEncontrado, "Item não encontrado nesta coleção.");
+    throw RuntimeError(sqlite::kItemNotFound, "Item não encontrado nesta coleção.");
   }
   void Close() override {}
 

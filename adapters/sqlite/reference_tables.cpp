@@ -148,9 +148,9 @@ std::vector<std::string> Build(const Reader& read, std::string_view path) {
 }
 
 std::optional<std::string> BuiltIn(std::string_view file) {
-  const auto all = ArquivosEmbutidos();
-  const auto found = std::ranges::find(all, file, &ArquivoEmbutido::nome);
-  return found == all.end() ? std::nullopt : std::optional<std::string>(found->texto);
+  const auto all = EmbeddedFiles();
+  const auto found = std::ranges::find(all, file, &EmbeddedFile::name);
+  return found == all.end() ? std::nullopt : std::optional<std::string>(found->text);
 }
 
 // An empty file is a database without tables to SQLite, but none of ours.

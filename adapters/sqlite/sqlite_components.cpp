@@ -8,13 +8,13 @@ namespace {
 
 class SqliteBanco final : public BancoTemporario {
  public:
-  explicit SqliteBanco(TemporaryDatabase& temporario) : temporario_(temporario) {}
-  void Preparar() override { temporario_.Preparar(); }
-  std::int16_t Abrir(std::string_view caminho) override { return temporario_.Abrir(caminho); }
-  void Encerrar(std::string_view /*caminho*/) override { temporario_.Encerrar(); }
+  explicit SqliteBanco(TemporaryDatabase& temporario) : temporary_(temporario) {}
+  void Preparar() override { temporary_.Preparar(); }
+  std::int16_t Abrir(std::string_view caminho) override { return temporary_.Abrir(caminho); }
+  void Encerrar(std::string_view /*caminho*/) override { temporary_.Encerrar(); }
 
  private:
-  TemporaryDatabase& temporario_;
+  TemporaryDatabase& temporary_;
 };
 
 class Consulta final : public ConsultaDeclaracoes {
@@ -27,7 +27,7 @@ class Consulta final : public ConsultaDeclaracoes {
     if (referencia.size() != 10) throw RuntimeError(erro::kArgumentoInvalido);
     const std::string periodo =
         std::string(referencia.substr(6, 4)).append("-").append(referencia.substr(3, 2));
-    return banco_.Guarda(ie, periodo);
+    return banco_.Holds(ie, periodo);
   }
 
  private:
@@ -58,7 +58,7 @@ class GravadorDescartado final : public Gravador {
 }  // namespace
 
 std::unique_ptr<BancoTemporario> SqliteComponents::CriarBancoTemporario() {
-  return std::make_unique<SqliteBanco>(temporario_);
+  return std::make_unique<SqliteBanco>(temporary_);
 }
 
 std::unique_ptr<ConsultaDeclaracoes> SqliteComponents::CriarConsultaDeclaracoes() {
@@ -70,7 +70,7 @@ std::unique_ptr<ValidadorDocumentos> SqliteComponents::CriarValidadorDocumentos(
 }
 
 std::unique_ptr<Gravador> SqliteComponents::CriarGravador(Kind registro) {
-  return std::make_unique<TableWriter>(temporario_, registro);
+  return std::make_unique<TableWriter>(temporary_, registro);
 }
 
 std::unique_ptr<BancoTemporario> DiscardingComponents::CriarBancoTemporario() {

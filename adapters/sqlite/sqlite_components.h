@@ -13,7 +13,7 @@ namespace tremvik {
 /// Makes components that keep what they are given. `temporario` and `banco` must outlive them.
 class SqliteComponents final : public ComponentFactory {
  public:
-  SqliteComponents(TemporaryDatabase& temporario, Store& banco) : temporario_(temporario), banco_(banco) {}
+  SqliteComponents(TemporaryDatabase& temporario, Store& banco) : temporary_(temporario), banco_(banco) {}
 
   std::unique_ptr<BancoTemporario> CriarBancoTemporario() override;
   std::unique_ptr<ConsultaDeclaracoes> CriarConsultaDeclaracoes() override;
@@ -21,7 +21,7 @@ class SqliteComponents final : public ComponentFactory {
   std::unique_ptr<Gravador> CriarGravador(Kind registro) override;
 
  private:
-  TemporaryDatabase& temporario_;
+  TemporaryDatabase& temporary_;
   Store& banco_;
 };
 

@@ -13,9 +13,9 @@ std::string Pragma(std::string_view schema, std::string_view what) {
   return std::string("PRAGMA ").append(schema).append(".").append(what);
 }
 
-constexpr int kEsperaMs = 5000;
-constexpr std::int64_t kIdentidade = 0x54524D56;  // "TRMV", in the file's header
-constexpr std::int64_t kVersao = 1;
+constexpr int kWaitMs = 5000;
+constexpr std::int64_t kIdentity = 0x54524D56;  // "TRMV", in the file's header
+constexpr std::int64_t kVersion = 1;
 
 // An empty file is a store whose first transaction never ended.
 bool IsEmpty(const sqlite::Connection& database, std::string_view schema = "main") {
@@ -24,10 +24,10 @@ bool IsEmpty(const sqlite::Connection& database, std::string_view schema = "main
 
 void CheckVersion(const sqlite::Connection& store) {
   if (IsEmpty(store)) return;
-  if (store.Number("PRAGMA application_id") != kIdentidade)
+  if (store.Number("PRAGMA application_id") != kIdentity)
     throw sqlite::EngineError(store.get(), SQLITE_NOTADB);
-  if (store.Number("PRAGMA user_version") > kVersao) {
-    throw RuntimeError(sqlite::kVersaoMaisNova,
+  if (store.Number("PRAGMA user_version") > kVersion) {
+    throw RuntimeError(sqlite::kNewerVersion,
                        "O banco de declarações é de uma versão mais nova do programa.");
   }
 }
@@ -47,15 +47,15 @@ class Attachment {
 };
 
 void MakeSchema(const sqlite::Connection& run) {
-  run.Execute(EsquemaDoBanco());
-  run.Execute(Pragma("banco", "application_id = ") + std::to_string(kIdentidade));
-  run.Execute(Pragma("banco", "user_version = ") + std::to_string(kVersao));
+  run.Execute(StoreSchema());
+  run.Execute(Pragma("banco", "application_id = ") + std::to_string(kIdentity));
+  run.Execute(Pragma("banco", "user_version = ") + std::to_string(kVersion));
 }
 
 void Transfer(const sqlite::Connection& run, std::string_view file_name) {
   std::string records("0");
-  for (const auto& table : TabelasDeRegistros())
-    records.append(" + (SELECT count(*) FROM main.").append(table.nome).append(")");
+  for (const auto& table : RecordTables())
+    records.append(" + (SELECT count(*) FROM main.").append(table.name).append(")");
   run.Prepare(
          "INSERT INTO banco.importacao (arquivo, importado_em, declaracoes, registros) SELECT ?,"
          " strftime('%Y-%m-%dT%H:%M:%SZ', 'now'), (SELECT count(*) FROM main.declaracao), " +
@@ -64,10 +64,10 @@ void Transfer(const sqlite::Connection& run, std::string_view file_name) {
       .Run();
   const std::int64_t import = sqlite3_last_insert_rowid(run.get());
   const std::int64_t base = run.Number("SELECT coalesce(max(id), 0) FROM banco.declaracao");
-  for (const auto& table : TabelasDeRegistros()) {
-    sqlite::Statement move = run.Prepare(Transferencia(table));
+  for (const auto& table : RecordTables()) {
+    sqlite::Statement move = run.Prepare(TransferSql(table));
     move.Bind(1, base);
-    if (table.registro == Kind::kCr05) move.Bind(2, import);
+    if (table.kind == Kind::kCr05) move.Bind(2, import);
     move.Run();
   }
 }
@@ -82,42 +82,42 @@ bool IsSuperJournal(std::string_view name, std::string_view store) {
 
 }  // namespace
 
-bool Store::AbrirExistente() {
+bool Store::OpenExisting() {
   if (connection_) return true;
   if (IsMissing(file_)) return false;
   DemandOwnFile(file_);
-  sqlite::Connection opened(file_, SQLITE_OPEN_READWRITE, kEsperaMs);
+  sqlite::Connection opened(file_, SQLITE_OPEN_READWRITE, kWaitMs);
   CheckVersion(opened);
   connection_ = std::move(opened);
   return true;
 }
 
 sqlite::Connection* Store::Abrir() {
-  return AbrirExistente() && !IsEmpty(connection_) ? &connection_ : nullptr;
+  return OpenExisting() && !IsEmpty(connection_) ? &connection_ : nullptr;
 }
 
-bool Store::Guarda(std::string_view ie, std::string_view referencia) {
-  if (sem_banco_) return false;
-  if (!pergunta_) {
-    sem_banco_ = Abrir() == nullptr;
-    if (sem_banco_) return false;
-    pergunta_ = connection_.Prepare("SELECT 1 FROM declaracao WHERE ie = ? AND referencia = ?", true);
+bool Store::Holds(std::string_view ie, std::string_view referencia) {
+  if (missing_) return false;
+  if (!question_) {
+    missing_ = Abrir() == nullptr;
+    if (missing_) return false;
+    question_ = connection_.Prepare("SELECT 1 FROM declaracao WHERE ie = ? AND referencia = ?", true);
   }
-  const bool guarda = pergunta_->Bind(1, ie).Bind(2, referencia).Step();
-  pergunta_->Reset();
-  return guarda;
+  const bool holds = question_->Bind(1, ie).Bind(2, referencia).Step();
+  question_->Reset();
+  return holds;
 }
 
-void Store::Receber(sqlite::Connection& temporario, std::string_view nome_do_arquivo) {
-  if (!AbrirExistente()) MakePrivateFile(file_);
-  temporario.Execute("PRAGMA foreign_keys = ON");
-  sqlite3_busy_timeout(temporario.get(), kEsperaMs);
-  const Attachment attachment(temporario, file_);
-  sqlite::Transaction transaction(temporario);
-  if (IsEmpty(temporario, "banco")) MakeSchema(temporario);
-  Transfer(temporario, nome_do_arquivo);
+void Store::Receive(sqlite::Connection& run, std::string_view file_name) {
+  if (!OpenExisting()) MakePrivateFile(file_);
+  run.Execute("PRAGMA foreign_keys = ON");
+  sqlite3_busy_timeout(run.get(), kWaitMs);
+  const Attachment attachment(run, file_);
+  sqlite::Transaction transaction(run);
+  if (IsEmpty(run, "banco")) MakeSchema(run);
+  Transfer(run, file_name);
   transaction.Commit();
-  sem_banco_ = false;
+  missing_ = false;
 }
 
 void Store::RemoveAbandonedJournals() {

@@ -14,10 +14,10 @@ class Store {
   explicit Store(std::string file) : file_(std::move(file)) {}
 
   /// True when it holds a declaration of `ie` (dotted) for `referencia` ("AAAA-MM").
-  [[nodiscard]] bool Guarda(std::string_view ie, std::string_view referencia);
-  /// Moves all records of `temporario`, the temporary database of an ended run, into the store, in one
+  [[nodiscard]] bool Holds(std::string_view ie, std::string_view referencia);
+  /// Moves all records of `run`, the temporary database of an ended run, into the store, in one
   /// transaction.
-  void Receber(sqlite::Connection& temporario, std::string_view nome_do_arquivo);
+  void Receive(sqlite::Connection& run, std::string_view file_name);
   /// Removes the journals over several databases that killed imports left beside it. The caller holds the
   /// folder against other imports.
   void RemoveAbandonedJournals();
@@ -25,11 +25,11 @@ class Store {
   [[nodiscard]] sqlite::Connection* Abrir();
 
  private:
-  [[nodiscard]] bool AbrirExistente();
+  [[nodiscard]] bool OpenExisting();
   std::string file_;
   sqlite::Connection connection_;
-  std::optional<sqlite::Statement> pergunta_;
-  bool sem_banco_ = false;  // looked for and not found: the run is the one to make it
+  std::optional<sqlite::Statement> question_;
+  bool missing_ = false;  // looked for and not found: the run is the one to make it
 };
 
 }  // namespace tremvik

@@ -8,91 +8,89 @@
 namespace tremvik {
 namespace {
 
-using enum Forma;
+using enum Form;
 
 constexpr std::array kDeclaracao{
-    ColunaGuardada{"IE", "ie"},
-    ColunaGuardada{"CNPJ", "cnpj"},
-    ColunaGuardada{"CNAE", "cnae"},
-    ColunaGuardada{"RegTrib", "regime"},
-    ColunaGuardada{"Ref", "referencia", kPeriodo},
-    ColunaGuardada{"RefInicial", "referencia_inicial", kPeriodo},
-    ColunaGuardada{"Tipo", "tipo", kInteiro},
-    ColunaGuardada{"Movimento", "movimento", kInteiro},
-    ColunaGuardada{"Transmitida", "transmitida", kInteiro},
-    ColunaGuardada{"SaldoCredPeriodoAnt", "saldo_cred_periodo_ant", kValor},
-    ColunaGuardada{"SaldoCredPeriodoAntST", "saldo_cred_periodo_ant_st", kValor},
-    ColunaGuardada{"SemRegra", "sem_regra"},
-    ColunaGuardada{"OrigemPreDig", "origem_pre_dig", kInteiro},
-    ColunaGuardada{"ICMSFixPer", "icms_fix_per", kValor},
-    ColunaGuardada{"ChaveInterna", "chave_interna"},
-    ColunaGuardada{"Q07", "q07", kInteiro},
-    ColunaGuardada{"Q10", "q10", kInteiro},
-    ColunaGuardada{"Q20", "q20", kInteiro},
-    ColunaGuardada{"Q30", "q30", kInteiro},
-    ColunaGuardada{"Q31", "q31", kInteiro},
+    StoredColumn{"IE", "ie"},
+    StoredColumn{"CNPJ", "cnpj"},
+    StoredColumn{"CNAE", "cnae"},
+    StoredColumn{"RegTrib", "regime"},
+    StoredColumn{"Ref", "referencia", kPeriod},
+    StoredColumn{"RefInicial", "referencia_inicial", kPeriod},
+    StoredColumn{"Tipo", "tipo", kInteger},
+    StoredColumn{"Movimento", "movimento", kInteger},
+    StoredColumn{"Transmitida", "transmitida", kInteger},
+    StoredColumn{"SaldoCredPeriodoAnt", "saldo_cred_periodo_ant", kValue},
+    StoredColumn{"SaldoCredPeriodoAntST", "saldo_cred_periodo_ant_st", kValue},
+    StoredColumn{"SemRegra", "sem_regra"},
+    StoredColumn{"OrigemPreDig", "origem_pre_dig", kInteger},
+    StoredColumn{"ICMSFixPer", "icms_fix_per", kValue},
+    StoredColumn{"ChaveInterna", "chave_interna"},
+    StoredColumn{"Q07", "q07", kInteger},
+    StoredColumn{"Q10", "q10", kInteger},
+    StoredColumn{"Q20", "q20", kInteger},
+    StoredColumn{"Q30", "q30", kInteger},
+    StoredColumn{"Q31", "q31", kInteger},
 };
 constexpr std::array kPagamento{
-    ColunaGuardada{"PrópriaOuST", "propria_ou_st", kInteiro},
-    ColunaGuardada{"Valor", "valor", kValor},
-    ColunaGuardada{"Data", "data", kData},
+    StoredColumn{"PrópriaOuST", "propria_ou_st", kInteger},
+    StoredColumn{"Valor", "valor", kValue},
+    StoredColumn{"Data", "data", kDate},
 };
 constexpr std::array kCfop{
-    ColunaGuardada{"CFOP", "cfop"},
-    ColunaGuardada{"Descrição", "descricao"},
-    ColunaGuardada{"ValorContábil", "valor_contabil", kValor},
-    ColunaGuardada{"BaseCálculo", "base_calculo", kValor},
-    ColunaGuardada{"Imposto", "imposto", kValor},
-    ColunaGuardada{"IsentasNãoTrib", "isentas_nao_trib", kValor},
-    ColunaGuardada{"Outras", "outras", kValor},
-    ColunaGuardada{"ImpostoRetidoST", "imposto_retido_st", kValor},
-    ColunaGuardada{"ImpRetSubstitutoST", "imp_ret_substituto_st", kValor},
-    ColunaGuardada{"ImpRetSubstituÍdo", "imp_ret_substituido", kValor},
-    ColunaGuardada{"OutrosImpostos", "outros_impostos", kValor},
+    StoredColumn{"CFOP", "cfop"},
+    StoredColumn{"Descrição", "descricao"},
+    StoredColumn{"ValorContábil", "valor_contabil", kValue},
+    StoredColumn{"BaseCálculo", "base_calculo", kValue},
+    StoredColumn{"Imposto", "imposto", kValue},
+    StoredColumn{"IsentasNãoTrib", "isentas_nao_trib", kValue},
+    StoredColumn{"Outras", "outras", kValue},
+    StoredColumn{"ImpostoRetidoST", "imposto_retido_st", kValue},
+    StoredColumn{"ImpRetSubstitutoST", "imp_ret_substituto_st", kValue},
+    StoredColumn{"ImpRetSubstituÍdo", "imp_ret_substituido", kValue},
+    StoredColumn{"OutrosImpostos", "outros_impostos", kValue},
 };
-constexpr std::array kRegistroCru{ColunaGuardada{"Registro", "registro"}};
+constexpr std::array kRegistroCru{StoredColumn{"Registro", "registro"}};
 constexpr std::array kOcorrencia{
-    ColunaGuardada{"CódSubItem", "cod_sub_item"},
-    ColunaGuardada{"Valor", "valor", kValor},
-    ColunaGuardada{"PrópriaOuST", "propria_ou_st", kInteiro},
-    ColunaGuardada{"FLegal", "f_legal"},
-    ColunaGuardada{"Ocorrência", "ocorrencia"},
-    ColunaGuardada{"Q25", "q25", kInteiro},
-    ColunaGuardada{"Q26", "q26", kInteiro},
-    ColunaGuardada{"Q27", "q27", kInteiro},
-    ColunaGuardada{"Q28", "q28", kInteiro},
+    StoredColumn{"CódSubItem", "cod_sub_item"},
+    StoredColumn{"Valor", "valor", kValue},
+    StoredColumn{"PrópriaOuST", "propria_ou_st", kInteger},
+    StoredColumn{"FLegal", "f_legal"},
+    StoredColumn{"Ocorrência", "ocorrencia"},
+    StoredColumn{"Q25", "q25", kInteger},
+    StoredColumn{"Q26", "q26", kInteger},
+    StoredColumn{"Q27", "q27", kInteger},
+    StoredColumn{"Q28", "q28", kInteger},
 };
 constexpr std::array kOcorrenciaIE{
-    ColunaGuardada{"CódSubItem", "cod_sub_item"},
-    ColunaGuardada{"PrópriaOuST", "propria_ou_st", kInteiro},
-    ColunaGuardada{"IE", "ie"},
-    ColunaGuardada{"Valor", "valor", kValor},
+    StoredColumn{"CódSubItem", "cod_sub_item"},
+    StoredColumn{"PrópriaOuST", "propria_ou_st", kInteger},
+    StoredColumn{"IE", "ie"},
+    StoredColumn{"Valor", "valor", kValue},
 };
 constexpr std::array kOcorrenciaSubstituto{
-    ColunaGuardada{"CódSubItem", "cod_sub_item"},
-    ColunaGuardada{"PrópriaOuST", "propria_ou_st", kInteiro},
-    ColunaGuardada{"IESubstituto", "ie_substituto"},
-    ColunaGuardada{"NF", "nf", kInteiro},
-    ColunaGuardada{"DataInicio", "data_inicio", kMes},
-    ColunaGuardada{"DataFim", "data_fim", kMes},
-    ColunaGuardada{"Valor", "valor", kValor},
+    StoredColumn{"CódSubItem", "cod_sub_item"},
+    StoredColumn{"PrópriaOuST", "propria_ou_st", kInteger},
+    StoredColumn{"IESubstituto", "ie_substituto"},
+    StoredColumn{"NF", "nf", kInteger},
+    StoredColumn{"DataInicio", "data_inicio", kMonth},
+    StoredColumn{"DataFim", "data_fim", kMonth},
+    StoredColumn{"Valor", "valor", kValue},
 };
 constexpr std::array kOcorrenciaSubstituido{
-    ColunaGuardada{"CódSubItem", "cod_sub_item"},
-    ColunaGuardada{"PrópriaOuST", "propria_ou_st", kInteiro},
-    ColunaGuardada{"IESubstituído", "ie_substituido"},
-    ColunaGuardada{"NF", "nf", kInteiro},
-    ColunaGuardada{"Valor", "valor", kValor},
+    StoredColumn{"CódSubItem", "cod_sub_item"},      StoredColumn{"PrópriaOuST", "propria_ou_st", kInteger},
+    StoredColumn{"IESubstituído", "ie_substituido"}, StoredColumn{"NF", "nf", kInteger},
+    StoredColumn{"Valor", "valor", kValue},
 };
 constexpr std::array kOcorrenciaAutorizacao{
-    ColunaGuardada{"CódSubItem", "cod_sub_item"},
-    ColunaGuardada{"PrópriaOuST", "propria_ou_st", kInteiro},
-    ColunaGuardada{"CodAutorizacao", "cod_autorizacao"},
-    ColunaGuardada{"Valor", "valor", kValor},
+    StoredColumn{"CódSubItem", "cod_sub_item"},
+    StoredColumn{"PrópriaOuST", "propria_ou_st", kInteger},
+    StoredColumn{"CodAutorizacao", "cod_autorizacao"},
+    StoredColumn{"Valor", "valor", kValue},
 };
-constexpr std::array kExportacao{ColunaGuardada{"RE", "re"}};
+constexpr std::array kExportacao{StoredColumn{"RE", "re"}};
 
-constexpr std::array<TabelaDeRegistro, kStoredKinds.size()> kTabelas{{
+constexpr std::array<RecordTable, kStoredKinds.size()> kTables{{
     {Kind::kCr05, "declaracao", {}, kDeclaracao},
     {Kind::kCr07, "pagamento", {}, kPagamento},
     {Kind::kCr10, "cfop", {}, kCfop},
@@ -107,23 +105,23 @@ constexpr std::array<TabelaDeRegistro, kStoredKinds.size()> kTabelas{{
     {Kind::kCr31, "exportacao", {}, kExportacao},
 }};
 
-// The columns that the record's own fields fill, parted by commas; `tipos` adds their types.
-std::string ColunasDosCampos(const TabelaDeRegistro& tabela, bool tipos) {
-  std::string colunas;
-  for (const ColunaGuardada& coluna : tabela.colunas) {
-    colunas.append(",\n  ").append(coluna.nome);
-    if (tipos) colunas.append(coluna.forma == kInteiro ? " INTEGER" : " TEXT");
-    if (coluna.forma != kValor) continue;
-    colunas.append(", ").append(coluna.nome).append("_centavos");
-    if (tipos) colunas.append(" INTEGER");
+// The columns that the record's own fields fill, parted by commas; `types` adds their types.
+std::string FieldColumns(const RecordTable& table, bool types) {
+  std::string columns;
+  for (const StoredColumn& column : table.columns) {
+    columns.append(",\n  ").append(column.name);
+    if (types) columns.append(column.form == kInteger ? " INTEGER" : " TEXT");
+    if (column.form != kValue) continue;
+    columns.append(", ").append(column.name).append("_centavos");
+    if (types) columns.append(" INTEGER");
   }
-  return colunas;
+  return columns;
 }
 
-bool Cabecalho(const TabelaDeRegistro& tabela) { return tabela.registro == Kind::kCr05; }
+bool IsHeader(const RecordTable& table) { return table.kind == Kind::kCr05; }
 
 // The header's key, which the store numbers anew.
-constexpr std::string_view kImportacao =
+constexpr std::string_view kImportTable =
     "CREATE TABLE banco.importacao (\n"
     "  id INTEGER PRIMARY KEY,\n"
     "  arquivo TEXT NOT NULL,\n"
@@ -131,72 +129,72 @@ constexpr std::string_view kImportacao =
     "  declaracoes INTEGER NOT NULL,\n"
     "  registros INTEGER NOT NULL\n);\n";
 
-std::string CriarTabela(const TabelaDeRegistro& tabela) {
+std::string TableSql(const RecordTable& table) {
   std::string sql("CREATE TABLE banco.");
-  sql.append(tabela.nome).append(" (\n");
-  if (Cabecalho(tabela)) {
+  sql.append(table.name).append(" (\n");
+  if (IsHeader(table)) {
     sql.append("  id INTEGER PRIMARY KEY,\n  importacao_id INTEGER NOT NULL REFERENCES importacao(id),\n");
-    sql.append("  linha INTEGER NOT NULL").append(ColunasDosCampos(tabela, true));
+    sql.append("  linha INTEGER NOT NULL").append(FieldColumns(table, true));
     return sql.append(",\n  UNIQUE (ie, referencia)\n);\n");
   }
   sql.append("  declaracao_id INTEGER NOT NULL REFERENCES declaracao(id),\n  linha INTEGER NOT NULL");
-  if (tabela.pai) sql.append(",\n  ").append(ColunaDoPai(tabela)).append(" INTEGER NOT NULL");
-  sql.append(ColunasDosCampos(tabela, true)).append(",\n  PRIMARY KEY (declaracao_id, linha)");
-  if (tabela.pai) {
-    sql.append(",\n  FOREIGN KEY (declaracao_id, ").append(ColunaDoPai(tabela)).append(") REFERENCES ");
-    sql.append(TabelaDe(*tabela.pai).nome).append("(declaracao_id, linha)");
+  if (table.parent) sql.append(",\n  ").append(ParentColumn(table)).append(" INTEGER NOT NULL");
+  sql.append(FieldColumns(table, true)).append(",\n  PRIMARY KEY (declaracao_id, linha)");
+  if (table.parent) {
+    sql.append(",\n  FOREIGN KEY (declaracao_id, ").append(ParentColumn(table)).append(") REFERENCES ");
+    sql.append(TableOf(*table.parent).name).append("(declaracao_id, linha)");
   }
   return sql.append("\n) WITHOUT ROWID;\n");
 }
 
 }  // namespace
 
-std::span<const TabelaDeRegistro> TabelasDeRegistros() { return kTabelas; }
+std::span<const RecordTable> RecordTables() { return kTables; }
 
-const TabelaDeRegistro& TabelaDe(Kind registro) {
-  const auto* const tabela = std::ranges::find(kTabelas, registro, &TabelaDeRegistro::registro);
-  if (tabela == kTabelas.end()) throw RuntimeError(erro::kArgumentoInvalido);
-  return *tabela;
+const RecordTable& TableOf(Kind kind) {
+  const auto* const table = std::ranges::find(kTables, kind, &RecordTable::kind);
+  if (table == kTables.end()) throw RuntimeError(erro::kArgumentoInvalido);
+  return *table;
 }
 
-int ColunasDeChave(const TabelaDeRegistro& tabela) { return tabela.pai ? 3 : 2; }
+int KeyColumns(const RecordTable& table) { return table.parent ? 3 : 2; }
 
-std::string ColunaDoPai(const TabelaDeRegistro& tabela) {
-  return tabela.pai ? std::string(TabelaDe(*tabela.pai).nome).append("_linha") : std::string();
+std::string ParentColumn(const RecordTable& table) {
+  return table.parent ? std::string(TableOf(*table.parent).name).append("_linha") : std::string();
 }
 
-std::string EsquemaTemporario() {
+std::string TemporarySchema() {
   std::string sql;
-  for (const TabelaDeRegistro& tabela : kTabelas) {
-    sql.append("CREATE TABLE ").append(tabela.nome).append(" (declaracao_id, linha INTEGER PRIMARY KEY");
-    if (tabela.pai) sql.append(", ").append(ColunaDoPai(tabela));
-    sql.append(ColunasDosCampos(tabela, false)).append(");\n");
+  for (const RecordTable& table : kTables) {
+    sql.append("CREATE TABLE ").append(table.name).append(" (declaracao_id, linha INTEGER PRIMARY KEY");
+    if (table.parent) sql.append(", ").append(ParentColumn(table));
+    sql.append(FieldColumns(table, false)).append(");\n");
   }
   return sql;
 }
 
-std::string InsercaoTemporaria(const TabelaDeRegistro& tabela) {
+std::string InsertionSql(const RecordTable& table) {
   std::string sql("INSERT INTO ");
-  sql.append(tabela.nome).append(" VALUES (?, ?").append(tabela.pai ? ", ?" : "");
-  for (const ColunaGuardada& coluna : tabela.colunas)
-    sql.append(coluna.forma == kValor ? ", ?, ?" : ", ?");
+  sql.append(table.name).append(" VALUES (?, ?").append(table.parent ? ", ?" : "");
+  for (const StoredColumn& column : table.columns)
+    sql.append(column.form == kValue ? ", ?, ?" : ", ?");
   return sql.append(")");
 }
 
-std::string EsquemaDoBanco() {
-  std::string sql(kImportacao);
-  for (const TabelaDeRegistro& tabela : kTabelas)
-    sql.append(CriarTabela(tabela));
+std::string StoreSchema() {
+  std::string sql(kImportTable);
+  for (const RecordTable& table : kTables)
+    sql.append(TableSql(table));
   return sql;
 }
 
-std::string Transferencia(const TabelaDeRegistro& tabela) {
+std::string TransferSql(const RecordTable& table) {
   std::string sql("INSERT INTO banco.");
-  sql.append(tabela.nome).append(" SELECT declaracao_id + ?1");
-  if (Cabecalho(tabela)) sql.append(", ?2");
+  sql.append(table.name).append(" SELECT declaracao_id + ?1");
+  if (IsHeader(table)) sql.append(", ?2");
   sql.append(", linha");
-  if (tabela.pai) sql.append(", ").append(ColunaDoPai(tabela));
-  return sql.append(ColunasDosCampos(tabela, false)).append(" FROM main.").append(tabela.nome);
+  if (table.parent) sql.append(", ").append(ParentColumn(table));
+  return sql.append(FieldColumns(table, false)).append(" FROM main.").append(table.name);
 }
 
 }  // namespace tremvik

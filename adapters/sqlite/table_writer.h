@@ -10,11 +10,12 @@
 
 namespace tremvik {
 
-/// Writes the records of one kind into the temporary database. After the first record it allocates nothing.
+/// Writes the records of one kind into the temporary database. After the first records it allocates nothing.
 class TableWriter final : public Gravador {
  public:
-  /// `temporario` must outlive this object.
-  TableWriter(TemporaryDatabase& temporario, Kind registro);
+  /// `temporary` must outlive this object.
+  TableWriter(TemporaryDatabase& temporary, Kind kind)
+      : temporary_(temporary), table_(TableOf(kind)), cells_(table_.columns.size()) {}
 
   void CaminhoBase(std::string_view /*caminho*/) override {}
   /// A field that the record kind has not, or one given twice, raises 5.
@@ -23,22 +24,16 @@ class TableWriter final : public Gravador {
   void Gravar() override;
 
  private:
-  // Where the text of a column lies in `textos_`.
-  struct Lugar {
-    std::size_t inicio = 0;
-    std::size_t tamanho = 0;
-    bool dado = false;
+  struct Cell {
+    std::string text;
+    bool given = false;
   };
-  void Vincular(sqlite::Statement& insercao, int parametro, Forma forma, std::string_view texto);
-  void VincularCampos(sqlite::Statement& insercao);
-  void Limpar();
+  void BindFields(sqlite::Statement& insertion);
+  void Clear();
 
-  TemporaryDatabase& temporario_;
-  const TabelaDeRegistro& tabela_;
-  std::string textos_;
-  std::vector<Lugar> lugares_;
-  std::string formados_;  // texts in the column's form, where it differs from the field's
-  std::size_t proxima_ = 0;
+  TemporaryDatabase& temporary_;
+  const RecordTable& table_;
+  std::vector<Cell> cells_;  // as the table's columns
 };
 
 }  // namespace tremvik

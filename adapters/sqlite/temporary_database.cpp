@@ -8,7 +8,7 @@
 namespace tremvik {
 namespace {
 
-constexpr int kBancoFechado = 3420;
+constexpr int kDatabaseClosed = 3420;
 
 // The files are thrown away after a crash, so nothing is spent on surviving one.
 constexpr const char* kNoGuarantees =
@@ -22,17 +22,17 @@ void RemoveFiles(const std::string& database) {
 }  // namespace
 
 void TemporaryDatabase::Preparar() {
-  Remover();
+  Remove();
   held_.emplace();
   const std::string file = folder_.File(arquivo::kTemporarioVazio);
   MakePrivateFile(file);
-  sqlite::Connection vazio(file, SQLITE_OPEN_READWRITE);
-  vazio.Execute(kNoGuarantees);
-  vazio.Execute("BEGIN;" + EsquemaTemporario() + "COMMIT");
+  sqlite::Connection empty(file, SQLITE_OPEN_READWRITE);
+  empty.Execute(kNoGuarantees);
+  empty.Execute("BEGIN;" + TemporarySchema() + "COMMIT");
 }
 
 std::int16_t TemporaryDatabase::Abrir(std::string_view caminho) {
-  encerrado_ = false;
+  ended_ = false;
   FinalizeInsertions();
   const std::string file = folder_.Resolve(caminho);
   connection_ = sqlite::Connection(file, SQLITE_OPEN_READWRITE);
@@ -40,13 +40,14 @@ std::int16_t TemporaryDatabase::Abrir(std::string_view caminho) {
   connection_.Execute("BEGIN EXCLUSIVE");
   std::remove(file.c_str());
   held_.reset();
-  ultima_linha_ = {};
-  declaracoes_ = 0;
+  last_line_ = {};
+  declarations_ = 0;
   return 1;
 }
 
 void TemporaryDatabase::Encerrar() {
-  if (!connection_ || encerrado_) return;
+  held_.reset();
+  if (!connection_ || ended_) return;
   FinalizeInsertions();
   try {
     connection_.Execute("COMMIT");
@@ -54,16 +55,16 @@ void TemporaryDatabase::Encerrar() {
     connection_.Close();
     throw;
   }
-  encerrado_ = true;
+  ended_ = true;
 }
 
 void TemporaryDatabase::FinalizeInsertions() {
-  for (auto& insercao : insercoes_)
-    insercao.reset();
+  for (auto& insertion : insertions_)
+    insertion.reset();
 }
 
-void TemporaryDatabase::Remover() {
-  encerrado_ = false;
+void TemporaryDatabase::Remove() {
+  ended_ = false;
   FinalizeInsertions();
   connection_.Close();
   RemoveFiles(folder_.File(arquivo::kTemporarioVazio));
@@ -71,35 +72,35 @@ void TemporaryDatabase::Remover() {
   held_.reset();
 }
 
-void TemporaryDatabase::Descartar() noexcept {
+void TemporaryDatabase::Discard() noexcept {
   try {
-    Remover();
+    Remove();
   } catch (const std::bad_alloc&) {
-    encerrado_ = false;  // the files stay until the next run removes them
+    ended_ = false;  // the files stay until the next run removes them
   }
 }
 
-ChaveDeRegistro TemporaryDatabase::NovaChave(Kind registro) {
-  const auto pai = TabelaDe(registro).pai;
-  if (registro == Kind::kCr05) {
-    ++declaracoes_;
-    ultima_linha_ = {};
+RecordKey TemporaryDatabase::NewKey(Kind kind) {
+  const auto parent = TableOf(kind).parent;
+  if (kind == Kind::kCr05) {
+    ++declarations_;
+    last_line_ = {};
   }
-  ChaveDeRegistro chave{.declaracao = declaracoes_, .linha = linha_ ? linha_() : 0, .pai = 0};
-  if (pai) chave.pai = ultima_linha_[*pai];
-  if (declaracoes_ == 0 || (pai && chave.pai == 0)) {
+  RecordKey key{.declaration = declarations_, .line = line_ ? line_() : 0, .parent = 0};
+  if (parent) key.parent = last_line_[*parent];
+  if (declarations_ == 0 || (parent && key.parent == 0)) {
     throw RuntimeError(erro::kArgumentoInvalido, "Registro gravado antes do registro a que pertence.");
   }
-  ultima_linha_[registro] = chave.linha;
-  return chave;
+  last_line_[kind] = key.line;
+  return key;
 }
 
-sqlite::Statement& TemporaryDatabase::Insercao(Kind registro) {
-  if (!connection_ || encerrado_)
-    throw RuntimeError(kBancoFechado, "O banco de dados temporário não está aberto.");
-  auto& insercao = insercoes_[registro];
-  if (!insercao) insercao = connection_.Prepare(InsercaoTemporaria(TabelaDe(registro)), true);
-  return *insercao;
+sqlite::Statement& TemporaryDatabase::Insertion(Kind kind) {
+  if (!connection_ || ended_)
+    throw RuntimeError(kDatabaseClosed, "O banco de dados temporário não está aberto.");
+  auto& insertion = insertions_[kind];
+  if (!insertion) insertion = connection_.Prepare(InsertionSql(TableOf(kind)), true);
+  return *insertion;
 }
 
 }  // namespace tremvik

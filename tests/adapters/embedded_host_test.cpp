@@ -22,8 +22,8 @@ const Outcome kAccepted{Outcome::Estado::kAceito};
 /// One run of the component over an embedded host, made of the calls that the component makes.
 class HostRun {
  public:
-  explicit HostRun(const std::string& folder, Modo modo = Modo::kImportar)
-      : embedded_({folder, modo, folder}, nobody_, nobody_, nobody_), path_(folder + "\\BDTempPrf.fix") {
+  explicit HostRun(const std::string& folder)
+      : embedded_({folder, Modo::kImportar, folder}, nobody_, nobody_, nobody_), path_(folder + "\\BDTempPrf.fix") {
     embedded_.AcompanharLinha([this] { return ++line_; });
   }
 
@@ -151,9 +151,6 @@ TEST_F(EmbeddedHostTest, WhatIsNotConsolidatedLeavesNothing) {
     run.End();
     run.embedded().Consolidar(kAccepted, "b.txt");
   }
-  test::WriteFile(Path("BDTemp.mdb"), "resto de uma queda");
-  test::WriteFile(Path("BDTempPrf.fix"), "resto de uma queda");
-  test::WriteFile(Path("BDTempPrf.fix-journal"), "resto de uma queda");
   Import("201206");
   EXPECT_THAT(References(), ElementsAre("2012-03", "2012-05", "2012-06"));
   EXPECT_THAT(Files(), ElementsAre("tblFixas.fix", "tremvik.db", "tremvik.lock"));
@@ -165,26 +162,6 @@ TEST_F(EmbeddedHostTest, WhatIsNotConsolidatedLeavesNothing) {
   again.End();
   EXPECT_EQ(ErrorOf([&] { again.embedded().Consolidar(kAccepted, "c.txt"); }), 3022);
   EXPECT_EQ(References().size(), 3U) << "all or none";
-}
-
-TEST_F(EmbeddedHostTest, ValidatingKeepsNothing) {
-  {
-    HostRun run(folder_, Modo::kValidar);
-    EXPECT_FALSE(run.Held("20/03/2012"));
-    run.Begin();
-    run.Declare("201203");
-    run.End();
-    run.embedded().Consolidar(kAccepted, "a.txt");
-    EXPECT_THAT(Files(), ElementsAre("tblFixas.fix"));
-  }
-  Import("201203");
-  const auto before = test::ReadFile(Path("tremvik.db"));
-  HostRun importing(folder_);
-  HostRun run(folder_, Modo::kValidar);  // beside an import
-  EXPECT_TRUE(run.Held("20/03/2012"));
-  run.Begin();
-  run.Declare("201203");
-  EXPECT_TRUE(test::ReadFile(Path("tremvik.db")) == before);
 }
 
 TEST_F(EmbeddedHostTest, StoresOfOthersAreRefused) {
