@@ -5,13 +5,17 @@
 #include <limits>
 
 #include "layout/kinds.h"
+#include "passes/whole_line.h"
 #include "runtime/int16.h"
 #include "runtime/text.h"
 
 namespace tremvik {
 namespace {
 
-bool TemTamanhoCerto(const TextReader::Line& line) {
+// Reads a line, into `line` unless it is plainly right; true when it is.
+bool LerLinhaCerta(TextReader& arquivo, TextReader::Line& line) {
+  if (!TakeWholeLine(arquivo).empty()) return true;
+  arquivo.ReadLine(line);
   const KindInfo* const kind = FindKind(line.code);
   return kind != nullptr && line.length == static_cast<std::size_t>(kind->length);
 }
@@ -41,9 +45,9 @@ std::optional<FileFault> ValidarTamanhos(TextReader& arquivo) {
   std::int16_t linhas = 0;
   TextReader::Line line;
   while (!arquivo.AtEnd()) {
-    arquivo.ReadLine(line);
+    const bool certa = LerLinhaCerta(arquivo, line);
     Increment(linhas);
-    if (!TemTamanhoCerto(line)) return Conferir(line, linhas);
+    if (!certa) return Conferir(line, linhas);
   }
   if (linhas == 0) return FileFault{"ARQ-01", "Arquivo vazio ou inválido !", {}};
   return std::nullopt;

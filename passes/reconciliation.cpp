@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "layout/kinds.h"
+#include "passes/whole_line.h"
 #include "runtime/int16.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -138,10 +139,8 @@ Reconciliation Contagem::Divergencias() const {
 // it and its separators. Of an unknown code nothing more is read. The text is valid until the next record;
 // one that is not a line of its kind's length is put together in `partes`.
 std::string_view LerRegistro(TextReader& reader, std::string& partes) {
-  if (const KindInfo* const kind = FindKind(Left(reader.Ahead(), 2))) {
-    const std::string_view linha = reader.TakeLine(static_cast<std::size_t>(kind->length));
-    if (!linha.empty()) return linha;
-  }
+  const std::string_view linha = TakeWholeLine(reader);
+  if (!linha.empty()) return linha;
   partes.clear();
   reader.ReadCharacters(2, partes);
   const KindInfo* const kind = FindKind(partes);
