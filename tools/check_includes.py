@@ -19,6 +19,7 @@ FOLDER_LEVELS = {
     "records": 4,
     "passes": 4,
     "component": 5,
+    "examination": 6,
     "adapters/local": 6,
     "adapters/sqlite": 7,
     "adapters/trace": 7,
@@ -27,7 +28,7 @@ FOLDER_LEVELS = {
     "cli": 9,
 }
 FREE_FOLDERS = {"tests", "bench", "fuzz", "tools", "examples"}
-CORE_LEVEL = FOLDER_LEVELS["component"]
+CORE_FOLDERS = {"host", "layout", "runtime", "input", "checks", "records", "passes", "component", "examination"}
 
 STANDARD_HEADERS = set(
     """algorithm any array atomic barrier bit bitset cassert cctype cerrno cfenv cfloat charconv chrono cinttypes
@@ -61,7 +62,7 @@ def faults_of(root, relative):
     for line, quoted, angle in includes(root / relative):
         place = f"{relative}:{line}"
         if angle:
-            if own <= CORE_LEVEL and angle not in STANDARD_HEADERS:
+            if own_folder in CORE_FOLDERS and angle not in STANDARD_HEADERS:
                 yield f"{place}: <{angle}> is no standard header; the core includes itself and the standard library only"
             continue
         included = pathlib.PurePosixPath(quoted)
@@ -69,7 +70,7 @@ def faults_of(root, relative):
         if (root / relative).parent.joinpath(quoted).is_file() and not (root / quoted).is_file():
             yield f'{place}: "{quoted}": write the path from the project\'s root'
         elif not (root / quoted).is_file():
-            if own <= CORE_LEVEL:  # above the core it is a header that the build generates
+            if own_folder in CORE_FOLDERS:  # above the core it is a header that the build generates
                 yield f'{place}: "{quoted}" is not in the project'
         elif folder is None:
             yield f'{place}: "{quoted}" belongs to no level that other code may include'
