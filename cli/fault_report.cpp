@@ -6,7 +6,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <limits>
 #include <optional>
 
 #include "cli/faulty_line.h"
@@ -133,14 +132,6 @@ std::string Notes(const Fault& fault, std::string_view message) {
     notes += fmt::format("Nota: a mensagem diz posição {}; no leiaute o campo ocupa {} {}.\n",
                          fmt::join(named, " ou "), field.first == field.last ? "a" : "as", InWords(field));
   }
-  const KindInfo* kind = FindKind(fault.registro);
-  if (!fault.MarksLength() || kind == nullptr) return notes;
-  const bool longer = fault.posicao > kind->length;
-  const auto length = static_cast<std::uint64_t>(longer ? field.last : field.first - 1);
-  const bool counted = fault.largura < std::numeric_limits<int>::max();
-  notes += std::string("Nota: a linha tem ") + (counted ? "" : "mais de ") +
-           Count(length, "caractere", "caracteres") + "; o registro " + fault.registro + " tem exatamente " +
-           std::to_string(kind->length) + ".\n";
   return notes;
 }
 
@@ -188,7 +179,9 @@ std::string RenderFault(const Fault& fault, const std::string& path, std::string
   const auto gutter = [&](std::string_view number) {
     return Styled(Padded(number, kNumberWidth, true).append(kBar), Style::kDim, look.colour);
   };
-  std::string out = Styled(InWords(fault), Style::kBold, look.colour) + "\n";
+  std::string out = Styled(InWords(fault), Style::kBold, look.colour) + "\nregra " + fault.regra;
+  if (!fault.porque.empty()) out += ": " + fault.porque;
+  out += "\n";
   const Columns field = ColumnsOf(fault);
   const auto room = static_cast<std::int64_t>(look.width - kNumberWidth - Cells(kBar));
   const auto line = FindLine(path, fault.linha, std::max<std::int64_t>(field.first, 1) + 2 * room);

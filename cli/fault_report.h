@@ -10,7 +10,7 @@
 
 namespace tremvik::cli {
 
-/// A fault's place that outlives the call that told it.
+/// A fault's rule and place that outlive the call that told it.
 struct Fault {
   explicit Fault(const FaultLocation& where)
       : linha(where.linha),
@@ -18,7 +18,9 @@ struct Fault {
         campo(where.campo),
         posicao(where.posicao),
         largura(where.largura),
-        valor(where.valor) {}
+        valor(where.valor),
+        regra(where.regra),
+        porque(where.porque) {}
 
   /// True when it is the line's length that is wrong; the columns are those missing or too many.
   [[nodiscard]] bool MarksLength() const { return campo == "Tamanho"; }
@@ -29,6 +31,8 @@ struct Fault {
   int posicao;
   int largura;
   std::string valor;  ///< Windows-1252
+  std::string regra;
+  std::string porque;
 };
 
 /// What the report is written on.
@@ -37,8 +41,8 @@ struct ReportLook {
   std::size_t width = 100;  ///< cells available
 };
 
-/// The place in words, the line of the file at `path` under a column ruler with the field marked, and a note
-/// where `message` names another column than the true one. Ends in a line end.
+/// The place in words, the rule and its reason, the line of the file at `path` under a column ruler with the
+/// field marked, and a note where `message` names another column than the true one. Ends in a line end.
 [[nodiscard]] std::string RenderFault(const Fault& fault, const std::string& path, std::string_view message,
                                       const ReportLook& look);
 

@@ -93,6 +93,8 @@ void JsonLines::WriteFault(const Fault& fault) {
   line["posicao"] = fault.posicao;
   line["largura"] = fault.largura;
   line["valor"] = Utf8(fault.MarksLength() ? Surplus(fault, path_) : fault.valor);
+  line["regra"] = fault.regra;
+  line["porque"] = fault.porque;
   line.Write();
 }
 

@@ -26,7 +26,7 @@ install(FILES ${PROJECT_BINARY_DIR}/tremvik-config.cmake ${PROJECT_BINARY_DIR}/t
 
 # The headers that a host needs. They keep their folders, so that a program includes them by the names that they
 # use for each other.
-set(headers component/tremvik.h)
+set(headers component/tremvik.h examination/examination.h examination/findings.h)
 if(TREMVIK_CLI)
   list(APPEND headers adapters/local/component_folder.h adapters/sqlite/declaration_store.h
        adapters/sqlite/embedded_host.h adapters/trace/trace_sink.h adapters/trace/tracing_host.h)

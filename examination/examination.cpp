@@ -133,7 +133,7 @@ void Examine(std::string_view bytes, TrialResult run, const Host& host, Ledger& 
     ledger.Tell(told.finding);
   ledger.result.registros = static_cast<int>(lines.size());
   ledger.result.declaracoes = static_cast<int>(Declarations(lines).size()) - 1;
-  if (run.accepted()) return;
+  if (run.accepted() || lines.empty()) return;
   // The import has told of a last line without an end, if it came that far.
   const bool at_end = run.ended_in == RunPass::kRules && run.ultima_linha == static_cast<int>(lines.size());
   if (at_end) lines.back().end = kCrLf;

@@ -32,11 +32,11 @@ FileFault Conferir(const TextReader::Line& line, std::int16_t numero) {
   const std::size_t last_right = std::min(line.length, length);
   const std::size_t wrong = std::max(line.length, length) - last_right;
   const int width = static_cast<int>(std::min<std::size_t>(wrong, std::numeric_limits<int>::max()));
-  return {
-      "ARQ-03",
-      "Tamanho do registro inválido.  CR = " + Utf8(line.code) + "  -  Linha " + std::to_string(numero),
-      {numero, kind->code, {"Tamanho", static_cast<int>(last_right) + 1, width}, {}},
-      "a linha tem " + std::to_string(line.length) + " caracteres; o certo são " + std::to_string(length)};
+  return {"ARQ-03",
+          "Tamanho do registro inválido.  CR = " + Utf8(line.code) + "  -  Linha " + std::to_string(numero),
+          {numero, kind->code, {"Tamanho", static_cast<int>(last_right) + 1, width}, {}},
+          "a linha tem " + std::to_string(line.length) + (line.length == 1 ? " caractere" : " caracteres") +
+              "; o certo são " + std::to_string(length)};
 }
 
 }  // namespace

@@ -188,6 +188,7 @@ class Samples(Story):
         self.write("longa.txt", b"07" + b"x" * 24 + b"\xe9\x90" + b"y" * 2000 + b"\r\n")
         run = self.run_piped("validar", "longa.txt", "--json")
         fault = run.of("inconsistencia")[0]
+        self.assertEqual((fault["regra"], fault["porque"]), ("ARQ-03", "a linha tem 2028 caracteres; o certo são 26"))
         self.assertEqual((fault["posicao"], fault["largura"], fault["valor"]), (27, 2002, "é\u0090" + "y" * 998))
         self.assertNotIn("\u0090", run.out)
 

@@ -33,6 +33,7 @@ Período Inválido, Posição 19
 Linha nº 50
 
 linha 50, registro 07, campo Data, colunas 19 a 26, valor "20140701"
+regra CR07-10
       │ ----+---10----+---20----+-
    50 │ {line}
       │                   ^^^^^^^^
@@ -55,6 +56,7 @@ linha 50, registro 07, campo Data, colunas 19 a 26, valor "20140701"
 Código de Registro inválido! CR = ␛[  -  Linha 1
 
 linha 1, campo CR, colunas 1 a 2, valor "\\x1B["
+regra ARQ-02
       │ ----+----
     1 │ ␛[31mX␇é�
       │ ^^
@@ -62,10 +64,10 @@ linha 1, campo CR, colunas 1 a 2, valor "\\x1B["
 
     def test_line_ends_and_lengths_are_told_as_they_are(self):
         for sample, expected in (
-                ("recusado-fim-de-linha-lf.txt", 'valor "\\x0A0"\n      │ ----+---10----+---20----+---30--\n    1 │ '
+                ("recusado-fim-de-linha-lf.txt", 'valor "\\x0A0"\nregra CR01-08\n      │ ----+---10----+---20----+---30--\n    1 │ '
                                                  "010120150124120000000002100006␊0\n" + "      │ " + " " * 30 + "^^\n"),
                 ("recusado-tamanho.txt", "linha 47, registro 07, tamanho, coluna 26\n"),
-                ("recusado-tamanho.txt", "Nota: a linha tem 25 caracteres; o registro 07 tem exatamente 26.\n"),
+                ("recusado-tamanho.txt", "regra ARQ-03: a linha tem 25 caracteres; o certo são 26\n"),
                 ("recusado-ultimo-fim.txt", "Nota: a mensagem diz linha 114, a última lida; o campo está na linha 103.\n"),
                 ("recusado-vazio.txt", "Arquivo vazio ou inválido !\n")):
             with self.subTest(sample):
@@ -90,7 +92,7 @@ linha 1, campo CR, colunas 1 a 2, valor "\\x1B["
         self.write("longa.txt", b"07" + b"x" * (5 << 20) + b"\r\n")
         run = self.run_piped("validar", "longa.txt")
         self.assertLess(len(run.raw), 2000)
-        self.assertIn("a linha tem 5.242.882 caracteres; o registro 07 tem exatamente 26.", run.out)
+        self.assertIn("a linha tem 5242882 caracteres; o certo são 26", run.out)
 
 
 class OnATerminal(Story):
