@@ -139,9 +139,10 @@ void Examine(std::string_view bytes, TrialResult run, const Host& host, Ledger& 
   if (at_end) lines.back().end = kCrLf;
   const bool cut = Cut(lines.back());
   ExamineRecords(lines, run, host, ledger);
-  if (cut)
+  if (cut) {
     ledger.Because(static_cast<int>(lines.size()),
                    "O arquivo termina no meio desta linha: falta o resto dele.");
+  }
 }
 
 // Of an accepted file only its questions are left to tell.

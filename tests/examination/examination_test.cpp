@@ -88,21 +88,21 @@ std::size_t UnitOf(const Lines& lines, std::size_t at) {
 const std::set<std::string_view> kShared{"IE", "Ref", "RegTrib",        "RefInicial",   "CFOP",          "CódSubItem",
                                          "RE", "NF",  "CodAutorizacao", "IESubstituto", "IESubstituído", "PrópriaOuST"};
 
-void Spoil(std::string& line, sample::Sorteio& draw) {
+void Spoil(std::string& line, sample::Draw& draw) {
   const KindInfo& kind = *FindKind(line.substr(0, 2));
-  const FieldInfo& field = kind.fields[draw.Entre<std::size_t>(1, kind.fields.size() - 2)];
+  const FieldInfo& field = kind.fields[draw.Between<std::size_t>(1, kind.fields.size() - 2)];
   if (kShared.contains(field.name)) return;
   const auto at = static_cast<std::size_t>(field.position - 1);
   const auto width = static_cast<std::size_t>(field.width);
-  switch (draw.Entre(0, 5)) {
+  switch (draw.Between(0, 5)) {
     case 0:
-      line[at + draw.Entre<std::size_t>(0, width - 1)] = 'x';
+      line[at + draw.Between<std::size_t>(0, width - 1)] = 'x';
       break;
     case 1:
       line.replace(at, width, width, '0');
       break;
     case 2:
-      line.replace(at, width, draw.Digitos(width));
+      line.replace(at, width, draw.Digits(width));
       break;
     case 3:
       line[at + width - 1] = line[at + width - 1] == '7' ? '1' : '7';
@@ -118,16 +118,17 @@ void Spoil(std::string& line, sample::Sorteio& draw) {
 TEST_F(ExaminationTest, FaultsPlantedInOneFileAreFoundAndNothingElse) {
   int planted = 0;
   for (std::uint64_t seed = 1; seed <= 500 && !HasFailure(); ++seed) {
-    sample::Sorteio draw(seed);
-    const Lines sound = SplitFile(sample::Gerar({.declaracoes = draw.Entre(1, 6), .semente = seed}));
+    sample::Draw draw(seed);
+    const Lines sound = SplitFile(sample::Generate({.declaracoes = draw.Between(1, 6), .seed = seed}));
     Lines spoiled = sound;
     std::set<std::size_t> used;
     std::map<std::size_t, Places> told;  // by the spoiled line
-    for (int i = draw.Entre(1, 20); i > 0; --i) {
-      const auto at = draw.Entre<std::size_t>(0, sound.size() - 1);
+    for (int i = draw.Between(1, 20); i > 0; --i) {
+      const auto at = draw.Between<std::size_t>(0, sound.size() - 1);
       const std::size_t unit = UnitOf(sound, at);
       if (used.contains(unit) || used.contains(at - 1) || used.contains(at + 1)) continue;
-      used.insert({unit, at});
+      used.insert(unit);
+      used.insert(at);
       Lines single = sound;
       Spoil(single[at], draw);
       const Places places = OfImporter(Joined(single));
@@ -158,7 +159,7 @@ TEST_F(ExaminationTest, FaultsPlantedInOneFileAreFoundAndNothingElse) {
 }
 
 TEST_F(ExaminationTest, OneCauseOfManyFaultsIsToldOnce) {
-  const std::string file = sample::Gerar({.declaracoes = 3, .semente = 5});
+  const std::string file = sample::Generate({.declaracoes = 3, .seed = 5});
   const Lines lines = SplitFile(file);
   const int last = static_cast<int>(lines.size());
   const auto all = [](std::string text, std::string_view from, std::string_view to) {
@@ -197,7 +198,7 @@ TEST_F(ExaminationTest, OneCauseOfManyFaultsIsToldOnce) {
 }
 
 TEST_F(ExaminationTest, QuestionsAndTheLimitAreToldAsSuch) {
-  const std::string file = sample::Gerar({.duvida = true});
+  const std::string file = sample::Generate({.duvida = true});
   const Examination no = Examined(file);
   ASSERT_EQ(no.inconsistencias.size(), 1U);
   EXPECT_EQ(no.inconsistencias[0].tipo, FindingKind::kQuestion);
@@ -205,7 +206,7 @@ TEST_F(ExaminationTest, QuestionsAndTheLimitAreToldAsSuch) {
   EXPECT_EQ(no.estado, FileState::kRefused);
   EXPECT_EQ(Examined(file, {.limite = 0, .responder_sim = true}).estado, FileState::kAccepted);
 
-  Lines lines = SplitFile(sample::Gerar({.declaracoes = 40, .semente = 2}));
+  Lines lines = SplitFile(sample::Generate({.declaracoes = 40, .seed = 2}));
   for (std::string& line : lines) {
     if (line.starts_with("10")) line[30] = 'x';
   }
