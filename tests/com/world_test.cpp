@@ -95,6 +95,7 @@ TEST_F(World, TheCurrentDatabaseIsTheUsersSetting) {
       Bstr name;
       ASSERT_EQ(tremvik->get_database_name(name.Receive()), S_OK);
       EXPECT_EQ(com::View(name.get()), text) << ended;
+      EXPECT_NE(Mensagem(tremvik).find("Versão"), std::string::npos) << Mensagem(tremvik);
     }
   }
 }
