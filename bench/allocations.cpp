@@ -62,12 +62,12 @@ long Allocations(test::References& references, int records) {
 }  // namespace tremvik::bench
 
 int main() {
-  using namespace tremvik::bench;
+  namespace bench = tremvik::bench;
   tremvik::test::References references;
-  const long once = Allocations(references, kRecords);
-  const long twice = Allocations(references, 2 * kRecords);
-  std::cout << "allocations: " << once << " in a file of " << kRecords << " records, " << twice
-            << " in one of " << 2 * kRecords << "; " << static_cast<double>(twice - once) / kRecords
-            << " a record\n";
-  return twice - once <= kGrowth ? 0 : 1;
+  const long once = bench::Allocations(references, bench::kRecords);
+  const long twice = bench::Allocations(references, 2 * bench::kRecords);
+  std::cout << "allocations: " << once << " in a file of " << bench::kRecords << " records, " << twice
+            << " in one of " << 2 * bench::kRecords << "; "
+            << static_cast<double>(twice - once) / bench::kRecords << " a record\n";
+  return twice - once <= bench::kGrowth ? 0 : 1;
 }
