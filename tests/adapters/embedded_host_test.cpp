@@ -23,11 +23,14 @@ const Outcome kAccepted{Outcome::Estado::kAceito};
 class HostRun {
  public:
   explicit HostRun(const std::string& folder)
-      : embedded_({folder, Modo::kImportar, folder}, nobody_, nobody_, nobody_), path_(folder + "\\BDTempPrf.fix") {
+      : embedded_({folder, Modo::kImportar, folder}, nobody_, nobody_, nobody_),
+        path_(folder + "\\BDTempPrf.fix") {
     embedded_.AcompanharLinha([this] { return ++line_; });
   }
 
-  bool Held(std::string_view reference) { return components_.consulta().Existe(kIE, "QZ", "01", reference, ""); }
+  bool Held(std::string_view reference) {
+    return components_.consulta().Existe(kIE, "QZ", "01", reference, "");
+  }
   void Begin() {
     if (host_.files.Exists(path_)) host_.files.Delete(path_);
     components_.banco().Preparar();
@@ -44,8 +47,8 @@ class HostRun {
     Write(Kind::kCr05, {{"IE", kIE}, {"RegTrib", "01"}, {"Ref", reference}});
     for (int i = 0; i < payments; ++i)
       Write(Kind::kCr07, {{"Valor", "1,00"}});
-    for (const auto kind : {Kind::kCr10, Kind::kCr14, Kind::kCr18, Kind::kCr20, Kind::kCr25, Kind::kCr26, Kind::kCr27, Kind::kCr28,
-                            Kind::kCr30, Kind::kCr31}) {
+    for (const auto kind : {Kind::kCr10, Kind::kCr14, Kind::kCr18, Kind::kCr20, Kind::kCr25, Kind::kCr26,
+                            Kind::kCr27, Kind::kCr28, Kind::kCr30, Kind::kCr31}) {
       Write(kind, {});
     }
   }
@@ -124,13 +127,15 @@ TEST_F(EmbeddedHostTest, AnAcceptedRunMovesIntoTheStoreWithAllItsRecords) {
   EXPECT_THAT(DeclarationStore(folder_).Registros(kIE, "2012-06"), IsEmpty());
   const std::string store = Path("tremvik.db");
   EXPECT_THAT(Rows(store, "PRAGMA foreign_key_check"), IsEmpty());
-  EXPECT_THAT(Rows(store,
-                   "SELECT d.referencia, z.linha, i.linha, c.linha FROM zona_franca z "
-                   "JOIN interestadual i ON i.declaracao_id = z.declaracao_id AND i.linha = z.interestadual_linha "
-                   "JOIN cfop c ON c.declaracao_id = i.declaracao_id AND c.linha = i.cfop_linha "
-                   "JOIN declaracao d ON d.id = c.declaracao_id ORDER BY 1"),
-              ElementsAre("2012-03|8|7|6", "2012-04|20|19|18", "2012-05|6|5|4"));
-  EXPECT_THAT(Rows(store, "SELECT arquivo, declaracoes, registros FROM importacao"), ElementsAre("março.txt|2|26", "arquivo.txt|1|12"));
+  EXPECT_THAT(
+      Rows(store,
+           "SELECT d.referencia, z.linha, i.linha, c.linha FROM zona_franca z "
+           "JOIN interestadual i ON i.declaracao_id = z.declaracao_id AND i.linha = z.interestadual_linha "
+           "JOIN cfop c ON c.declaracao_id = i.declaracao_id AND c.linha = i.cfop_linha "
+           "JOIN declaracao d ON d.id = c.declaracao_id ORDER BY 1"),
+      ElementsAre("2012-03|8|7|6", "2012-04|20|19|18", "2012-05|6|5|4"));
+  EXPECT_THAT(Rows(store, "SELECT arquivo, declaracoes, registros FROM importacao"),
+              ElementsAre("março.txt|2|26", "arquivo.txt|1|12"));
 }
 
 TEST_F(EmbeddedHostTest, WhatIsNotConsolidatedLeavesNothing) {

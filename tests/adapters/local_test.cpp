@@ -104,7 +104,7 @@ TEST_F(LocalFilesTest, AFileThatChangesInARunIsAnError) {
     });
   };
   const std::function<void()> changes[] = {
-      [&] { WriteFile(Path("a"), "ABC"); },                                                 // in place, of one size
+      [&] { WriteFile(Path("a"), "ABC"); },  // in place, of one size
       [&] { WriteFile(Path("b"), "abc"), std::filesystem::rename(Path("b"), Path("a")); },  // another file
       [&] { std::filesystem::resize_file(Path("a"), 9); }};
   for (const auto& change : changes) {
@@ -155,11 +155,12 @@ TEST(DocumentsTest, CheckDigits) {
   EXPECT_EQ(CompletarIE("11004249", "11"), "110042490114");
   EXPECT_TRUE(validador.ValidarCNPJ("11222333000181"));
   EXPECT_EQ(CompletarCNPJ("112223330001"), "11222333000181");
-  for (const std::string_view ie :
-       {"110042491114", "110042490115", "11004249011", "1100424901140", "", "11004249011A", " 10042490114", "110.042.4901"}) {
+  for (const std::string_view ie : {"110042491114", "110042490115", "11004249011", "1100424901140", "",
+                                    "11004249011A", " 10042490114", "110.042.4901"}) {
     EXPECT_FALSE(validador.ValidarIE(ie)) << ie;
   }
-  for (const std::string_view cnpj : {"11222333000171", "11222333000182", "1122233300018", "1122233300018X", ""}) {
+  for (const std::string_view cnpj :
+       {"11222333000171", "11222333000182", "1122233300018", "1122233300018X", ""}) {
     EXPECT_FALSE(validador.ValidarCNPJ(cnpj)) << cnpj;
   }
   // Sums whose remainder has two digits or asks for the digit 0.

@@ -22,7 +22,9 @@ using testing::IsEmpty;
 class ReferenceTest : public testing::Test {
  protected:
   std::string Path(std::string_view name) { return std::string(scratch_.path()).append("/").append(name); }
-  Recordset& Query(std::string_view sql) { return engine_.OpenDatabase(folder_.path() + "\\tblFixas.fix").OpenRecordset(sql, kSnapshot); }
+  Recordset& Query(std::string_view sql) {
+    return engine_.OpenDatabase(folder_.path() + "\\tblFixas.fix").OpenRecordset(sql, kSnapshot);
+  }
   bool Found(std::string_view sql) { return Query(sql).RecordCount() > 0; }
   void CopyData() {
     std::filesystem::create_directory(Path("dados"));
@@ -47,8 +49,9 @@ TEST_F(ReferenceTest, DeliveredRowsBuildAndVerify) {
   ASSERT_THAT(ConstruirTabelas(DATA_DIR, Path("tblFixas.fix")), IsEmpty());
   EXPECT_THAT(VerificarTabelas(Path("tblFixas.fix")), IsEmpty());
   ConstruirTabelasPadrao(Path("padrao.fix"));
-  for (const auto* const sql : {"SELECT * FROM tblTodosCFOPs", "SELECT * FROM tblQuadroCFOPs", "SELECT * FROM [tblQuadroOcorrências]",
-                                "SELECT * FROM [tblMunicípiosZFM_ALC]"}) {
+  for (const auto* const sql :
+       {"SELECT * FROM tblTodosCFOPs", "SELECT * FROM tblQuadroCFOPs", "SELECT * FROM [tblQuadroOcorrências]",
+        "SELECT * FROM [tblMunicípiosZFM_ALC]"}) {
     EXPECT_EQ(Rows(Path("tblFixas.fix"), sql), Rows(Path("padrao.fix"), sql)) << sql;
   }
 }
@@ -61,8 +64,10 @@ TEST_F(ReferenceTest, AnswersTheQueriesOfTheSystem) {
   EXPECT_TRUE(Found("Select CódMunicípio From tblMunicípiosZFM_ALC Where CódMunicípio = '1302603'"));
   EXPECT_TRUE(Found("Select Códmunicípio From tblmunicípios Where Códmunicípio = '3550308'"));
   EXPECT_TRUE(Found("Select código From tblcódigosdipam Where código = '1.1'"));
-  EXPECT_TRUE(Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.23' and OpPróprias"));
-  EXPECT_TRUE(Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.01' and NOT OpPróprias"));
+  EXPECT_TRUE(
+      Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.23' and OpPróprias"));
+  EXPECT_TRUE(
+      Found("Select CódSubItem From tblQuadroOcorrências Where CódSubItem = '002.01' and NOT OpPróprias"));
   const auto cfop = [](std::string_view code, std::string_view condition) {
     return std::string("SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '")
         .append(code)
@@ -130,11 +135,13 @@ TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {
       {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,4,0\n", ":2: CFOP '1.102': Conjunto deve ser"},
       {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,1,0\n", "no Conjunto 1 o CFOP"},
       {"tblTodosCFOPs.csv", "CFOP,Conjunto,GRUPO\n1.102,2,x\n", "GRUPO deve ser um número inteiro"},
-      {"tblQuadroCFOPs.csv", "Descrição,Grupo 15,Grupo 26,Grupo 37,Conjunto\n\"a\nb\",1.102,,,2\nc,2.102,,,2\n",
+      {"tblQuadroCFOPs.csv",
+       "Descrição,Grupo 15,Grupo 26,Grupo 37,Conjunto\n\"a\nb\",1.102,,,2\nc,2.102,,,2\n",
        "tblQuadroCFOPs.csv:4: Descrição 'c': Grupo 15 deve"},
       {"tblcodigosdipam.csv", "código\n1.11\n", "código deve ter de um a três"},
       {"tables.json", "{", "tables.json: não foi possível entender"},
-      {"tblEstados.csv", "Código,Sigla\n11,RO\n12,AC\n11,RR\n", "tblEstados.csv:4: Código '11': há outra linha com"},
+      {"tblEstados.csv", "Código,Sigla\n11,RO\n12,AC\n11,RR\n",
+       "tblEstados.csv:4: Código '11': há outra linha com"},
       {"tblQuadroOcorrencias.csv", "CódSubItem,OpPróprias,Descrição\n002.23,1,a\n002.23,0,b\n002.23,-1,c\n",
        "tblQuadroOcorrencias.csv:4: CódSubItem '002.23': há outra"},
       {"tblEstados.csv", "Código,Sigla\n11,\xC0\xAF\n", "tblEstados.csv:2: o texto não está em UTF-8"},
@@ -223,8 +230,9 @@ TEST_F(ReferenceTest, VerifyListsWhatIsWrong) {
   }
   const auto problems = VerificarTabelas(file);
   for (const auto* const problem :
-       {"tblmunicípios: a tabela não existe.", "tblEstados: falta a coluna 'Sigla'.", "tblcódigosdipam: a tabela não tem nenhuma linha.",
-        "tblTodosCFOPs: e mais 156 problema(s).", "tblCNAEsRegimeDispensado: CNAE '5131400': CNAE deve ser um texto."}) {
+       {"tblmunicípios: a tabela não existe.", "tblEstados: falta a coluna 'Sigla'.",
+        "tblcódigosdipam: a tabela não tem nenhuma linha.", "tblTodosCFOPs: e mais 156 problema(s).",
+        "tblCNAEsRegimeDispensado: CNAE '5131400': CNAE deve ser um texto."}) {
     EXPECT_THAT(problems, testing::Contains(problem));
   }
   EXPECT_EQ(problems.size(), 4U + 11U + 1U) << "and the digest";

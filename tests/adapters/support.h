@@ -30,7 +30,9 @@ inline std::vector<std::string> Rows(const std::string& database, std::string_vi
 
 /// A host side that nobody watches.
 struct Nobody final : Screen, Events, Diagnostics {
-  int MsgBox(std::string_view /*text*/, int /*style*/, std::string_view /*title*/) override { return resposta::kOk; }
+  int MsgBox(std::string_view /*text*/, int /*style*/, std::string_view /*title*/) override {
+    return resposta::kOk;
+  }
   void SetPointer(int /*pointer*/) override {}
   void Progresso() override {}
   void Fechar() override {}

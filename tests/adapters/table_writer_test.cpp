@@ -56,9 +56,12 @@ TEST_F(TableWriterTest, FieldsBecomeTypedColumns) {
   Put(Kind::kCr26, {{"DataInicio", "20/03/2012"}, {"DataFim", ""}, {"NF", "000000012"}});
   EXPECT_THAT(Ended("SELECT linha, ie, referencia, typeof(referencia_inicial), q07, typeof(q07), q10, "
                     "icms_fix_per, icms_fix_per_centavos, saldo_cred_periodo_ant_centavos FROM declaracao"),
-              ElementsAre("2|110.042.490.114|2012-03|null|3|integer| 12|1.234.567,89|123456789|5", "3||20A203|null||null||12||-100"));
-  EXPECT_THAT(Rows(*base_.Ended(), "SELECT * FROM pagamento"), ElementsAre("2|4|1|9.999.999.999.999,99|999999999999999|2012-04-05"));
-  EXPECT_THAT(Rows(*base_.Ended(), "SELECT linha, ocorrencia_linha, data_inicio, data_fim, nf FROM ocorrencia_substituto"),
+              ElementsAre("2|110.042.490.114|2012-03|null|3|integer| 12|1.234.567,89|123456789|5",
+                          "3||20A203|null||null||12||-100"));
+  EXPECT_THAT(Rows(*base_.Ended(), "SELECT * FROM pagamento"),
+              ElementsAre("2|4|1|9.999.999.999.999,99|999999999999999|2012-04-05"));
+  EXPECT_THAT(Rows(*base_.Ended(),
+                   "SELECT linha, ocorrencia_linha, data_inicio, data_fim, nf FROM ocorrencia_substituto"),
               ElementsAre("6|5|2012-03||12"));
 }
 
@@ -72,7 +75,8 @@ TEST_F(TableWriterTest, DetailsBelongToTheRecordBefore) {
   Put(Kind::kCr14, {{"Registro", "14á"}});
   Put(Kind::kCr05, {});
   EXPECT_EQ(ErrorOf([&] { Put(Kind::kCr14, {}); }), 5) << "the CFOP was the last declaration's";
-  EXPECT_THAT(Ended("SELECT declaracao_id, linha, cfop_linha, registro FROM interestadual"), ElementsAre("1|5|4|", "1|8|7|14á"));
+  EXPECT_THAT(Ended("SELECT declaracao_id, linha, cfop_linha, registro FROM interestadual"),
+              ElementsAre("1|5|4|", "1|8|7|14á"));
   EXPECT_THAT(Rows(*base_.Ended(), "SELECT linha, interestadual_linha FROM zona_franca"), ElementsAre("6|5"));
 }
 

@@ -21,7 +21,8 @@ std::string Filled(std::string_view text, std::string_view value) {
 std::string Six(std::string_view code) { return std::string(code) + std::string(6 - code.size(), '0'); }
 
 // Calls `check` with each of the codes and whether it is to be refused.
-void ForEachCode(std::string_view good, std::string_view bad, const std::function<void(std::string_view, bool)>& check) {
+void ForEachCode(std::string_view good, std::string_view bad,
+                 const std::function<void(std::string_view, bool)>& check) {
   for (const bool refused : {false, true}) {
     for (const std::string_view code : Split(refused ? bad : good, ' ')) {
       SCOPED_TRACE(code);
@@ -39,7 +40,8 @@ TEST(Cfop, CodesByPeriod) {
       const bool interstate = code.starts_with('2') || code.starts_with('6');
       const std::string kinds = std::string("05 10") + (interstate ? " 14" : "") + (dipam ? " 30" : "");
       const std::string edits = cells[1] + "; 05.Ref=" + cells[0] + "; 10.CFOP=" + Six(code);
-      Check({kinds, edits, refused ? 3 : kAccepted, Filled(cells[4], Six(code)), Filled(cells[5], Six(code))});
+      Check(
+          {kinds, edits, refused ? 3 : kAccepted, Filled(cells[4], Six(code)), Filled(cells[5], Six(code))});
     });
   }
 }
@@ -107,8 +109,9 @@ TEST(Cfop, TheQuestionAndItsAnswers) {
   yes.host.answers = {6};
   yes.Import(file.With("10#2.CFOP", "510900").Bytes());
   ASSERT_EQ(yes.host.boxes.size(), 2U);
-  EXPECT_EQ(yes.host.boxes.back().text,
-            Report("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 - CFOP = 510900", "", 4));
+  EXPECT_EQ(
+      yes.host.boxes.back().text,
+      Report("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 - CFOP = 510900", "", 4));
 }
 
 TEST(Cfop, LookUpsOfTheTables) {
@@ -128,7 +131,8 @@ TEST(Cfop, LookUpsOfTheTables) {
       "(tblQuadroCFOPs.[Grupo 26]='%') OR (tblQuadroCFOPs.[Grupo 37]='%')) AND (tblQuadroCFOPs.Conjunto";
   for (const auto& [ref, code, form, known, description] : kQueries) {
     SCOPED_TRACE(code);
-    std::vector<std::string> expected = {Filled("SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '%' and Conjunto", form).append(known)};
+    std::vector<std::string> expected = {
+        Filled("SELECT CFOP FROM tblTodosCFOPs WHERE CFOP = '%' and Conjunto", form).append(known)};
     if (!description.empty()) expected.push_back(Filled(kDescription, form).append(description));
     Instance run;
     run.Import(FileBuilder("05 10").With("05.Ref", ref).With("10.CFOP", code).Bytes());

@@ -26,7 +26,8 @@ TEST(ImportRun, Success) {
   for (const Row& row : ReadTable("success.txt", 1))
     expected.push_back(row.cells[0]);
   EXPECT_THAT(run.host.log, ElementsAreArray(expected));
-  EXPECT_EQ(run.host.boxes, (Boxes{{"A importação foi concluída com sucesso!", 64, "Arquivo Pré-Formatado"}}));
+  EXPECT_EQ(run.host.boxes,
+            (Boxes{{"A importação foi concluída com sucesso!", 64, "Arquivo Pré-Formatado"}}));
   EXPECT_FALSE(run.tremvik.bolRetMonitora());
   EXPECT_EQ(run.tremvik.idxBanco(), 7);
   EXPECT_EQ(run.tremvik.database_name(), "Base do usuário");
@@ -39,20 +40,23 @@ TEST(ImportRun, Success) {
 TEST(ImportRun, OtherFormsOfFields) {
   Instance run;
   run.tremvik.set_bolRetMonitora(true);  // left as it was by a success
-  run.Import(FileBuilder("05 07 10 20 31")
-                 .Edit("05.RegTrib=02; 05.Ref=201208; 05.RefInicial=201207; 05.ICMSFixPer=100; 07.Data=20120801;"
-                       "31.RE=123456789012345; 20.CódSubItem=00399; 20.FLegal=art.  1; 20.Ocorrência=a\x80 b")
-                 .Bytes());
+  run.Import(
+      FileBuilder("05 07 10 20 31")
+          .Edit("05.RegTrib=02; 05.Ref=201208; 05.RefInicial=201207; 05.ICMSFixPer=100; 07.Data=20120801;"
+                "31.RE=123456789012345; 20.CódSubItem=00399; 20.FLegal=art.  1; 20.Ocorrência=a\x80 b")
+          .Bytes());
   EXPECT_TRUE(run.Succeeded());
   EXPECT_TRUE(run.tremvik.bolRetMonitora());
   EXPECT_THAT(run.host.log, testing::Contains("Existe 110.042.490.101 QZ 02 20/08/2012 20/07/2012"));
   EXPECT_THAT(run.host.log, testing::Contains("Gravar 31 RE=45/6789012345"));
-  EXPECT_THAT(run.host.log, testing::Contains(testing::HasSubstr(" FLegal=art.  1 Ocorrência=a€ b Q25=0000")));
+  EXPECT_THAT(run.host.log,
+              testing::Contains(testing::HasSubstr(" FLegal=art.  1 Ocorrência=a€ b Q25=0000")));
 }
 
 TEST(ImportRun, ProgressOfDeclarations) {
-  const std::pair<std::string_view, int> cases[] = {
-      {"05", 5}, {"05 07", 6}, {"05 10", 6}, {"05 20", 6}, {"05 30 31", 5}, {"05 07 10 20 30 31", 8}, {"05*3", 15}};
+  const std::pair<std::string_view, int> cases[] = {{"05", 5},    {"05 07", 6},    {"05 10", 6},
+                                                    {"05 20", 6}, {"05 30 31", 5}, {"05 07 10 20 30 31", 8},
+                                                    {"05*3", 15}};
   for (const auto& [kinds, steps] : cases) {
     Instance run;
     run.Import(FileBuilder(kinds).Bytes());
@@ -73,7 +77,8 @@ TEST(ImportRun, DeclarationsThatDifferFromTheAnnounced) {
     const std::string before = file.Bytes();
     if (edit.starts_with('~')) run.host.third_opening = file.Edit(edit.substr(1)).Bytes();
     run.Import(before);
-    EXPECT_EQ(run.host.boxes, (Boxes{{"Tabela 01, CR=01, Campo - Q05\r\nInconsistente, Posição 27", 64, "Atenção"}}));
+    EXPECT_EQ(run.host.boxes,
+              (Boxes{{"Tabela 01, CR=01, Campo - Q05\r\nInconsistente, Posição 27", 64, "Atenção"}}));
     EXPECT_TRUE(run.tremvik.bolRetMonitora());
     EXPECT_EQ(run.tremvik.outcome().estado, Outcome::Estado::kRecusado);
     EXPECT_EQ(run.tremvik.NroLinha(), lines);
@@ -105,7 +110,8 @@ struct Failing {
 
 // Told in one message with its number and words; nothing is thrown and no file stays open.
 void CheckFailure(const Failing& failing, int number, std::string_view text) {
-  SCOPED_TRACE(std::string(failing.operation) + " " + std::to_string(failing.good) + " " + std::to_string(number));
+  SCOPED_TRACE(std::string(failing.operation) + " " + std::to_string(failing.good) + " " +
+               std::to_string(number));
   Instance run;
   run.host.files[std::string(kBase)] = "an old one";
   run.host.Fail(failing.operation, number, failing.good);
@@ -173,7 +179,8 @@ TEST(ImportRun, FailuresWhileAFailureIsTold) {
   Instance no_component;
   no_component.host.Fail("CriarBancoTemporario", 429);
   no_component.Import(FileBuilder("05").Bytes());
-  EXPECT_EQ(no_component.host.boxes, (Boxes{{Report("429 - O componente ActiveX não pode criar o objeto", "", 0), 0, ""}}));
+  EXPECT_EQ(no_component.host.boxes,
+            (Boxes{{Report("429 - O componente ActiveX não pode criar o objeto", "", 0), 0, ""}}));
 
   Instance no_box;
   no_box.host.Fail("MsgBox", 5);
@@ -185,8 +192,9 @@ TEST(ImportRun, FailuresWhileAFailureIsTold) {
   Instance refused;  // the closing call after a refusal
   refused.host.Fail("Encerrar", 70);
   refused.Import(FileBuilder("05").With("05.Tipo", "09").Bytes());
-  EXPECT_EQ(refused.host.boxes, (Boxes{{Report("Tabela 2, CR=05, Campo - Tipo", "Inconsistente, Posição 50 ", 2), 64, "Atenção"},
-                                       {Report("70 - Permissão negada", "", 2), 64, "Atenção"}}));
+  EXPECT_EQ(refused.host.boxes,
+            (Boxes{{Report("Tabela 2, CR=05, Campo - Tipo", "Inconsistente, Posição 50 ", 2), 64, "Atenção"},
+                   {Report("70 - Permissão negada", "", 2), 64, "Atenção"}}));
   EXPECT_EQ(refused.host.open_files(), 0U);
 
   Instance success;  // and after a success
@@ -209,9 +217,9 @@ struct Caller final : MemoryHost {
   }
   void Call() {
     if (instance == nullptr) return;
-    for (const auto& call : std::initializer_list<std::function<void(Tremvik&)>>{[](Tremvik& t) { t.Monitora("entrada.txt"); },
-                                                                                 [](Tremvik& t) { t.CompararTotais("entrada.txt"); },
-                                                                                 [](Tremvik& t) { t.ErroSair(); }}) {
+    for (const auto& call : std::initializer_list<std::function<void(Tremvik&)>>{
+             [](Tremvik& t) { t.Monitora("entrada.txt"); },
+             [](Tremvik& t) { t.CompararTotais("entrada.txt"); }, [](Tremvik& t) { t.ErroSair(); }}) {
       EXPECT_EQ(ErrorOf([&] { return call(*instance), 0; }), 5);
     }
     ++calls;
@@ -228,7 +236,8 @@ TEST(ImportRun, ACallWithinACallIsRefused) {
       Tremvik tremvik(host->host());
       if (host == &calling) host->instance = &tremvik;
       tremvik.Monitora("entrada.txt");
-      EXPECT_EQ(tremvik.outcome().estado, tipo == "01" ? Outcome::Estado::kAceito : Outcome::Estado::kRecusado);
+      EXPECT_EQ(tremvik.outcome().estado,
+                tipo == "01" ? Outcome::Estado::kAceito : Outcome::Estado::kRecusado);
       EXPECT_EQ(tremvik.NroLinha(), tipo == "01" ? 5 : 2);
       tremvik.ErroSair();  // its turn again
     }

@@ -14,7 +14,9 @@ void ExpectTold(const Instance& run, std::string_view text) {
   EXPECT_EQ(run.tremvik.NroLinha(), 0);
   EXPECT_EQ(run.host.open_files(), 0U);
   for (const std::string& line : run.host.log) {
-    EXPECT_TRUE(line != "Fechar" && line != "Progresso" && !line.starts_with("Encerrar") && line != "Preparar") << line;
+    EXPECT_TRUE(line != "Fechar" && line != "Progresso" && !line.starts_with("Encerrar") &&
+                line != "Preparar")
+        << line;
   }
   EXPECT_EQ(run.host.log.at(run.host.log.size() - 2 - run.host.places.size()), "Ponteiro 1");
   EXPECT_EQ(run.host.log.back(), "Caixa");
@@ -28,8 +30,9 @@ TEST(LengthPass, EachKindHasOneLength) {
       SCOPED_TRACE(std::string(code) + " " + std::to_string(size));
       Instance run;
       run.Import(master + std::string(code) + std::string(size - 2, '0') + "\r\n" + "99\r\n");
-      const std::string text = size == right ? "Código de Registro inválido! CR = 99  -  Linha 3"
-                                             : "Tamanho do registro inválido.  CR = " + std::string(code) + "  -  Linha 2";
+      const std::string text =
+          size == right ? "Código de Registro inválido! CR = 99  -  Linha 3"
+                        : "Tamanho do registro inválido.  CR = " + std::string(code) + "  -  Linha 2";
       ExpectTold(run, text);
       ASSERT_EQ(run.host.places.size(), 1U);
       const Place& place = run.host.places.front();
@@ -99,7 +102,8 @@ TEST(LengthPass, RunTimeErrors) {
 // Of the records of a file the last may be 32766: the read that finds the end counts too.
 TEST(LengthPass, TheGreatestFiles) {
   const auto file = [](int lines) {
-    return FileBuilder("05 31*9999 05 31*9999 05 31*9999 05 31*" + std::to_string(lines - 5 - 3 * 9999)).Bytes();
+    return FileBuilder("05 31*9999 05 31*9999 05 31*9999 05 31*" + std::to_string(lines - 5 - 3 * 9999))
+        .Bytes();
   };
   Instance most;
   most.Import(file(32766));

@@ -39,8 +39,9 @@ TEST(Reconciliation, EndsTheRun) {
   EXPECT_TRUE(run.tremvik.bolRetMonitora());
   EXPECT_EQ(run.tremvik.NroLinha(), 3);
   EXPECT_EQ(run.tremvik.Mensagem(), "");
-  const std::vector<std::string> log = {"Open 1 entrada.txt",      "Close 1", "Progresso", "Open 1 entrada.txt", "Close 1",
-                                        "Inconsistência 2 05.Q07", "Caixa",   "Progresso"};
+  const std::vector<std::string> log = {
+      "Open 1 entrada.txt",      "Close 1", "Progresso", "Open 1 entrada.txt", "Close 1",
+      "Inconsistência 2 05.Q07", "Caixa",   "Progresso"};
   EXPECT_EQ(run.host.log, log);
 }
 
@@ -50,7 +51,8 @@ TEST(Reconciliation, ASecondMasterRecordEndsThePass) {
   EXPECT_TRUE(run.tremvik.CompararTotais("f"));
   EXPECT_EQ(run.host.boxes, (Boxes{{"Informado mais de um Registro mestre CR=01", 16, "Atenção"}}));
   EXPECT_EQ(run.tremvik.NroLinha(), 4);
-  EXPECT_EQ(run.host.log, (std::vector<std::string>{"Progresso", "Open 1 f", "Inconsistência 4 01.CR", "Caixa", "Close 1"}));
+  EXPECT_EQ(run.host.log, (std::vector<std::string>{"Progresso", "Open 1 f", "Inconsistência 4 01.CR",
+                                                    "Caixa", "Close 1"}));
 }
 
 TEST(Reconciliation, AnUnknownCodeGoesTheCommonWay) {
@@ -61,7 +63,8 @@ TEST(Reconciliation, AnUnknownCodeGoesTheCommonWay) {
   EXPECT_EQ(run.tremvik.Mensagem(), "CR = 9ç Inconsistente, Posição 1");
   EXPECT_EQ(run.host.places.front().position, 1);
   EXPECT_EQ(run.host.places.front().width, 2);
-  const std::vector<std::string> log = {"Progresso", "Open 1 f", "Inconsistência 3 .CR", "Caixa", "Fechar", "Encerrar ", "Close 1"};
+  const std::vector<std::string> log = {"Progresso", "Open 1 f", "Inconsistência 3 .CR", "Caixa", "Fechar",
+                                        "Encerrar ", "Close 1"};
   EXPECT_EQ(run.host.log, log);
 }
 

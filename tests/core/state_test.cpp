@@ -52,7 +52,9 @@ TEST(State, SumsOfCfopDetails) {
     const auto sums = Split(cells[3], ' ');
     const auto expected = [&](std::string_view sum) { return std::ranges::count(sums, sum) > 0 ? 123 : 0; };
     FileBuilder file(cells[1].starts_with('2') || cells[1].starts_with('6') ? "05 10 14 30" : "05 10 30");
-    file.With("05.Ref", cells[0]).With("10.CFOP", cells[1] + std::string(6 - cells[1].size(), '0')).With("05.CNAE", cells[2]);
+    file.With("05.Ref", cells[0])
+        .With("10.CFOP", cells[1] + std::string(6 - cells[1].size(), '0'))
+        .With("05.CNAE", cells[2]);
     file.Edit("10.BaseCálculo=100; 10.Imposto=1; 10.IsentasNãoTrib=20; 10.Outras=3; 10.OutrosImpostos=9");
     Declaration declaration(file);
     declaration.state.QtdeCR10 = 1;
@@ -77,7 +79,8 @@ TEST(State, ASecondRunOfAnInstance) {
   EXPECT_TRUE(again.Succeeded());
   again.host.files["C:\\App\\BDTemp.mdb"] = "";
   again.Import(file);
-  EXPECT_EQ(again.host.boxes.back().text, Report("Tabela 2, CR=05, Campo - IE_x_Ref", "Duplicado ou fora de seqüência. Posição 3_x_18", 2));
+  EXPECT_EQ(again.host.boxes.back().text,
+            Report("Tabela 2, CR=05, Campo - IE_x_Ref", "Duplicado ou fora de seqüência. Posição 3_x_18", 2));
 
   Instance later;
   later.Import(file);
@@ -102,7 +105,8 @@ TEST(State, BuffersOfTheRunBefore) {
   payment.Import(FileBuilder("05 07").Bytes());
   payment.host.files["C:\\App\\BDTemp.mdb"] = "";
   payment.Import(FileBuilder("05 07").Edit("05.Ref=201204; 07.Data=20120401; cut=2").Bytes());
-  EXPECT_EQ(payment.host.boxes.back().text, Report("Tabela 2, CR=05 Campo - Q07", "inconsistente, Posição 114", 3));
+  EXPECT_EQ(payment.host.boxes.back().text,
+            Report("Tabela 2, CR=05 Campo - Q07", "inconsistente, Posição 114", 3));
 
   Instance master;  // whose separators stand in the buffer already: the run ends without a word
   master.Import(FileBuilder("05").Bytes());

@@ -15,7 +15,8 @@ TEST(Tables, Occurrences) { CheckTable("occurrences.txt"); }
 TEST(Tables, Details) { CheckTable("details.txt"); }
 TEST(Tables, Records) { CheckTable("records.txt"); }
 
-// Every field of every kind, spoiled by a letter between the text passes and the run; and every two of a kind.
+// Every field of every kind, spoiled by a letter between the text passes and the run; and every two of a
+// kind.
 TEST(Tables, ALetterInAnyFieldIsRefusedInItsPlaceAndTurn) {
   constexpr std::string_view kEveryKind = "05 07 10 14 18 20 26 20 28 20 27 20 25 30 31";
   const FileBuilder file(kEveryKind);
@@ -35,7 +36,8 @@ TEST(Tables, ALetterInAnyFieldIsRefusedInItsPlaceAndTurn) {
     const std::string code = cells[0].substr(0, 2);
     const Column& column = *std::ranges::find(ColumnsOf(code), cells[0].substr(3), &Column::name);
     const int line = file.Line(code);
-    std::string value = file.Record(line).substr(static_cast<std::size_t>(column.position) - 1, static_cast<std::size_t>(column.width));
+    std::string value = file.Record(line).substr(static_cast<std::size_t>(column.position) - 1,
+                                                 static_cast<std::size_t>(column.width));
     value.back() = 'G';
     const std::string edit = "~" + cells[0] + "=" + value;
     const Place place{line, code, column.name, column.position, column.width, value};

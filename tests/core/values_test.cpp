@@ -33,7 +33,8 @@ std::string Answer(std::string_view name, std::string_view text, std::string_vie
     if (name == "FomataValor") answer << FomataValor(text).view();
     if (name == "TiraZeros") answer << TiraZeros(second, text).view();
     if (name == "FormatarCFOP") answer << FormatarCFOP(second, text).view();
-    if (name == "CodCredAcumulado") answer << yes_no(CodCredAcumuladoRejeitado(text, parameters.at(0), parameters.at(1), parameters.at(2)));
+    if (name == "CodCredAcumulado")
+      answer << yes_no(CodCredAcumuladoRejeitado(text, parameters.at(0), parameters.at(1), parameters.at(2)));
   } catch (const RuntimeError& error) {
     answer << "erro " << error.number();
   }

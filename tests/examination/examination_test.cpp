@@ -63,7 +63,8 @@ class ExaminationTest : public testing::Test {
   static Places Found(const Examination& examination, bool importer_only = false) {
     Places places;
     for (const Finding& finding : examination.inconsistencias) {
-      if (finding.doImportador || !importer_only) places.emplace(finding.linha, finding.coluna, finding.campo);
+      if (finding.doImportador || !importer_only)
+        places.emplace(finding.linha, finding.coluna, finding.campo);
     }
     return places;
   }
@@ -85,8 +86,9 @@ std::size_t UnitOf(const Lines& lines, std::size_t at) {
 }
 
 // Fields by which records are ordered or other records judged: a fault in them is not independent of others.
-const std::set<std::string_view> kShared{"IE", "Ref", "RegTrib",        "RefInicial",   "CFOP",          "CódSubItem",
-                                         "RE", "NF",  "CodAutorizacao", "IESubstituto", "IESubstituído", "PrópriaOuST"};
+const std::set<std::string_view> kShared{
+    "IE", "Ref", "RegTrib",        "RefInicial",   "CFOP",          "CódSubItem",
+    "RE", "NF",  "CodAutorizacao", "IESubstituto", "IESubstituído", "PrópriaOuST"};
 
 void Spoil(std::string& line, sample::Draw& draw) {
   const KindInfo& kind = *FindKind(line.substr(0, 2));
@@ -142,8 +144,9 @@ TEST_F(ExaminationTest, FaultsPlantedInOneFileAreFoundAndNothingElse) {
     planted += static_cast<int>(told.size());
     const Examination all = Examined(Joined(spoiled));
     std::erase_if(expected, [&](const auto& place) {
-      return std::ranges::any_of(all.naoExaminado,
-                                 [&](const Unexamined& gap) { return std::get<0>(place) > gap.linha && std::get<0>(place) <= gap.ate; });
+      return std::ranges::any_of(all.naoExaminado, [&](const Unexamined& gap) {
+        return std::get<0>(place) > gap.linha && std::get<0>(place) <= gap.ate;
+      });
     });
     EXPECT_EQ(Found(all), expected) << "seed " << seed;
     EXPECT_EQ(Found(all, true), OfImporter(Joined(spoiled))) << "seed " << seed;
@@ -153,7 +156,8 @@ TEST_F(ExaminationTest, FaultsPlantedInOneFileAreFoundAndNothingElse) {
     spoiled[mended] = sound[mended];
     for (const auto& place : gone)
       expected.erase(place);
-    EXPECT_EQ(Found(Examined(Joined(spoiled))), expected) << "seed " << seed << ", line " << mended + 1 << " mended";
+    EXPECT_EQ(Found(Examined(Joined(spoiled))), expected)
+        << "seed " << seed << ", line " << mended + 1 << " mended";
   }
   EXPECT_GT(planted, 1000);
 }
@@ -202,7 +206,8 @@ TEST_F(ExaminationTest, QuestionsAndTheLimitAreToldAsSuch) {
   const Examination no = Examined(file);
   ASSERT_EQ(no.inconsistencias.size(), 1U);
   EXPECT_EQ(no.inconsistencias[0].tipo, FindingKind::kQuestion);
-  EXPECT_THAT(no.inconsistencias[0].mensagem, testing::EndsWith("Linha nº " + std::to_string(no.inconsistencias[0].linha)));
+  EXPECT_THAT(no.inconsistencias[0].mensagem,
+              testing::EndsWith("Linha nº " + std::to_string(no.inconsistencias[0].linha)));
   EXPECT_EQ(no.estado, FileState::kRefused);
   EXPECT_EQ(Examined(file, {.limite = 0, .responder_sim = true}).estado, FileState::kAccepted);
 

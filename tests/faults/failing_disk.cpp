@@ -18,7 +18,9 @@ struct alignas(std::max_align_t) File {
   sqlite3_file base;
 };
 
-sqlite3_file* Real(sqlite3_file* file) { return reinterpret_cast<sqlite3_file*>(reinterpret_cast<File*>(file) + 1); }
+sqlite3_file* Real(sqlite3_file* file) {
+  return reinterpret_cast<sqlite3_file*>(reinterpret_cast<File*>(file) + 1);
+}
 
 int Close(sqlite3_file* file) { return Real(file)->pMethods->xClose(Real(file)); }
 int Read(sqlite3_file* file, void* to, int count, sqlite3_int64 at) {
@@ -33,13 +35,19 @@ int Write(sqlite3_file* file, const void* from, int count, sqlite3_int64 at) {
 int Truncate(sqlite3_file* file, sqlite3_int64 size) {
   return Fails() ? SQLITE_IOERR_TRUNCATE : Real(file)->pMethods->xTruncate(Real(file), size);
 }
-int Sync(sqlite3_file* file, int flags) { return Fails() ? SQLITE_IOERR_FSYNC : Real(file)->pMethods->xSync(Real(file), flags); }
+int Sync(sqlite3_file* file, int flags) {
+  return Fails() ? SQLITE_IOERR_FSYNC : Real(file)->pMethods->xSync(Real(file), flags);
+}
 int FileSize(sqlite3_file* file, sqlite3_int64* size) {
   return Fails() ? SQLITE_IOERR_FSTAT : Real(file)->pMethods->xFileSize(Real(file), size);
 }
-int Lock(sqlite3_file* file, int level) { return Fails() ? SQLITE_IOERR_LOCK : Real(file)->pMethods->xLock(Real(file), level); }
+int Lock(sqlite3_file* file, int level) {
+  return Fails() ? SQLITE_IOERR_LOCK : Real(file)->pMethods->xLock(Real(file), level);
+}
 int Unlock(sqlite3_file* file, int level) { return Real(file)->pMethods->xUnlock(Real(file), level); }
-int CheckReservedLock(sqlite3_file* file, int* held) { return Real(file)->pMethods->xCheckReservedLock(Real(file), held); }
+int CheckReservedLock(sqlite3_file* file, int* held) {
+  return Real(file)->pMethods->xCheckReservedLock(Real(file), held);
+}
 int FileControl(sqlite3_file* file, int operation, void* argument) {
   return Real(file)->pMethods->xFileControl(Real(file), operation, argument);
 }
@@ -47,9 +55,25 @@ int SectorSize(sqlite3_file* file) { return Real(file)->pMethods->xSectorSize(Re
 int Characteristics(sqlite3_file* file) { return Real(file)->pMethods->xDeviceCharacteristics(Real(file)); }
 
 int Open(sqlite3_vfs* /*vfs*/, const char* name, sqlite3_file* file, int flags, int* out_flags) {
-  static const sqlite3_io_methods kMethods{
-      1,          Close,           Read,    Write,   Truncate, Sync,    FileSize, Lock,   Unlock, CheckReservedLock, FileControl,
-      SectorSize, Characteristics, nullptr, nullptr, nullptr,  nullptr, nullptr,  nullptr};
+  static const sqlite3_io_methods kMethods{1,
+                                           Close,
+                                           Read,
+                                           Write,
+                                           Truncate,
+                                           Sync,
+                                           FileSize,
+                                           Lock,
+                                           Unlock,
+                                           CheckReservedLock,
+                                           FileControl,
+                                           SectorSize,
+                                           Characteristics,
+                                           nullptr,
+                                           nullptr,
+                                           nullptr,
+                                           nullptr,
+                                           nullptr,
+                                           nullptr};
   file->pMethods = nullptr;
   if (Fails()) return SQLITE_CANTOPEN;
   const int code = g_disk->xOpen(g_disk, name, Real(file), flags, out_flags);
@@ -57,7 +81,9 @@ int Open(sqlite3_vfs* /*vfs*/, const char* name, sqlite3_file* file, int flags, 
   return code;
 }
 
-int Delete(sqlite3_vfs* /*vfs*/, const char* name, int sync) { return Fails() ? SQLITE_IOERR_DELETE : g_disk->xDelete(g_disk, name, sync); }
+int Delete(sqlite3_vfs* /*vfs*/, const char* name, int sync) {
+  return Fails() ? SQLITE_IOERR_DELETE : g_disk->xDelete(g_disk, name, sync);
+}
 
 void StandInFront() {
   if (g_disk != nullptr) return;

@@ -5,8 +5,8 @@
 
 namespace tremvik::test {
 
-/// From now on the operations on database files are the plan's and fail when it strikes; without a plan they succeed again. The
-/// first call puts a file system in front of SQLite's default one.
+/// From now on the operations on database files are the plan's and fail when it strikes; without a plan they
+/// succeed again. The first call puts a file system in front of SQLite's default one.
 void PlanDisk(FaultPlan* plan);
 
 }  // namespace tremvik::test

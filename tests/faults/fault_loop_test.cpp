@@ -18,8 +18,8 @@ class Faults : public testing::TestWithParam<Reach> {
   using Import = std::function<Scene::Ended(FaultPlan&)>;
   using Check = std::function<void(const Scene::Ended&)>;
 
-  // Imports with the n-th call failing, n = 1, 2, 3 ..., until an import does not get as far as that call. Each one
-  // tells at most one fault and leaves a folder that serves the next.
+  // Imports with the n-th call failing, n = 1, 2, 3 ..., until an import does not get as far as that call.
+  // Each one tells at most one fault and leaves a folder that serves the next.
   void Each(const Import& import, const Check& check) {
     for (long n = 1; !HasFailure(); ++n) {
       SCOPED_TRACE("call " + std::to_string(n));
@@ -43,7 +43,8 @@ class Faults : public testing::TestWithParam<Reach> {
 
 TEST_P(Faults, AnyAllocationMayFail) {
   const auto import = [&](FaultPlan& plan) {
-    Scene::Ended ended = scene_.Import({.before = [&] { PlanAllocations(&plan); }, .after = [] { PlanAllocations(nullptr); }});
+    Scene::Ended ended =
+        scene_.Import({.before = [&] { PlanAllocations(&plan); }, .after = [] { PlanAllocations(nullptr); }});
     PlanAllocations(nullptr);  // where the run raised
     return ended;
   };
@@ -54,7 +55,8 @@ TEST_P(Faults, AnyAllocationMayFail) {
   });
 }
 
-// Reads, writes, syncs, locks of the databases: all that the import and the move into the store do on the disk.
+// Reads, writes, syncs, locks of the databases: all that the import and the move into the store do on the
+// disk.
 TEST_P(Faults, AnyOperationOnTheDatabasesMayFail) {
   const auto import = [&](FaultPlan& plan) {
     PlanDisk(&plan);
@@ -81,7 +83,8 @@ TEST(ChangingFile, IsToldAndNotKept) {
   const Scene scene;
   Replacing replacing(scene.sample());
   const Scene::Ended ended = scene.Import({.wrap = [&](const Host& host) {
-    return Host{host.screen, replacing, host.diagnostics, host.files, host.application, host.engine, host.components};
+    return Host{host.screen,      replacing,   host.diagnostics, host.files,
+                host.application, host.engine, host.components};
   }});
   EXPECT_FALSE(ended.kept);
   EXPECT_NE(ended.desk.last.find("mudou enquanto era examinado"), std::string::npos) << ended.desk.last;
@@ -89,8 +92,9 @@ TEST(ChangingFile, IsToldAndNotKept) {
   EXPECT_TRUE(scene.Import({}).kept) << "the other file alone";
 }
 
-INSTANTIATE_TEST_SUITE_P(, Faults, testing::Values(Reach::kOnce, Reach::kFromThere),
-                         [](const auto& reach) { return std::string(reach.param == Reach::kOnce ? "once" : "from_there"); });
+INSTANTIATE_TEST_SUITE_P(, Faults, testing::Values(Reach::kOnce, Reach::kFromThere), [](const auto& reach) {
+  return std::string(reach.param == Reach::kOnce ? "once" : "from_there");
+});
 
 }  // namespace
 }  // namespace tremvik::test

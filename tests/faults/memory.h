@@ -5,8 +5,8 @@
 
 namespace tremvik::test {
 
-/// From now on the allocations of this thread are the plan's and throw std::bad_alloc when it strikes; without a plan they succeed
-/// again.
+/// From now on the allocations of this thread are the plan's and throw std::bad_alloc when it strikes;
+/// without a plan they succeed again.
 void PlanAllocations(FaultPlan* plan);
 
 }  // namespace tremvik::test

@@ -23,8 +23,9 @@ int DeclarationsIn(const std::string& pasta) {
   // An import is whole: as many declarations and records as it says of itself.
   const auto declarations = store.Number("SELECT count(*) FROM declaracao");
   std::string records("SELECT 0");
-  for (const char* const table : {"declaracao", "pagamento", "cfop", "interestadual", "zona_franca", "ocorrencia", "ocorrencia_ie",
-                                  "ocorrencia_substituto", "ocorrencia_substituido", "ocorrencia_autorizacao", "dipam", "exportacao"}) {
+  for (const char* const table :
+       {"declaracao", "pagamento", "cfop", "interestadual", "zona_franca", "ocorrencia", "ocorrencia_ie",
+        "ocorrencia_substituto", "ocorrencia_substituido", "ocorrencia_autorizacao", "dipam", "exportacao"}) {
     records.append(" + (SELECT count(*) FROM ").append(table).append(")");
   }
   if (store.Number("SELECT coalesce(sum(declaracoes), 0) FROM importacao") != declarations) return -1;
@@ -62,7 +63,8 @@ void Scene::Restore() const {
 Scene::Ended Scene::Import(const Around& around) const {
   Ended ended{.failed = true, .kept = false, .why = {}, .desk = {}};
   try {
-    EmbeddedHost embedded({.pasta = pasta_, .config_home = folder_.path()}, ended.desk, ended.desk, ended.desk);
+    EmbeddedHost embedded({.pasta = pasta_, .config_home = folder_.path()}, ended.desk, ended.desk,
+                          ended.desk);
     Tremvik tremvik(around.wrap(embedded.host()));
     embedded.AcompanharLinha([&tremvik] { return int{tremvik.NroLinha()}; });
     around.before();

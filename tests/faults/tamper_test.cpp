@@ -83,7 +83,8 @@ bool MayBeAccepted(const Change& change) {
   if (change.campo == "28.CodAutorizacao" && change.offset >= 7) return change.byte == 'z';
   // A number may begin with a plus sign, by the runtime's rules.
   if (change.byte == '+' && change.offset == 0) return true;
-  return kAnyNumber.contains(change.campo) && std::string_view(" +-.,").find(change.byte) != std::string::npos;
+  return kAnyNumber.contains(change.campo) &&
+         std::string_view(" +-.,").find(change.byte) != std::string::npos;
 }
 
 // A change that only another field shows to be wrong, and which.
@@ -92,12 +93,15 @@ struct Elsewhere {
   Fields told;
 };
 const std::vector<Elsewhere> kElsewhere{
-    {"05.Ref", {"05.Q30", "05.Q31", "05.RefInicial", "07.Data", "10.CFOP", "20.CódSubItem", "20.Q28", "26.DataFim"}},
+    {"05.Ref",
+     {"05.Q30", "05.Q31", "05.RefInicial", "07.Data", "10.CFOP", "20.CódSubItem", "20.Q28", "26.DataFim"}},
     {"05.RegTrib", {"05.Q30", "05.Ref", "05.RefInicial", "05.ICMSFixPer"}},
     {"07.Data", {"07.Data"}},            // the next payment has that date already
     {"10.BaseCálculo", {"10.Imposto"}},  // no tax on a base, or more than a quarter of it
     {"10.CFOP", {"10.CFOP", "10.Q14", "10.ImpRetSubstitutoST", "10.ImpRetSubstituÍdo"}},
-    {"20.CódSubItem", {"20.CódSubItem", "20.Valor", "20.Q25", "20.Q26", "20.Q27", "20.Q28", "26.NF", "27.NF", "28.CodAutorizacao"}},
+    {"20.CódSubItem",
+     {"20.CódSubItem", "20.Valor", "20.Q25", "20.Q26", "20.Q27", "20.Q28", "26.NF", "27.NF",
+      "28.CodAutorizacao"}},
     {"20.FLegal", {"20.CódSubItem"}},  // texts belong to the sub-items ending in 99 only
     {"20.Ocorrência", {"20.CódSubItem"}},
     {"20.PrópriaOuST", {"20.CódSubItem", "20.Q25"}},  // the sub-item is not of that kind
@@ -135,8 +139,9 @@ bool IsTold(const Change& change, const Outcome& outcome) {
 }
 
 std::string InWords(const Change& change, const Outcome& outcome) {
-  return "line " + std::to_string(change.linha) + ", " + change.campo + ", byte " + std::to_string(change.offset + 1) +
-         " changed to code " + std::to_string(static_cast<unsigned char>(change.byte)) +
+  return "line " + std::to_string(change.linha) + ", " + change.campo + ", byte " +
+         std::to_string(change.offset + 1) + " changed to code " +
+         std::to_string(static_cast<unsigned char>(change.byte)) +
          (outcome.accepted ? " is accepted" : " is told elsewhere: " + outcome.told);
 }
 
@@ -183,7 +188,8 @@ TEST(Tamper, AFileCutOffOrAddedToIsRefused) {
   for (std::size_t size = 0; size < file.size(); ++size)
     EXPECT_FALSE(Import(std::string_view(file).substr(0, size)).accepted) << size << " bytes";
   const std::string last_line = file.substr(file.rfind('\n', file.size() - 2) + 1);
-  for (const std::string& more : {std::string("\0", 1), std::string("\r\n"), std::string("\x1A"), last_line, file})
+  for (const std::string& more :
+       {std::string("\0", 1), std::string("\r\n"), std::string("\x1A"), last_line, file})
     EXPECT_FALSE(Import(file + more).accepted) << testing::PrintToString(more);
 }
 

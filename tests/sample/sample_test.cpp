@@ -25,7 +25,8 @@ using test::References;
 
 // One import; its questions are answered with `answer`.
 struct Import : test::TablesHost {
-  Import(References& references, const std::string& file, int answer = resposta::kNao) : TablesHost(references, file) {
+  Import(References& references, const std::string& file, int answer = resposta::kNao)
+      : TablesHost(references, file) {
     answers = {answer};
     keeps_log = false;
     Tremvik tremvik(host());
@@ -55,7 +56,8 @@ class Exemplo : public testing::Test {
   // True when the file is accepted without a word and all its records reach their writers.
   static void ExpectAccepted(const std::string& file, const std::string& which) {
     const Import import(*references_, file);
-    ASSERT_TRUE(import.accepted) << which << ": " << (import.boxes.empty() ? "no box" : import.boxes.back().text);
+    ASSERT_TRUE(import.accepted) << which << ": "
+                                 << (import.boxes.empty() ? "no box" : import.boxes.back().text);
     EXPECT_EQ(import.boxes.size(), 1U) << which;
     auto expected = RecordsPerCode(file);
     expected.erase("01");
@@ -77,10 +79,11 @@ TEST_F(Exemplo, AThousandSeedsAreAccepted) {
 }
 
 TEST_F(Exemplo, ALargeFileHoldsEveryRegimeAndBothSidesOfEveryPeriodLimit) {
-  const std::set<std::string> limits{"200006", "200007", "200012", "200101", "200112", "200201", "200212", "200301", "200307", "200308",
-                                     "200312", "200401", "200412", "200501", "200512", "200601", "200606", "200607", "200712", "200801",
-                                     "200804", "200805", "200906", "200907", "200912", "201001", "201003", "201004", "201005", "201006",
-                                     "201007", "201012", "201101", "201110", "201111", "201112", "201201", "201212", "201301"};
+  const std::set<std::string> limits{
+      "200006", "200007", "200012", "200101", "200112", "200201", "200212", "200301", "200307", "200308",
+      "200312", "200401", "200412", "200501", "200512", "200601", "200606", "200607", "200712", "200801",
+      "200804", "200805", "200906", "200907", "200912", "201001", "201003", "201004", "201005", "201006",
+      "201007", "201012", "201101", "201110", "201111", "201112", "201201", "201212", "201301"};
   for (const std::uint64_t seed : {1U, 2U, 3U}) {
     std::set<std::string> references;
     std::set<std::string> regimes;
@@ -92,7 +95,8 @@ TEST_F(Exemplo, ALargeFileHoldsEveryRegimeAndBothSidesOfEveryPeriodLimit) {
       regimes.emplace(line.substr(35, 2));
       references.emplace(line.substr(37, 6));
       under_8.insert(line[2] == '8');
-      EXPECT_TRUE(line.substr(37, 6) != "200007" || line.substr(35, 2) == "04");  // the first reference open to it
+      EXPECT_TRUE(line.substr(37, 6) != "200007" ||
+                  line.substr(35, 2) == "04");  // the first reference open to it
     }
     EXPECT_EQ(regimes, (std::set<std::string>{"01", "02", "03", "04"}));
     EXPECT_THAT(references, testing::IsSupersetOf(limits));
@@ -107,9 +111,9 @@ TEST_F(Exemplo, TheSameSeedGivesTheSameBytesEverywhere) {
 }
 
 TEST_F(Exemplo, ANumberOfRecordsIsMetExactly) {
-  for (const Options& options :
-       {Options{.registros = 1000}, Options{.registros = 10'000}, Options{.registros = 32'766},
-        Options{.declaracoes = 1, .registros = 32'766}, Options{.declaracoes = 300, .seed = 9, .registros = 20'000}}) {
+  for (const Options& options : {Options{.registros = 1000}, Options{.registros = 10'000},
+                                 Options{.registros = 32'766}, Options{.declaracoes = 1, .registros = 32'766},
+                                 Options{.declaracoes = 300, .seed = 9, .registros = 20'000}}) {
     const std::string file = Generate(options);
     EXPECT_EQ(Lines(file).size(), static_cast<std::size_t>(options.registros));
     ExpectAccepted(file, std::to_string(options.registros) + " records");
@@ -133,8 +137,8 @@ TEST_F(Exemplo, ADoubtAsksOnce) {
 }
 
 TEST_F(Exemplo, WhatNoFileCanHoldIsSaid) {
-  for (const Options& options : {Options{.declaracoes = 10'000}, Options{.registros = 100'000}, Options{.registros = 2},
-                                 Options{.declaracoes = 500, .registros = 600}}) {
+  for (const Options& options : {Options{.declaracoes = 10'000}, Options{.registros = 100'000},
+                                 Options{.registros = 2}, Options{.declaracoes = 500, .registros = 600}}) {
     EXPECT_THROW(static_cast<void>(Generate(options)), std::invalid_argument);
   }
 }

@@ -27,7 +27,8 @@ void CheckPlace(const Place& place, const FileBuilder& file) {
   EXPECT_EQ(place.width, column->width);
   if (place.line > file.Lines() || place.field == "Separadores") return;
   EXPECT_EQ(place.value,
-            file.Record(place.line).substr(static_cast<std::size_t>(place.position) - 1, static_cast<std::size_t>(place.width)));
+            file.Record(place.line)
+                .substr(static_cast<std::size_t>(place.position) - 1, static_cast<std::size_t>(place.width)));
 }
 
 // The box, the place, and the order of a refusal's end.
@@ -45,7 +46,8 @@ Place CheckRefusal(const Case& given, const FileBuilder& file, const Instance& r
   if (run.host.places.size() != 1) return {};
   const Place& place = run.host.places.front();
   CheckPlace(place, file);
-  const std::string told = "Inconsistência " + std::to_string(place.line) + " " + place.record + "." + place.field;
+  const std::string told =
+      "Inconsistência " + std::to_string(place.line) + " " + place.record + "." + place.field;
   EXPECT_THAT(Tail(run.host.log, 6), ElementsAre(told, "Caixa", "Fechar", encerrar, "Close 1", "Ponteiro 0"));
   return place;
 }
@@ -95,7 +97,9 @@ void Instance::Import(std::string_view bytes) {
   tremvik.Monitora("entrada.txt");
 }
 
-bool Instance::Succeeded() const { return !host.boxes.empty() && host.boxes.back().text == "A importação foi concluída com sucesso!"; }
+bool Instance::Succeeded() const {
+  return !host.boxes.empty() && host.boxes.back().text == "A importação foi concluída com sucesso!";
+}
 
 Place Check(const Case& given) {
   FileBuilder file(given.kinds);
@@ -157,7 +161,8 @@ void CheckTable(std::string_view name) {
       period = "; 05.Ref=" + line.substr(slash + 1, line.find(':') - slash - 1);
       line.erase(0, line.find(':') + 1);
     }
-    const Place place = Check({cells[0], edits + period, line == "ok" ? kAccepted : std::stoi(line), cells[3], cells[4]});
+    const Place place =
+        Check({cells[0], edits + period, line == "ok" ? kAccepted : std::stoi(line), cells[3], cells[4]});
     const std::string told = std::to_string(place.line) + "." + place.field;
     EXPECT_TRUE(cells[5].empty() || told == cells[5]) << told;
   }

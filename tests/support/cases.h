@@ -25,8 +25,9 @@ struct Instance {
 /// The line of an accepted file.
 inline constexpr int kAccepted = 0;
 
-/// A file and its fault. `edits` are those of FileBuilder; one with "~" in front happens between the text passes and the binary
-/// run. A fault is told on `line`, in two texts; a run-time error ("13 - ...") is one text.
+/// A file and its fault. `edits` are those of FileBuilder; one with "~" in front happens between the text
+/// passes and the binary run. A fault is told on `line`, in two texts; a run-time error ("13 - ...") is one
+/// text.
 struct Case {
   std::string_view kinds, edits;
   int line = kAccepted;
@@ -42,14 +43,14 @@ struct Row {
   std::string where;
   std::vector<std::string> cells;
 };
-/// The rows of a table. A row ends in "|", its cells are parted by " | " and filled up to `cells`; "\x0A" is a byte; a cell that
-/// is a quotation mark alone says what the last one above it said; a row with {a b c} stands for one with each of them; "#" begins a
-/// comment line.
+/// The rows of a table. A row ends in "|", its cells are parted by " | " and filled up to `cells`; "\x0A" is
+/// a byte; a cell that is a quotation mark alone says what the last one above it said; a row with {a b c}
+/// stands for one with each of them; "#" begins a comment line.
 [[nodiscard]] std::vector<Row> ReadTable(std::string_view name, std::size_t cells);
 
-/// Checks every row of a table: "kinds | edits | outcome | first | second | place |". `outcome` is "ok", the line of the refusal,
-/// or "200112/200201:3": accepted in one period, refused at line 3 in the other. `place` is where the fault really is, "2.Q07",
-/// where the texts may name another field.
+/// Checks every row of a table: "kinds | edits | outcome | first | second | place |". `outcome` is "ok", the
+/// line of the refusal, or "200112/200201:3": accepted in one period, refused at line 3 in the other. `place`
+/// is where the fault really is, "2.Q07", where the texts may name another field.
 void CheckTable(std::string_view name);
 
 /// The boxes shown, to be compared.

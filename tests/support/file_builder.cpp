@@ -21,13 +21,15 @@ constexpr std::array kLayouts{
            "ChaveInterna 32,Q07 4,Q10 4,Q20 4,Q30 4,Q31 4",
            "IE=1100424901@@; CNPJ=12345678000195; RegTrib=01; Ref=201203"},
     Layout{"07", "05", "CR 2,PrópriaOuST 1,Valor 15,Data 8", "Valor=12345; Data=201203@@"},
-    Layout{"10", "05",
-           "CR 2,CFOP 6,ValorContábil 15,BaseCálculo 15,Imposto 15,IsentasNãoTrib 15,Outras 15,ImpostoRetidoST 15,"
-           "ImpRetSubstitutoST 15,ImpRetSubstituÍdo 15,OutrosImpostos 15,Q14 4",
-           "CFOP=11@@00; ValorContábil=123456789"},
+    Layout{
+        "10", "05",
+        "CR 2,CFOP 6,ValorContábil 15,BaseCálculo 15,Imposto 15,IsentasNãoTrib 15,Outras 15,ImpostoRetidoST 15,"
+        "ImpRetSubstitutoST 15,ImpRetSubstituÍdo 15,OutrosImpostos 15,Q14 4",
+        "CFOP=11@@00; ValorContábil=123456789"},
     Layout{"14", "10", "CR 2,Conteúdo 138,Q18 4", ""},
     Layout{"18", "14", "CR 2,Conteúdo 51", ""},
-    Layout{"20", "05", "CR 2,CódSubItem 5,Valor 15,PrópriaOuST 1,FLegal 100,Ocorrência 300,Q25 4,Q26 4,Q27 4,Q28 4",
+    Layout{"20", "05",
+           "CR 2,CódSubItem 5,Valor 15,PrópriaOuST 1,FLegal 100,Ocorrência 300,Q25 4,Q26 4,Q27 4,Q28 4",
            "CódSubItem=003@@; FLegal=; Ocorrência="},
     Layout{"25", "20", "CR 2,IE 12,Valor 15", "IE=1100424901@@; Valor=100"},
     Layout{"26", "20", "CR 2,IESubstituto 12,NF 9,DataInicio 6,DataFim 6,Valor 15",
@@ -140,7 +142,8 @@ void FileBuilder::Announce() {
     const auto& [parent, code] = key;
     Set(parent, "Q" + code, std::to_string(count));
     if (code == "14") Set(parent, "CFOP", "6" + records_[parent].substr(3, 5));
-    const auto* const detail = std::ranges::find(kByDetail, std::string_view(code), [](const auto& d) { return d.first; });
+    const auto* const detail =
+        std::ranges::find(kByDetail, std::string_view(code), [](const auto& d) { return d.first; });
     if (detail == std::end(kByDetail)) continue;
     for (const std::string_view given : Split(detail->second, ';'))
       Set(parent, Cut(given, '=').first, Cut(given, '=').second);
@@ -178,7 +181,8 @@ int FileBuilder::Line(std::string_view code, int ordinal) const {
 std::string FileBuilder::Record(int line) const {
   std::string record = records_.at(static_cast<std::size_t>(line) - 1);
   if (line == Lines())
-    record.replace(record.size() - std::min(cut_, record.size()), std::string::npos, std::min(cut_, record.size()), '\0');
+    record.replace(record.size() - std::min(cut_, record.size()), std::string::npos,
+                   std::min(cut_, record.size()), '\0');
   return record;
 }
 

@@ -12,7 +12,9 @@
 
 namespace tremvik::test {
 
-inline void WriteFile(const std::filesystem::path& path, std::string_view bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+inline void WriteFile(const std::filesystem::path& path, std::string_view bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
 
 [[nodiscard]] inline std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -23,7 +25,8 @@ inline void WriteFile(const std::filesystem::path& path, std::string_view bytes)
 class ScratchFolder {
  public:
   ScratchFolder() {
-    if (mkdtemp(path_.data()) == nullptr) throw std::filesystem::filesystem_error("mkdtemp", std::error_code());
+    if (mkdtemp(path_.data()) == nullptr)
+      throw std::filesystem::filesystem_error("mkdtemp", std::error_code());
   }
   ~ScratchFolder() {
     std::error_code ignored;

@@ -7,7 +7,8 @@ namespace tremvik::test {
 namespace {
 
 Place PlaceOf(const FaultLocation& where) {
-  return {where.linha, std::string(where.registro), std::string(where.campo), where.posicao, where.largura, std::string(where.valor)};
+  return {where.linha,   std::string(where.registro), std::string(where.campo), where.posicao,
+          where.largura, std::string(where.valor)};
 }
 
 // What the component always does the same way.
@@ -82,7 +83,8 @@ struct MemoryHost::Tables final : Database, Recordset {
     Require(type == kSnapshot, "recordsets are snapshots");
     host.queries.emplace_back(sql);
     ++host.open_databases;
-    known = std::ranges::none_of(kUnknownKeys, [&](std::string_view key) { return sql.find(key) != std::string_view::npos; });
+    known = std::ranges::none_of(
+        kUnknownKeys, [&](std::string_view key) { return sql.find(key) != std::string_view::npos; });
     return *this;
   }
   long RecordCount() override { return known ? 1 : 0; }
@@ -182,8 +184,8 @@ void MemoryHost::Close(int number) {
   Step("Close");
 }
 
-std::string MemoryHost::GetSetting(std::string_view application, std::string_view section, std::string_view key,
-                                   std::string_view fallback) {
+std::string MemoryHost::GetSetting(std::string_view application, std::string_view section,
+                                   std::string_view key, std::string_view fallback) {
   Note("GetSetting ", application, " ", section, " ", key);
   Step("GetSetting");
   Require(fallback.empty(), "no fallback");

@@ -45,9 +45,10 @@ class MemoryHost : public Screen,
                    public ReferenceEngine,
                    public ComponentFactory {
  public:
-  /// Documents that are not valid, a declaration that the host holds (dotted form) and the keys, as they stand in a query, that no
-  /// reference table has. Everything else is valid, new and known.
-  static constexpr std::string_view kInvalidIE = "999999999999", kInvalidCNPJ = "99999999999999", kHeldIE = "110.042.490.177";
+  /// Documents that are not valid, a declaration that the host holds (dotted form) and the keys, as they
+  /// stand in a query, that no reference table has. Everything else is valid, new and known.
+  static constexpr std::string_view kInvalidIE = "999999999999", kInvalidCNPJ = "99999999999999",
+                                    kHeldIE = "110.042.490.177";
   static constexpr std::string_view kUnknownKeys[] = {"'9.999'", "'9.99.9'", "'999.98'"};
 
   /// The host's empty temporary database lies in `folder`, the component's.
@@ -58,16 +59,18 @@ class MemoryHost : public Screen,
   /// The host to create the component with.
   [[nodiscard]] Host host() { return {*this, *this, *this, *this, *this, *this, *this}; }
 
-  /// Makes the call `operation` fail with run-time error `number`, after `good` calls that do not: the name of a method of the
-  /// host's interfaces. Number 0 stands for an exception that is no run-time error.
-  void Fail(std::string_view operation, int number, int good = 0) { failures_[std::string(operation)] = {number, good}; }
+  /// Makes the call `operation` fail with run-time error `number`, after `good` calls that do not: the name
+  /// of a method of the host's interfaces. Number 0 stands for an exception that is no run-time error.
+  void Fail(std::string_view operation, int number, int good = 0) {
+    failures_[std::string(operation)] = {number, good};
+  }
 
   // Set beforehand.
   std::map<std::string, std::string, std::less<>> files;  ///< contents by path
-  std::string third_opening;                              ///< what each third opening reads instead: the one of the binary run
-  std::size_t most_read = SIZE_MAX;                       ///< bytes that one read delivers
-  std::vector<int> answers;                               ///< to the questions, in turn, over and over
-  bool holds_all = false;                                 ///< every declaration is held already
+  std::string third_opening;         ///< what each third opening reads instead: the one of the binary run
+  std::size_t most_read = SIZE_MAX;  ///< bytes that one read delivers
+  std::vector<int> answers;          ///< to the questions, in turn, over and over
+  bool holds_all = false;            ///< every declaration is held already
   bool keeps_log = true;
 
   // Seen.
@@ -93,7 +96,8 @@ class MemoryHost : public Screen,
   std::size_t Read(int number, char* buffer, std::size_t count) override;
   void Close(int number) override;
   std::string AppPath() override { return folder_; }
-  std::string GetSetting(std::string_view application, std::string_view section, std::string_view key, std::string_view fallback) override;
+  std::string GetSetting(std::string_view application, std::string_view section, std::string_view key,
+                         std::string_view fallback) override;
   std::string CaminhoBaseTemp() override { return caminho_base_temp_; }
   void GuardarCaminhoBaseTemp(std::string_view caminho) override { caminho_base_temp_ = caminho; }
   Database& OpenDatabase(std::string_view path) override;

@@ -29,11 +29,14 @@ class References {
 class TablesHost : public MemoryHost {
  public:
   /// `file` lies at `kInputPath`. `references` must outlive the host.
-  TablesHost(References& references, std::string_view file) : MemoryHost(references.path()), references_(references) {
+  TablesHost(References& references, std::string_view file)
+      : MemoryHost(references.path()), references_(references) {
     files[std::string(kInputPath)] = file;
   }
   Database& OpenDatabase(std::string_view path) override { return references_.engine().OpenDatabase(path); }
-  std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override { return std::make_unique<ValidadorDocumentosLocal>(); }
+  std::unique_ptr<ValidadorDocumentos> CriarValidadorDocumentos() override {
+    return std::make_unique<ValidadorDocumentosLocal>();
+  }
 
  private:
   References& references_;
