@@ -107,17 +107,19 @@ inline std::span<const Kind> ChildrenOf(Kind kind) {
   return std::span(kChildren[kind].kinds).first(kChildren[kind].count);
 }
 
+/// Places in `kKinds` by the kinds' numbers; the number of kinds where there is none.
+inline constexpr auto kPlacesByNumber = [] {
+  std::array<std::uint8_t, 100> places{};
+  places.fill(static_cast<std::uint8_t>(kKinds.size()));
+  for (const KindInfo& info : kKinds)
+    places[static_cast<std::size_t>(info.number)] = static_cast<std::uint8_t>(info.kind);
+  return places;
+}();
+
 /// The kind with that number, or null.
 constexpr const KindInfo* KindOfNumber(int number) {
-  constexpr auto kPlaces = [] {
-    std::array<std::uint8_t, 100> places{};
-    places.fill(static_cast<std::uint8_t>(kKinds.size()));
-    for (const KindInfo& info : kKinds)
-      places[static_cast<std::size_t>(info.number)] = static_cast<std::uint8_t>(info.kind);
-    return places;
-  }();
   if (number < 0 || number >= 100) return nullptr;
-  const std::size_t place = kPlaces[static_cast<std::size_t>(number)];
+  const std::size_t place = kPlacesByNumber[static_cast<std::size_t>(number)];
   return place < kKinds.size() ? &kKinds[place] : nullptr;
 }
 

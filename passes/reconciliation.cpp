@@ -1,5 +1,6 @@
 #include "passes/reconciliation.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -34,11 +35,30 @@ struct Linha {
   [[nodiscard]] std::string_view Texto(const FieldInfo& field) const {
     return Mid(texto, static_cast<std::size_t>(field.position), static_cast<std::size_t>(field.width));
   }
-  [[nodiscard]] Place Where(const FieldInfo& field) const {
-    return {numero, kind->code, field, std::string(Texto(field))};
-  }
-  [[nodiscard]] Place WhereCode() const { return Where(kind->fields.front()); }
 };
+
+// Where something was announced, or stands unannounced. It is kept of each record, so it allocates nothing.
+class Announcement {
+ public:
+  Announcement() = default;
+  Announcement(const Linha& linha, const FieldInfo& field)
+      : linha_(linha.numero), kind_(linha.kind), field_(&field) {
+    size_ = linha.Texto(field).copy(text_.data(), text_.size());
+  }
+
+  [[nodiscard]] bool made() const { return kind_ != nullptr; }
+  [[nodiscard]] Place Where() const {
+    return {linha_, kind_->code, *field_, std::string(text_.data(), size_)};
+  }
+
+ private:
+  int linha_ = 0;
+  const KindInfo* kind_ = nullptr;
+  const FieldInfo* field_ = nullptr;
+  std::array<char, 4> text_{};  // as wide as any quantity
+  std::size_t size_ = 0;
+};
+static_assert(std::ranges::all_of(kKinds, [](const KindInfo& kind) { return kind.quantity.width <= 4; }));
 
 // Records counted and announced of one kind since both were last compared; the first mismatch's place is
 // kept.
@@ -46,21 +66,17 @@ struct Totais {
   double contados = 0;
   double declarados = 0;
   bool marcado = false;
-  Place ultimo;
-  Place divergente;
+  Announcement ultimo;
+  Announcement divergente;
   std::string porque;
 
   void Declarar(const Linha& linha, const FieldInfo& quantidade) {
-    const std::string_view texto = linha.Texto(quantidade);
-    declarados += Val(texto);
-    ultimo.linha = linha.numero;
-    ultimo.registro = linha.kind->code;
-    ultimo.campo = quantidade;
-    ultimo.valor = texto;
+    declarados += Val(linha.Texto(quantidade));
+    ultimo = {linha, quantidade};
   }
   void Contar(const Linha& linha) {
     ++contados;
-    if (ultimo.linha == 0) ultimo = linha.WhereCode();  // nothing has announced it
+    if (!ultimo.made()) ultimo = {linha, linha.kind->fields.front()};  // nothing has announced it
   }
   void Reconciliar() {
     if (contados != declarados && !marcado) {
@@ -130,7 +146,7 @@ Reconciliation Contagem::Divergencias() const {
                             std::string("Quantidade de registros CR=")
                                 .append(Codigo(kStoredKinds[i]))
                                 .append(" informado diverge do apurado."),
-                            totais.divergente, totais.porque});
+                            totais.divergente.Where(), totais.porque});
   }
   return found;
 }
@@ -169,7 +185,8 @@ Reconciliation CompararTotais(TextReader& arquivo, std::int16_t& NumeroLinha) {
     contagem.Contar(linha);
     if (contagem.mestres() > 1) {
       return {Achado::kSegundoMestre,
-              {{"ARQ-04", "Informado mais de um Registro mestre CR=01", linha.WhereCode()}}};
+              {{"ARQ-04", "Informado mais de um Registro mestre CR=01",
+                Announcement(linha, linha.kind->fields.front()).Where()}}};
     }
   }
   contagem.ReconciliarTudo();
