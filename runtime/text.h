@@ -30,9 +30,9 @@ namespace tremvik {
   std::size_t end = 0;
   for (; count > 0 && end < text.size(); --count) {
     const std::size_t longest = std::min(end + 4, text.size());
-    do
+    ++end;
+    while (end < longest && kContinues(text[end]))
       ++end;
-    while (end < longest && kContinues(text[end]));
   }
   return text.substr(0, end);
 }
