@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# rewrites docs/layout.md from the record layouts
+# rewrites docs/layout.md from the record layouts and docs/regras.md from the catalogue of rules
 need "${packages_test[@]}"
 step configure-test "documentation: configure" cmake --preset test
 step layout-doc "documentation: docs/layout.md" cmake --build build/test --target layout_md
+rules_page() { python3 -B tools/rules_page.py >docs/regras.md; }
+step rules-page "documentation: docs/regras.md" rules_page
