@@ -56,7 +56,7 @@ std::size_t Distance(std::string_view one, std::string_view other) {
 // "a opção "--pata" não existe (quis dizer "--pasta"?)". A word of any length costs no more than a short one.
 std::string Unknown(std::string_view what, const std::string& word, const std::vector<std::string>& names) {
   constexpr std::size_t kLongest = 40;
-  const std::string complaint = std::string(what) + " \"" + Visible(word) + "\" não existe";
+  std::string complaint = std::string(what) + " \"" + Visible(word) + "\" não existe";
   if (names.empty() || word.size() > kLongest) return complaint;
   const auto nearest = std::ranges::min(names, {}, [&](const auto& name) { return Distance(word, name); });
   if (Distance(word, nearest) > (word.size() + 2) / 3) return complaint;

@@ -19,7 +19,7 @@ class JsonLines::Line {
   Json& operator[](const char* key) { return json_[key]; }
   void Write() {
     for (const std::string_view piece :
-         {std::string_view("{\"tipo\":\""), tipo_, std::string_view("\",\"arquivo\":"),
+         {std::string_view(R"({"tipo":")"), tipo_, std::string_view(R"(","arquivo":)"),
           std::string_view(lines_.arquivo_), std::string_view(",")})
       lines_.out_.Write(piece);
     lines_.out_.Write(std::string_view(JsonText(json_)).substr(1));

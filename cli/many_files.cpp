@@ -138,6 +138,18 @@ std::string Summary(const Queue& queue) {
   return summary + ".\n";
 }
 
+// Runs `work` on this thread and on up to `workers` - 1 others; those that can be had do it.
+template <typename Work>
+void RunOnThreads(unsigned workers, const Work& work) {
+  std::vector<std::jthread> threads;
+  try {
+    for (unsigned i = 1; i < workers; ++i)
+      threads.emplace_back(work);
+  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): those that started do it
+  }
+  work();
+}
+
 }  // namespace
 
 ExitStatus ValidateMany(FileNames& names, const RunOptions& options, const Terminal& terminal,
@@ -145,15 +157,7 @@ ExitStatus ValidateMany(FileNames& names, const RunOptions& options, const Termi
   WatchForInterruption();
   Queue queue(names, std::size_t{workers} * 16, out, err);
   std::mutex making;
-  {
-    std::vector<std::jthread> threads;
-    try {
-      for (unsigned i = 1; i < workers; ++i)
-        threads.emplace_back([&] { Work(queue, options, terminal, making); });
-    } catch (const std::system_error&) {  // no more threads to be had: those that started do it
-    }
-    Work(queue, options, terminal, making);
-  }
+  RunOnThreads(workers, [&] { Work(queue, options, terminal, making); });
   if (queue.failure()) std::rethrow_exception(queue.failure());
   if (!options.json && queue.Total() > 0) out.Write(Summary(queue));
   const std::string problem =
