@@ -18,9 +18,12 @@ std::atomic<bool> g_interrupted = false;
 std::array<int, 2> g_pipe{-1, -1};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
+constexpr unsigned kGrace = 3;  // seconds
+
 void Interrupt(int /*signal*/) {
   const int error = errno;
   g_interrupted = true;
+  alarm(kGrace);  // a write that nobody reads, a file that does not come: what still waits then is ended
   [[maybe_unused]] const ssize_t written = write(g_pipe[1], "", 1);
   errno = error;
 }

@@ -3,8 +3,8 @@
 
 namespace tremvik::cli {
 
-/// From now on the first Ctrl-C (or SIGTERM, SIGHUP) only lets `Interrupted` say so, and the second ends the
-/// program at once. A signal that is ignored stays so.
+/// From now on the first Ctrl-C (or SIGTERM, SIGHUP) lets `Interrupted` say so and leaves three seconds to
+/// end in good order; the second ends the program at once. A signal that is ignored stays so.
 void WatchForInterruption();
 
 [[nodiscard]] bool Interrupted();

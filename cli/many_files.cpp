@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <exception>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -129,6 +130,18 @@ void Work(Queue& queue, const RunOptions& options, const Terminal& terminal, std
   }
 }
 
+// As many threads as can be had, `wanted` at most: those that start do the work of all.
+std::vector<std::jthread> Start(unsigned wanted, const std::function<void()>& work) {
+  std::vector<std::jthread> threads;
+  try {
+    while (threads.size() < wanted)
+      threads.emplace_back(work);
+  } catch (const std::system_error&) {
+    return threads;
+  }
+  return threads;
+}
+
 std::string Summary(const Queue& queue) {
   std::string summary = Count(queue.Total(), "arquivo", "arquivos") + ": " +
                         Count(queue.Of(ExitStatus::kAccepted), "aceito", "aceitos") + ", " +
@@ -157,7 +170,11 @@ ExitStatus ValidateMany(FileNames& names, const RunOptions& options, const Termi
   WatchForInterruption();
   Queue queue(names, std::size_t{workers} * 16, out, err);
   std::mutex making;
-  RunOnThreads(workers, [&] { Work(queue, options, terminal, making); });
+  const auto work = [&] { Work(queue, options, terminal, making); };
+  {
+    const auto threads = Start(workers - 1, work);
+    work();
+  }
   if (queue.failure()) std::rethrow_exception(queue.failure());
   if (!options.json && queue.Total() > 0) out.Write(Summary(queue));
   const std::string problem =

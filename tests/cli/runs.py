@@ -155,6 +155,11 @@ class ManyFiles(Story):
                 process.send_signal(number)
                 self.assertEqual(process.wait(timeout=20), 2)
                 self.assertIn("interrompido", process.stderr.read().decode())
+        with subprocess.Popen(self.command(["validar", *[ACCEPTED] * 9, "--json"]), env=self.environment,
+                              stdout=subprocess.PIPE) as process:  # nobody reads what fills the pipe
+            self.assertEqual(process.stdout.read(1), b"{")
+            process.send_signal(signal.SIGINT)
+            self.assertNotEqual(process.wait(timeout=20), 0)
 
     def test_the_worst_file_gives_the_status(self):
         run = self.run_piped("validar", ACCEPTED, "nada.txt", SAMPLES / "recusado-soma.txt")
