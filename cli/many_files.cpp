@@ -151,18 +151,6 @@ std::string Summary(const Queue& queue) {
   return summary + ".\n";
 }
 
-// Runs `work` on this thread and on up to `workers` - 1 others; those that can be had do it.
-template <typename Work>
-void RunOnThreads(unsigned workers, const Work& work) {
-  std::vector<std::jthread> threads;
-  try {
-    for (unsigned i = 1; i < workers; ++i)
-      threads.emplace_back(work);
-  } catch (const std::system_error&) {  // NOLINT(bugprone-empty-catch): those that started do it
-  }
-  work();
-}
-
 }  // namespace
 
 ExitStatus ValidateMany(FileNames& names, const RunOptions& options, const Terminal& terminal,

@@ -29,7 +29,7 @@ LateBound MakeEngine() {
 long DaoRecordset::RecordCount() { return object_.Get<std::int32_t>(L"RecordCount"); }
 
 std::string_view DaoRecordset::Field(std::string_view name) {
-  LateBound field = object_.Get<LateBound>(L"Fields").Get<LateBound>(L"Item", name);
+  auto field = object_.Get<LateBound>(L"Fields").Get<LateBound>(L"Item", name);
   return texts_.emplace_back(field.Get<std::string>(L"Value"));
 }
 

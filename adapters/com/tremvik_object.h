@@ -64,12 +64,18 @@ class TremvikObject final : public _Tremvik,
 
  private:
   // Ends a run, however it ends.
-  struct Ending {
-    TremvikObject& object;
+  class Ending {
+   public:
+    explicit Ending(TremvikObject& object) : object_(object) {}
     ~Ending() {
-      object.files_.LetGo();
-      object.running_ = false;
+      object_.files_.LetGo();
+      object_.running_ = false;
     }
+    Ending(const Ending&) = delete;
+    Ending& operator=(const Ending&) = delete;
+
+   private:
+    TremvikObject& object_;
   };
 
   ~TremvikObject() = default;

@@ -180,9 +180,10 @@ int FileBuilder::Line(std::string_view code, int ordinal) const {
 
 std::string FileBuilder::Record(int line) const {
   std::string record = records_.at(static_cast<std::size_t>(line) - 1);
-  if (line == Lines())
+  if (line == Lines()) {
     record.replace(record.size() - std::min(cut_, record.size()), std::string::npos,
                    std::min(cut_, record.size()), '\0');
+  }
   return record;
 }
 
