@@ -47,6 +47,9 @@ struct Usage {
 class WithoutScreen : public Process {
  public:
   static inline int refused = 0;
+  WithoutScreen() = default;
+  WithoutScreen(const WithoutScreen&) = delete;
+  WithoutScreen& operator=(const WithoutScreen&) = delete;
 
  protected:
   ~WithoutScreen() override { UnhookWindowsHookEx(hook_); }
@@ -74,6 +77,7 @@ class WithoutScreen : public Process {
   static LRESULT CALLBACK Refuse(int code, WPARAM window, LPARAM made) {
     if (code != HCBT_CREATEWND) return CallNextHookEx(nullptr, code, window, made);
     const auto* const create = reinterpret_cast<CBT_CREATEWNDW*>(made)->lpcs;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the class of dialogs is named by a number
     const bool box = create->lpszClass == MAKEINTRESOURCEW(32770);
     refused += box ? 1 : 0;
     return box ? 1 : 0;

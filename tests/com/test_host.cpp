@@ -2,6 +2,7 @@
 // names of members alone; calls and message boxes go to the journal, a JSON object a line.
 #include <array>
 #include <atomic>
+#include <bit>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -250,12 +251,13 @@ class HostObject final : public IDispatch {
       given.push_back(com::As<std::string>(value));
       list += (list.empty() ? "" : ",") + Quoted(given.back());
     }
-    if (member != "Begin" && member != "Stop")  // these stand between two runs
+    if (member != "Begin" && member != "Stop") {  // these stand between two runs
       Journal::Of().Write({{"tipo", "\"chamada\""},
                            {"objeto", Quoted(name_)},
                            {"membro", Quoted(member)},
                            {"atribui", flags == DISPATCH_PROPERTYPUT ? "true" : "false"},
                            {"argumentos", "[" + list + "]"}});
+    }
     const std::string fault = Journal::Of().Current().fault;
     if (fault == member + " idle") return {};
     if (fault == member + " wordless") throw RuntimeError(0, "");
@@ -269,7 +271,7 @@ class HostObject final : public IDispatch {
   static HRESULT Raise(const RuntimeError& error, EXCEPINFO& exception) {
     const bool engine = error.number() >= 3000;
     exception = {};
-    if (engine) exception.scode = static_cast<SCODE>(0x800A0000U + static_cast<unsigned>(error.number()));
+    if (engine) exception.scode = std::bit_cast<SCODE>(0x800A0000U + static_cast<unsigned>(error.number()));
     if (!engine) exception.wCode = static_cast<WORD>(error.number());
     if (!error.description().empty()) exception.bstrDescription = com::Bstr(error.description()).Detach();
     return DISP_E_EXCEPTION;
