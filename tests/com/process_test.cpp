@@ -76,9 +76,9 @@ class WithoutScreen : public Process {
  private:
   static LRESULT CALLBACK Refuse(int code, WPARAM window, LPARAM made) {
     if (code != HCBT_CREATEWND) return CallNextHookEx(nullptr, code, window, made);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a hook is handed the pointer as a number
     const auto* const create = reinterpret_cast<CBT_CREATEWNDW*>(made)->lpcs;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the class of dialogs is named by a number
-    const bool box = create->lpszClass == MAKEINTRESOURCEW(32770);
+    const bool box = reinterpret_cast<std::uintptr_t>(create->lpszClass) == 32770;  // the class of dialogs
     refused += box ? 1 : 0;
     return box ? 1 : 0;
   }
