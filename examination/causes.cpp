@@ -172,7 +172,10 @@ std::optional<Cause> FindCause(std::string_view bytes) {
   if (auto cause = ByteOrderMark(bytes)) return cause;
   if (auto cause = Utf16(bytes)) return cause;
   if (auto cause = OtherKindOfFile(bytes)) return cause;
-  const std::vector<Line> lines = SplitLines(bytes, bytes.size());
+  const std::vector<Line> lines = SplitLines(bytes, kMostLines);
+  const bool whole = lines.back().content.data() + lines.back().content.size() + lines.back().end.size() ==
+                     bytes.data() + bytes.size();
+  if (!whole) return {};  // too long to be mended, whatever else it is
   if (auto cause = Leftovers(bytes, lines)) return cause;
   if (auto cause = Utf8Text(bytes, lines)) return cause;
   return LineEnds(lines);

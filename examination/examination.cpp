@@ -17,8 +17,6 @@
 namespace tremvik {
 namespace {
 
-constexpr std::size_t kMostLines = 40000;  // a file of more than 32,766 is never accepted
-
 bool IsOfKind(const Line& line, Kind kind) { return KindOf(line.content) == &InfoOf(kind); }
 
 // Where each declaration begins in the lines, then where the last one ends.

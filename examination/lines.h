@@ -17,6 +17,9 @@ struct Line {
   std::string_view behind;  ///< of the next line, at most one byte
 };
 
+/// Lines that are looked at: a file of more than 32,766 records is never accepted.
+inline constexpr std::size_t kMostLines = 40000;
+
 /// Splits `bytes` into at most `most` lines; what is left over is not looked at.
 [[nodiscard]] std::vector<Line> SplitLines(std::string_view bytes, std::size_t most);
 

@@ -213,7 +213,8 @@ Mended MendRule(Workpiece& work, std::size_t at, std::size_t last, const Finding
 }
 
 std::string SoundMaster(std::size_t headers) {
-  return "010120000101000000" + std::string("00000210") + Padded(std::to_string(headers), 4);
+  constexpr std::size_t kMostDeclarations = 9999;  // what Q05 can announce
+  return "01012000010100000000000210" + Padded(std::to_string(std::min(headers, kMostDeclarations)), 4);
 }
 
 void MendMaster(Piece& master, const FieldInfo& field, std::size_t headers) {

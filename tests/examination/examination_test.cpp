@@ -219,6 +219,11 @@ TEST_F(ExaminationTest, QuestionsAndTheLimitAreToldAsSuch) {
   EXPECT_EQ(limited.inconsistencias.size(), 7U);
   EXPECT_TRUE(limited.limitado);
   EXPECT_EQ(limited.naoExaminado.back().ate, static_cast<int>(lines.size()));
+
+  std::string headers = "01\r\n";  // more than Q05 can announce
+  for (int i = 0; i < 10'000; ++i)
+    headers += "05\r\n";
+  EXPECT_TRUE(Examined(headers, {.limite = 3}).limitado);
 }
 
 }  // namespace
