@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "cli/text.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 namespace {
@@ -56,7 +56,7 @@ std::size_t Distance(std::string_view one, std::string_view other) {
 // "a opção "--pata" não existe (quis dizer "--pasta"?)". A word of any length costs no more than a short one.
 std::string Unknown(std::string_view what, const std::string& word, const std::vector<std::string>& names) {
   constexpr std::size_t kLongest = 40;
-  std::string complaint = std::string(what) + " \"" + Visible(word) + "\" não existe";
+  std::string complaint = std::string(what) + " \"" + text::Visible(word) + "\" não existe";
   if (names.empty() || word.size() > kLongest) return complaint;
   const auto nearest = std::ranges::min(names, {}, [&](const auto& name) { return Distance(word, name); });
   if (Distance(word, nearest) > (word.size() + 2) / 3) return complaint;
@@ -73,7 +73,7 @@ std::string UnknownVerb(const CLI::App& app, const std::string& word) {
 std::string ComplaintAbout(const std::string& option, const CLI::App& app, const CLI::App& verb) {
   if (FindOption(verb, option) != nullptr) return {};
   if (FindOption(app, option) != nullptr)
-    return "a opção \"" + Visible(option) + "\" não serve para " + verb.get_name();
+    return "a opção \"" + text::Visible(option) + "\" não serve para " + verb.get_name();
   std::vector<std::string> names;
   AddOptionNames(verb, names);
   return Unknown("a opção", option, names);

@@ -12,7 +12,7 @@
 #include "adapters/sqlite/declaration_store.h"
 #include "cli/arguments.h"
 #include "cli/portuguese_help.h"
-#include "cli/text.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 namespace {
@@ -35,8 +35,8 @@ CLI::Option* AddNumber(CLI::App& verb, const std::string& name, T& target, T lea
   const auto set = [&target, least, greatest](const std::string& text) -> std::string {
     const auto number = Number<T>(text);
     if (!number || *number < least || *number > greatest) {
-      return "o valor \"" + Visible(text) + "\" não é um número inteiro de " + std::to_string(least) + " a " +
-             std::to_string(greatest);
+      return "o valor \"" + text::Visible(text) + "\" não é um número inteiro de " + std::to_string(least) +
+             " a " + std::to_string(greatest);
     }
     target = *number;
     return {};
@@ -115,7 +115,7 @@ void Parser::AddFolder(CLI::App& verb) {
 void Parser::AddAnswers(CLI::App& verb) {
   const auto set = [this](const std::string& text) -> std::string {
     if (text != "sim" && text != "nao" && text != "não")
-      return "o valor é sim ou nao, e não \"" + Visible(text) + "\"";
+      return "o valor é sim ou nao, e não \"" + text::Visible(text) + "\"";
     request_.responder = text == "sim" ? Answers::kYes : Answers::kNo;
     return {};
   };
@@ -257,10 +257,11 @@ std::string Parser::ComplaintOfListar() {
   request_.ie = NormalizarIE(ie);
   request_.referencia = NormalizarReferencia(referencia);
   if (!ie.empty() && request_.ie.empty()) {
-    return "\"" + Visible(ie) + "\" não é uma inscrição estadual: são doze algarismos, com ou sem pontos";
+    return "\"" + text::Visible(ie) +
+           "\" não é uma inscrição estadual: são doze algarismos, com ou sem pontos";
   }
   if (!referencia.empty() && request_.referencia.empty()) {
-    return "\"" + Visible(referencia) + "\" não é uma referência: use AAAAMM, AAAA-MM ou MM/AAAA";
+    return "\"" + text::Visible(referencia) + "\" não é uma referência: use AAAAMM, AAAA-MM ou MM/AAAA";
   }
   return {};
 }
@@ -270,7 +271,7 @@ std::string Parser::Complaint(const CLI::App& chosen) {
   if (&chosen == &app_) return "falta o verbo: importar, validar, listar, exemplo ou tabelas";
   if (&chosen == tabelas_) return "falta dizer o que fazer com as tabelas: construir ou verificar";
   for (const std::string& extra : chosen.remaining()) {
-    if (extra != "--") return "o argumento \"" + Visible(extra) + "\" sobra";
+    if (extra != "--") return "o argumento \"" + text::Visible(extra) + "\" sobra";
   }
   request_.verb = std::ranges::find(verbs_, &chosen, &Choice::first)->second;
   const CLI::Option* folder = chosen.get_option_no_throw("--pasta");

@@ -16,8 +16,8 @@
 #include "cli/importer.h"
 #include "cli/listing.h"
 #include "cli/many_files.h"
-#include "cli/text.h"
 #include "runtime/text.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 namespace {
@@ -74,7 +74,7 @@ ExitStatus WriteSample(const Request& request, Output& out, Output& err) {
     return ExitStatus::kAccepted;
   }
   if (const std::string reason = ReasonToKeep(request); !reason.empty()) {
-    err.Write(fmt::format("tremvik: {} {}\n", InQuotes(request.saida), reason));
+    err.Write(fmt::format("tremvik: {} {}\n", text::InQuotes(request.saida), reason));
     return ExitStatus::kEnvironment;
   }
   const int descriptor = open(request.saida.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
@@ -87,7 +87,7 @@ ExitStatus WriteSample(const Request& request, Output& out, Output& err) {
     if (close(descriptor) != 0 && error == 0) error = errno;
   }
   if (error == 0) return ExitStatus::kAccepted;
-  err.Write("tremvik: não foi possível escrever em \"" + Visible(request.saida) + "\" (" +
+  err.Write("tremvik: não foi possível escrever em \"" + text::Visible(request.saida) + "\" (" +
             SystemError(error) +
             "). Confira a pasta e as permissões, ou escolha outro arquivo com --saida.\n");
   return ExitStatus::kEnvironment;
@@ -95,15 +95,15 @@ ExitStatus WriteSample(const Request& request, Output& out, Output& err) {
 
 void WriteProblems(const std::vector<std::string>& problems, Output& out) {
   for (const auto& problem : problems)
-    out.Write(Visible(problem) + "\n");
-  out.Write(Count(problems.size(), "problema", "problemas") + ".\n");
+    out.Write(text::Visible(problem) + "\n");
+  out.Write(text::Count(problems.size(), "problema", "problemas") + ".\n");
 }
 
 ExitStatus BuildTables(const Request& request, Output& out, Output& err) {
   const std::string& file = request.arquivos.front();
   std::error_code ignored;
   if (!request.dados.empty() && !std::filesystem::is_directory(request.dados, ignored)) {
-    err.Write("tremvik: a pasta \"" + Visible(request.dados) +
+    err.Write("tremvik: a pasta \"" + text::Visible(request.dados) +
               "\" não existe ou não pode ser lida. Confira --dados.\n");
     return ExitStatus::kEnvironment;
   }
@@ -111,17 +111,17 @@ ExitStatus BuildTables(const Request& request, Output& out, Output& err) {
     ConstruirTabelasPadrao(file);
   } else if (const auto problems = ConstruirTabelas(request.dados, file); !problems.empty()) {
     WriteProblems(problems, out);
-    out.Write("Nada foi escrito em \"" + Visible(file) + "\".\n");
+    out.Write("Nada foi escrito em \"" + text::Visible(file) + "\".\n");
     return ExitStatus::kRefused;
   }
-  out.Write("Tabelas construídas em \"" + Visible(file) + "\".\n");
+  out.Write("Tabelas construídas em \"" + text::Visible(file) + "\".\n");
   return ExitStatus::kAccepted;
 }
 
 ExitStatus CheckTables(const Request& request, Output& out) {
   const auto problems = VerificarTabelas(request.arquivos.front());
   if (problems.empty()) {
-    out.Write("As tabelas de \"" + Visible(request.arquivos.front()) + "\" estão completas.\n");
+    out.Write("As tabelas de \"" + text::Visible(request.arquivos.front()) + "\" estão completas.\n");
     return ExitStatus::kAccepted;
   }
   WriteProblems(problems, out);
@@ -152,7 +152,7 @@ std::string Sentence(const RuntimeError& error, const Request& request) {
   const bool tables = request.verb == Verb::kConstruirTabelas || request.verb == Verb::kVerificarTabelas;
   if (request.verb == Verb::kListar) return Remedy(error, request.pasta, Database::kStore);
   if (!tables) return Remedy(error, request.pasta);
-  const std::string name = InQuotes(request.arquivos.front());
+  const std::string name = text::InQuotes(request.arquivos.front());
   if (request.verb == Verb::kVerificarTabelas) {
     return fmt::format(
         "não foi possível ler as tabelas de {}{}. Confira o nome, ou construa-as com "

@@ -9,8 +9,9 @@
 #include <utility>
 
 #include "cli/message_box.h"
-#include "cli/text.h"
 #include "runtime/text.h"
+#include "text/readable.h"
+#include "text/style.h"
 
 namespace tremvik::cli {
 namespace {
@@ -73,7 +74,7 @@ void ProgressBar::Draw(int percent, std::string_view step) {
   std::string bar;
   for (int i = 0; i < kCells; ++i)
     bar += i < percent * kCells / 100 ? "█" : "░";
-  WriteToStandardError(std::string(kClearLine) + Styled(bar, Style::kGood, colour_) + " " +
+  WriteToStandardError(std::string(kClearLine) + text::Styled(bar, text::Style::kGood, colour_) + " " +
                        std::to_string(percent) + "% " + std::string(step));
   drawn_ = percent;
   step_ = step;
@@ -125,7 +126,7 @@ int Console::Ask() {
   const std::string_view reason =
       options_.many ? "com vários arquivos nada é perguntado" : "não há terminal para perguntar";
   err_.Write(fmt::format("tremvik: {}: {}, e a resposta foi Não; --responder sim responde Sim.\n",
-                         Visible(path_), reason));
+                         text::Visible(path_), reason));
   return given(resposta::kNao, options_.many ? "vários arquivos" : "sem terminal");
 }
 

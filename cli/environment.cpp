@@ -13,7 +13,7 @@
 #include "adapters/sqlite/declaration_store.h"
 #include "adapters/sqlite/reference_tables.h"
 #include "cli/terminal.h"
-#include "cli/text.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 
@@ -51,7 +51,7 @@ ExitStatus MeaningOf(int error) {
 }
 
 std::string ProblemOfFile(const std::string& path) {
-  const std::string name = InQuotes(path);
+  const std::string name = text::InQuotes(path);
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
     if (errno == ENOENT) return fmt::format("o arquivo {} não existe. Confira o nome e a pasta.", name);
@@ -76,25 +76,25 @@ std::string ProblemOfFolder(const std::string& path) {
   struct stat status {};
   const int error = stat(path.c_str(), &status) == 0 ? 0 : errno;
   if (error == 0 && S_ISDIR(status.st_mode)) return {};
-  if (error == 0) return fmt::format("{} não é uma pasta. Escolha outra com --pasta.", InQuotes(path));
+  if (error == 0) return fmt::format("{} não é uma pasta. Escolha outra com --pasta.", text::InQuotes(path));
   std::error_code code;
   if (!path.starts_with('/') && std::filesystem::current_path(code).empty()) {
     return fmt::format("a pasta de trabalho não existe mais, e {} ficaria nela. Vá para outra pasta com cd.",
-                       InQuotes(path));
+                       text::InQuotes(path));
   }
   if (error == ENOENT || error == ENOTDIR) return {};  // who needs it makes it or says that it cannot be made
-  return fmt::format("não foi possível usar a pasta {} ({}). Escolha outra com --pasta.", InQuotes(path),
-                     SystemError(error));
+  return fmt::format("não foi possível usar a pasta {} ({}). Escolha outra com --pasta.",
+                     text::InQuotes(path), SystemError(error));
 }
 
 std::string InWords(const RuntimeError& error) {
   std::string_view words = error.description();
   if (words.ends_with('.')) words.remove_suffix(1);
-  return fmt::format(" (erro {}: {})", error.number(), Visible(words));
+  return fmt::format(" (erro {}: {})", error.number(), text::Visible(words));
 }
 
 std::string Remedy(const RuntimeError& error, const std::string& folder, Database database) {
-  const std::string name = InQuotes(folder);
+  const std::string name = text::InQuotes(folder);
   const std::string what = InWords(error);
   switch (error.number()) {
     case erro::kArgumentoInvalido:

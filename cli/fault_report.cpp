@@ -9,10 +9,10 @@
 #include <optional>
 
 #include "cli/faulty_line.h"
-#include "cli/terminal.h"
-#include "cli/text.h"
 #include "layout/kinds.h"
 #include "runtime/text.h"
+#include "text/readable.h"
+#include "text/style.h"
 
 namespace tremvik::cli {
 namespace {
@@ -39,14 +39,14 @@ std::string InWords(const Columns& columns) {
 
 std::string InWords(const Fault& fault) {
   std::string words = "linha " + std::to_string(fault.linha);
-  if (!fault.registro.empty()) words += ", registro " + Visible(Utf8(fault.registro));
+  if (!fault.registro.empty()) words += ", registro " + text::Visible(Utf8(fault.registro));
   if (fault.MarksLength()) {
     words += ", tamanho";
   } else if (!fault.campo.empty()) {
     words += ", campo " + fault.campo;
   }
   if (fault.posicao > 0) words += ", " + InWords(ColumnsOf(fault));
-  if (!fault.valor.empty()) words += ", valor " + Quoted(fault.valor, kLongestValue);
+  if (!fault.valor.empty()) words += ", valor " + text::Quoted(fault.valor, kLongestValue);
   return words;
 }
 
@@ -93,12 +93,12 @@ std::string LineCells(std::string_view bytes, std::int64_t first, const Columns&
   std::string marked;
   for (std::int64_t column = first; const char byte : bytes) {
     const bool in_field = column >= field.first && column <= field.last;
-    (in_field ? marked : cells) += ByteCell(byte);
-    if (column == field.last) cells += Styled(marked, Style::kFault, colour);
+    (in_field ? marked : cells) += text::ByteCell(byte);
+    if (column == field.last) cells += text::Styled(marked, text::Style::kFault, colour);
     if (column == field.last) marked.clear();
     ++column;
   }
-  return cells + Styled(marked, Style::kFault, colour);
+  return cells + text::Styled(marked, text::Style::kFault, colour);
 }
 
 std::string Carets(const Window& window, const Columns& field) {
@@ -177,13 +177,14 @@ std::string Surplus(const Fault& fault, const std::string& path) {
 std::string RenderFault(const Fault& fault, const std::string& path, std::string_view message,
                         const ReportLook& look) {
   const auto gutter = [&](std::string_view number) {
-    return Styled(Padded(number, kNumberWidth, true).append(kBar), Style::kDim, look.colour);
+    return text::Styled(text::Padded(number, kNumberWidth, true).append(kBar), text::Style::kDim,
+                        look.colour);
   };
-  std::string out = Styled(InWords(fault), Style::kBold, look.colour) + "\nregra " + fault.regra;
+  std::string out = text::Styled(InWords(fault), text::Style::kBold, look.colour) + "\nregra " + fault.regra;
   if (!fault.porque.empty()) out += ": " + fault.porque;
   out += "\n";
   const Columns field = ColumnsOf(fault);
-  const auto room = static_cast<std::int64_t>(look.width - kNumberWidth - Cells(kBar));
+  const auto room = static_cast<std::int64_t>(look.width - kNumberWidth - text::Cells(kBar));
   const auto line = FindLine(path, fault.linha, std::max<std::int64_t>(field.first, 1) + 2 * room);
   if (!line) return out + "O arquivo termina antes da linha " + std::to_string(fault.linha) + ".\n";
 
@@ -193,12 +194,18 @@ std::string RenderFault(const Fault& fault, const std::string& path, std::string
   const std::string bytes = ReadBytes(path, line->offset + window.first - 1, end - window.first + 1);
 
   const std::string_view blank = window.cut_before ? " " : "";
-  out.append(gutter("")).append(blank).append(Styled(Ruler(window), Style::kDim, look.colour)).append("\n");
+  out.append(gutter(""))
+      .append(blank)
+      .append(text::Styled(Ruler(window), text::Style::kDim, look.colour))
+      .append("\n");
   out.append(gutter(std::to_string(fault.linha))).append(window.cut_before ? "…" : "");
   out.append(LineCells(bytes, window.first, field, look.colour)).append(window.cut_after ? "…\n" : "\n");
   const std::string carets = Carets(window, field);
   if (!carets.empty()) {
-    out.append(gutter("")).append(blank).append(Styled(carets, Style::kFault, look.colour)).append("\n");
+    out.append(gutter(""))
+        .append(blank)
+        .append(text::Styled(carets, text::Style::kFault, look.colour))
+        .append("\n");
   }
   return out + Notes(fault, message);
 }

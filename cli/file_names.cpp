@@ -8,7 +8,7 @@
 
 #include "cli/interruption.h"
 #include "cli/terminal.h"
-#include "cli/text.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 namespace {
@@ -56,7 +56,7 @@ std::optional<std::string> FileNames::Checked(std::string name) {
   named_ = true;
   if (name.size() > kLongestName) {
     problem_ = "um nome da lista na entrada padrão é longo demais para ser de um arquivo (mais de " +
-               Count(kLongestName, "byte", "bytes") + "). Confira o comando que a escreve.";
+               text::Count(kLongestName, "byte", "bytes") + "). Confira o comando que a escreve.";
   } else if (name.find('\0') != std::string::npos) {
     problem_ = "os nomes na entrada padrão são separados por NUL. Diga isso com -0 (--nulo).";
   }

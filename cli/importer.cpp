@@ -8,8 +8,8 @@
 #include "adapters/trace/tracing_host.h"
 #include "cli/faulty_line.h"
 #include "cli/json_lines.h"
-#include "cli/text.h"
 #include "component/tremvik.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 namespace {
@@ -18,7 +18,7 @@ constexpr int kMostRecords = 32'766;  // `NroLinha` is a 16-bit number and count
 
 std::string TooManyRecords(const std::string& path) {
   return fmt::format("{} tem mais de {}, o limite de um arquivo. Divida-o em arquivos menores.",
-                     InQuotes(path), Count(kMostRecords, "registro", "registros"));
+                     text::InQuotes(path), text::Count(kMostRecords, "registro", "registros"));
 }
 
 Console::Options ConsoleOptions(const RunOptions& options, const Terminal& terminal) {
@@ -141,19 +141,19 @@ void Importer::Complain(const Report& report) {
 
 void Importer::Summarize(const std::string& path, const Report& report) {
   const std::string counts =
-      Count(static_cast<std::uint64_t>(report.declaracoes), "declaração", "declarações") + ", " +
-      Count(static_cast<std::uint64_t>(report.registros), "registro", "registros");
+      text::Count(static_cast<std::uint64_t>(report.declaracoes), "declaração", "declarações") + ", " +
+      text::Count(static_cast<std::uint64_t>(report.registros), "registro", "registros");
   const bool accepted = report.status == ExitStatus::kAccepted;
   Complain(report);
   if (options_.many) {
     const std::string messages = messages_.Take();
     const std::string refused = report.status == ExitStatus::kRefused ? ": recusado\n" : ": não validado\n";
-    out_.Write(Visible(path) + (accepted ? ": aceito (" + counts + ")\n" : refused));
+    out_.Write(text::Visible(path) + (accepted ? ": aceito (" + counts + ")\n" : refused));
     out_.Write(messages.empty() ? messages : messages + "\n");
   } else if (!accepted) {
     if (options_.modo == Modo::kImportar) out_.Write("Nada foi guardado.\n");
   } else if (options_.modo == Modo::kImportar) {
-    out_.Write(fmt::format("Guardado em {}: {}.\n", InQuotes(options_.pasta), counts));
+    out_.Write(fmt::format("Guardado em {}: {}.\n", text::InQuotes(options_.pasta), counts));
   } else {
     out_.Write(fmt::format("Arquivo aceito: {}. Nada foi guardado.\n", counts));
   }

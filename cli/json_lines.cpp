@@ -3,10 +3,10 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
-#include "cli/json_text.h"
-#include "cli/text.h"
 #include "host/screen.h"
 #include "runtime/text.h"
+#include "text/json_text.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 
@@ -22,7 +22,7 @@ class JsonLines::Line {
          {std::string_view(R"({"tipo":")"), tipo_, std::string_view(R"(","arquivo":)"),
           std::string_view(lines_.arquivo_), std::string_view(",")})
       lines_.out_.Write(piece);
-    lines_.out_.Write(std::string_view(JsonText(json_)).substr(1));
+    lines_.out_.Write(std::string_view(text::JsonText(json_)).substr(1));
     lines_.out_.Write("\n");
   }
 
@@ -33,7 +33,7 @@ class JsonLines::Line {
 };
 
 JsonLines::JsonLines(Output& out, const std::string& path)
-    : out_(out), path_(path), arquivo_(JsonText(path)) {}
+    : out_(out), path_(path), arquivo_(text::JsonText(path)) {}
 
 void JsonLines::Mensagem(const TracedMessage& mensagem) {
   if (question_ && mensagem.resposta == resposta::kNao) WriteFault(*question_);

@@ -9,9 +9,10 @@
 #include <variant>
 
 #include "adapters/sqlite/declaration_store.h"
-#include "cli/json_text.h"
-#include "cli/text.h"
-#include "cli/text_table.h"
+#include "text/json_text.h"
+#include "text/readable.h"
+#include "text/style.h"
+#include "text/table.h"
 
 namespace tremvik::cli {
 namespace {
@@ -64,13 +65,13 @@ void WriteDeclarationsAsJson(const std::vector<DeclaracaoGuardada>& declaracoes,
     for (std::size_t i = 0; i < kStoredKinds.size(); ++i) {
       registros[std::string(Codigo(kStoredKinds[i]))] = declaracao.registros[i];
     }
-    out.Write(JsonText(json) + "\n");
+    out.Write(text::JsonText(json) + "\n");
   }
 }
 
 void WriteDeclarations(const std::vector<DeclaracaoGuardada>& declaracoes, const Terminal& terminal,
                        Output& out) {
-  TextTable table{
+  text::TextTable table{
       {{"IE"}, {"Referência"}, {"Regime"}, {"Registros", true}, {"Importada em"}, {"Por tipo (CR)"}}, {}};
   for (const auto& declaracao : declaracoes) {
     const int total = std::accumulate(declaracao.registros.begin(), declaracao.registros.end(), 0);
@@ -80,7 +81,7 @@ void WriteDeclarations(const std::vector<DeclaracaoGuardada>& declaracoes, const
   }
   // The last column may run over the edge; turning the whole list by it would hide the overview.
   out.Write(table.Render(static_cast<std::size_t>(-1), terminal.colour));
-  out.Write("\n" + Count(declaracoes.size(), "declaração", "declarações") + ".\n");
+  out.Write("\n" + text::Count(declaracoes.size(), "declaração", "declarações") + ".\n");
 }
 
 Json ValueOf(const Celula& celula) {
@@ -102,7 +103,7 @@ void WriteRecordsAsJson(const std::vector<TabelaGuardada>& tabelas, Output& out)
       Json& campos = json["campos"] = Json::object();
       for (std::size_t i = 0; i < linha.size(); ++i)
         campos[tabela.colunas[i]] = ValueOf(linha[i]);
-      out.Write(JsonText(json) + "\n");
+      out.Write(text::JsonText(json) + "\n");
     }
   }
 }
@@ -118,8 +119,8 @@ bool IsNumber(const TabelaGuardada& tabela, std::size_t column) {
          });
 }
 
-TextTable TableForPeople(const TabelaGuardada& tabela) {
-  TextTable table;
+text::TextTable TableForPeople(const TabelaGuardada& tabela) {
+  text::TextTable table;
   table.rows.resize(tabela.linhas.size());
   for (std::size_t i = 0; i < tabela.colunas.size(); ++i) {
     if (!IsForPeople(tabela.colunas[i])) continue;
@@ -133,10 +134,11 @@ TextTable TableForPeople(const TabelaGuardada& tabela) {
 
 void WriteRecords(const std::vector<TabelaGuardada>& tabelas, const Terminal& terminal, Output& out) {
   for (const auto& tabela : tabelas) {
-    const std::string heading = "CR=" + std::string(Codigo(tabela.registro)) + " " + Visible(tabela.nome) +
-                                " (" + Count(tabela.linhas.size(), "registro", "registros") + ")";
+    const std::string heading = "CR=" + std::string(Codigo(tabela.registro)) + " " +
+                                text::Visible(tabela.nome) + " (" +
+                                text::Count(tabela.linhas.size(), "registro", "registros") + ")";
     if (&tabela != &tabelas.front()) out.Write("\n");
-    out.Write(Styled(heading, Style::kGood, terminal.colour) + "\n");
+    out.Write(text::Styled(heading, text::Style::kGood, terminal.colour) + "\n");
     out.Write(TableForPeople(tabela).Render(terminal.width, terminal.colour));
   }
 }
@@ -146,7 +148,8 @@ ExitStatus ListOne(DeclarationStore& store, const Request& request, const Termin
   const auto tabelas = store.Registros(request.ie, request.referencia);
   if (tabelas.empty()) {
     err.Write("tremvik: a declaração de " + request.ie + " de " + MonthAndYear(request.referencia) +
-              " não está em \"" + Visible(request.pasta) + "\". Veja as que estão com: tremvik listar\n");
+              " não está em \"" + text::Visible(request.pasta) +
+              "\". Veja as que estão com: tremvik listar\n");
     return ExitStatus::kEnvironment;
   }
   if (request.json) {
@@ -169,7 +172,7 @@ ExitStatus List(const Request& request, const Terminal& terminal, Output& out, O
     WriteDeclarationsAsJson(declaracoes, out);
   } else if (declaracoes.empty()) {
     out.Write("Nenhuma declaração" + (request.ie.empty() ? "" : " de " + request.ie) +
-              " está guardada em \"" + Visible(request.pasta) +
+              " está guardada em \"" + text::Visible(request.pasta) +
               "\". Para guardar: tremvik importar ARQUIVO\n");
   } else {
     WriteDeclarations(declaracoes, terminal, out);

@@ -13,7 +13,7 @@
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/terminal.h"
-#include "cli/text.h"
+#include "text/readable.h"
 
 namespace {
 
@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     return static_cast<int>(ExitStatus::kEnvironment);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "tremvik: o programa falhou (%s). Avise quem o mantém.\n",
-                 tremvik::cli::Visible(error.what()).c_str());
+                 tremvik::text::Visible(error.what()).c_str());
   } catch (...) {
     std::fputs("tremvik: o programa falhou. Avise quem o mantém.\n", stderr);
   }

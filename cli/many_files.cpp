@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "cli/interruption.h"
-#include "cli/text.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 namespace {
@@ -143,11 +143,11 @@ std::vector<std::jthread> Start(unsigned wanted, const std::function<void()>& wo
 }
 
 std::string Summary(const Queue& queue) {
-  std::string summary = Count(queue.Total(), "arquivo", "arquivos") + ": " +
-                        Count(queue.Of(ExitStatus::kAccepted), "aceito", "aceitos") + ", " +
-                        Count(queue.Of(ExitStatus::kRefused), "recusado", "recusados");
+  std::string summary = text::Count(queue.Total(), "arquivo", "arquivos") + ": " +
+                        text::Count(queue.Of(ExitStatus::kAccepted), "aceito", "aceitos") + ", " +
+                        text::Count(queue.Of(ExitStatus::kRefused), "recusado", "recusados");
   const std::size_t unread = queue.Of(ExitStatus::kEnvironment) + queue.Of(ExitStatus::kFailure);
-  if (unread > 0) summary += ", " + Count(unread, "não validado", "não validados");
+  if (unread > 0) summary += ", " + text::Count(unread, "não validado", "não validados");
   return summary + ".\n";
 }
 

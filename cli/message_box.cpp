@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "cli/terminal.h"
-#include "cli/text.h"
 #include "host/screen.h"
+#include "text/readable.h"
+#include "text/style.h"
 
 namespace tremvik::cli {
 namespace {
@@ -29,23 +29,23 @@ std::string Plain(const std::vector<std::string>& lines) {
   return out;
 }
 
-std::string Framed(const std::vector<std::string>& lines, std::string_view title, Style frame,
+std::string Framed(const std::vector<std::string>& lines, std::string_view title, text::Style frame,
                    const BoxLook& look) {
-  std::size_t inner = title.empty() ? 0 : Cells(title) + 2;
+  std::size_t inner = title.empty() ? 0 : text::Cells(title) + 2;
   for (const auto& line : lines)
-    inner = std::max(inner, Cells(line));
-  const auto edge = [&](std::string_view text) { return Styled(text, frame, look.colour); };
+    inner = std::max(inner, text::Cells(line));
+  const auto edge = [&](std::string_view text) { return text::Styled(text, frame, look.colour); };
 
   std::string out;
   if (title.empty()) {
     out = edge("┌" + Repeated("─", inner + 2) + "┐");
   } else {
-    out = edge("┌─ ") + Styled(title, Style::kBold, look.colour) +
-          edge(" " + Repeated("─", inner - Cells(title) - 1) + "┐");
+    out = edge("┌─ ") + text::Styled(title, text::Style::kBold, look.colour) +
+          edge(" " + Repeated("─", inner - text::Cells(title) - 1) + "┐");
   }
   out += "\n";
   for (const auto& line : lines)
-    out += edge("│") + " " + Padded(line, inner) + " " + edge("│") + "\n";
+    out += edge("│") + " " + text::Padded(line, inner) + " " + edge("│") + "\n";
   return out + edge("└" + Repeated("─", inner + 2) + "┘") + "\n";
 }
 
@@ -54,10 +54,10 @@ std::string Framed(const std::vector<std::string>& lines, std::string_view title
 std::string RenderBox(std::string_view text, int style, std::string_view title, const BoxLook& look) {
   constexpr std::size_t kEdges = 4;
   const std::size_t width = look.framed ? look.width - kEdges : static_cast<std::size_t>(-1);
-  const auto lines = Wrap(WithoutLastBreak(text), width);
+  const auto lines = text::Wrap(WithoutLastBreak(text), width);
   if (!look.framed) return Plain(lines);
-  const Style frame = (style & estilo::kCritico) != 0 ? Style::kFault : Style::kPlain;
-  return Framed(lines, Visible(title), frame, look);
+  const text::Style frame = (style & estilo::kCritico) != 0 ? text::Style::kFault : text::Style::kPlain;
+  return Framed(lines, text::Visible(title), frame, look);
 }
 
 }  // namespace tremvik::cli

@@ -20,11 +20,6 @@ struct Terminal {
   static Terminal Detect();
 };
 
-/// The parts of a rendering that may be coloured.
-enum class Style { kPlain, kBold, kDim, kFault, kGood };
-/// `text` in that style, or as it is where `colour` is off.
-[[nodiscard]] std::string Styled(std::string_view text, Style style, bool colour);
-
 /// A system error number in Portuguese words.
 [[nodiscard]] std::string SystemError(int error);
 

@@ -1,5 +1,5 @@
 // The CSV reader of the reference tables' builder: what it read and wrote again reads the same.
-#include "adapters/sqlite/csv_reader.h"
+#include "text/csv_reader.h"
 
 #include <algorithm>
 #include <optional>
@@ -17,7 +17,7 @@ using Records = std::vector<std::vector<std::string>>;
 std::optional<Records> Read(std::string_view text) {
   Records records;
   try {
-    CsvReader reader(text);
+    text::CsvReader reader(text);
     std::vector<std::string> fields;
     int last_line = 0;
     while (reader.Next(fields)) {
@@ -26,7 +26,7 @@ std::optional<Records> Read(std::string_view text) {
       last_line = reader.line();
       records.push_back(fields);
     }
-  } catch (const CsvError& error) {
+  } catch (const text::CsvError& error) {
     const auto lines = 1 + std::ranges::count(text, '\n');
     Expect(error.line >= 1 && error.line <= lines, "the fault lies on a line of the text");
     Expect(!error.words.empty(), "a fault has a text");

@@ -20,10 +20,12 @@ FOLDER_LEVELS = {
     "passes": 4,
     "component": 5,
     "examination": 6,
+    "text": 6,
     "adapters/local": 6,
     "adapters/sqlite": 7,
     "adapters/trace": 7,
     "adapters/com": 7,
+    "report": 8,
     "sample": 8,
     "cli": 9,
 }

@@ -38,9 +38,9 @@ void Problems::MoveInto(std::vector<std::string>& all) {
 
 void TableLoader::Load(std::string_view csv) {
   try {
-    CsvReader reader(csv);
+    text::CsvReader reader(csv);
     ReadRows(reader);
-  } catch (const CsvError& error) {
+  } catch (const text::CsvError& error) {
     problems_.Note(error.line, error.words);
   }
   if (lines_.empty() && problems_.empty()) problems_.Note(1, "a tabela não tem nenhuma linha");
@@ -48,7 +48,7 @@ void TableLoader::Load(std::string_view csv) {
 }
 
 // Which column of the file each column of the table is; empty after a problem.
-std::vector<std::size_t> TableLoader::ReadHeader(CsvReader& reader) {
+std::vector<std::size_t> TableLoader::ReadHeader(text::CsvReader& reader) {
   std::vector<std::string> names;
   reader.Next(names);
   std::vector<std::size_t> places;
@@ -70,7 +70,7 @@ std::vector<std::size_t> TableLoader::ReadHeader(CsvReader& reader) {
   return places;
 }
 
-void TableLoader::ReadRows(CsvReader& reader) {
+void TableLoader::ReadRows(text::CsvReader& reader) {
   const auto places = ReadHeader(reader);
   if (places.empty()) return;
   std::string parameters("?");

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "adapters/sqlite/csv_reader.h"
 #include "adapters/sqlite/reference_schema.h"
+#include "text/csv_reader.h"
 
 namespace tremvik {
 
@@ -41,8 +41,8 @@ class TableLoader {
   [[nodiscard]] std::size_t rows() const { return lines_.size(); }
 
  private:
-  std::vector<std::size_t> ReadHeader(CsvReader& reader);
-  void ReadRows(CsvReader& reader);
+  std::vector<std::size_t> ReadHeader(text::CsvReader& reader);
+  void ReadRows(text::CsvReader& reader);
   void CheckRows();
 
   const sqlite::Connection& database_;

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tremvik {
+namespace tremvik::text {
 
 /// A CSV text that is not well formed: what is wrong (Portuguese) and on which line of the text.
 struct CsvError {
@@ -37,4 +37,4 @@ class CsvReader {
   int record_line_ = 0;
 };
 
-}  // namespace tremvik
+}  // namespace tremvik::text

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace tremvik::cli {
+namespace tremvik::text {
 
 /// A table for people: columns as wide as their content, numbers on the right.
 struct TextTable {
@@ -20,4 +20,4 @@ struct TextTable {
   [[nodiscard]] std::string Render(std::size_t width, bool colour);
 };
 
-}  // namespace tremvik::cli
+}  // namespace tremvik::text

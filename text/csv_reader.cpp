@@ -1,10 +1,10 @@
-#include "adapters/sqlite/csv_reader.h"
+#include "text/csv_reader.h"
 
 #include <utf8.h>
 
 #include <algorithm>
 
-namespace tremvik {
+namespace tremvik::text {
 namespace {
 
 int LineOf(std::string_view text, std::size_t at) {
@@ -72,4 +72,4 @@ bool CsvReader::Next(std::vector<std::string>& fields) {
   return true;
 }
 
-}  // namespace tremvik
+}  // namespace tremvik::text

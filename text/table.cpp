@@ -1,12 +1,12 @@
-#include "cli/text_table.h"
+#include "text/table.h"
 
 #include <algorithm>
 #include <numeric>
 
-#include "cli/terminal.h"
-#include "cli/text.h"
+#include "text/readable.h"
+#include "text/style.h"
 
-namespace tremvik::cli {
+namespace tremvik::text {
 namespace {
 
 constexpr std::size_t kGap = 2;
@@ -66,4 +66,4 @@ std::string TextTable::Render(std::size_t width, bool colour) {
   return out;
 }
 
-}  // namespace tremvik::cli
+}  // namespace tremvik::text

@@ -1,4 +1,4 @@
-#include "cli/json_text.h"
+#include "text/json_text.h"
 
 #include <fmt/format.h>
 #include <utf8.h>
@@ -7,9 +7,9 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
-#include "cli/text.h"
+#include "text/readable.h"
 
-namespace tremvik::cli {
+namespace tremvik::text {
 namespace {
 
 // First bytes in UTF-8 of DEL and of all that `IsUnseen` knows, among others.
@@ -47,4 +47,4 @@ std::string JsonText(const nlohmann::ordered_json& value) {
   return Escaped(text);
 }
 
-}  // namespace tremvik::cli
+}  // namespace tremvik::text

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tremvik::cli {
+namespace tremvik::text {
 
 /// Character cells that UTF-8 `text` takes on a terminal.
 [[nodiscard]] std::size_t Cells(std::string_view text);
@@ -40,4 +40,4 @@ namespace tremvik::cli {
 /// `text` filled up with blanks to `width` cells, on the right or, with `right_aligned`, on the left.
 [[nodiscard]] std::string Padded(std::string_view text, std::size_t width, bool right_aligned = false);
 
-}  // namespace tremvik::cli
+}  // namespace tremvik::text

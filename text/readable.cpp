@@ -1,4 +1,4 @@
-#include "cli/text.h"
+#include "text/readable.h"
 
 #include <utf8.h>
 #include <utf8/unchecked.h>
@@ -9,7 +9,7 @@
 
 #include "runtime/text.h"
 
-namespace tremvik::cli {
+namespace tremvik::text {
 namespace {
 
 constexpr std::string_view kReplacement = "\uFFFD";
@@ -126,4 +126,4 @@ std::string Padded(std::string_view text, std::size_t width, bool right_aligned)
   return right_aligned ? blanks + std::string(text) : std::string(text) + blanks;
 }
 
-}  // namespace tremvik::cli
+}  // namespace tremvik::text

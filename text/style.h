@@ -1,0 +1,15 @@
+// Colours of a rendering.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tremvik::text {
+
+/// The parts of a rendering that may be coloured.
+enum class Style : std::uint8_t { kPlain, kBold, kDim, kFault, kGood };
+/// `text` in that style, or as it is where `colour` is off.
+[[nodiscard]] std::string Styled(std::string_view text, Style style, bool colour);
+
+}  // namespace tremvik::text
