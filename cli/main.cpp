@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <memory>
 #include <new>
 #include <string>
 #include <variant>
@@ -36,8 +37,8 @@ ExitStatus Run(int argc, const char* const* argv, Output& out, Output& err) {
     err.Write(answer->err);
     return answer->saida;
   }
-  return tremvik::cli::Execute(std::get<tremvik::cli::Request>(parsed), tremvik::cli::Terminal::Detect(), out,
-                               err);
+  auto& verb = *std::get<std::unique_ptr<tremvik::cli::Verb>>(parsed);
+  return tremvik::cli::Execute(verb, tremvik::cli::Terminal::Detect(), out, err);
 }
 
 }  // namespace

@@ -6,6 +6,9 @@
 
 namespace tremvik::cli {
 
+/// The heading above the options in a help page.
+inline constexpr const char* kOptionsGroup = "Opções";
+
 /// Help pages with Portuguese headings; the positional arguments come first in the usage line.
 class PortugueseFormatter final : public CLI::Formatter {
  public:

@@ -1,5 +1,3 @@
-#include "cli/listing.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -9,6 +7,8 @@
 #include <variant>
 
 #include "adapters/sqlite/declaration_store.h"
+#include "cli/verb_options.h"
+#include "cli/verbs/verbs.h"
 #include "text/json_text.h"
 #include "text/readable.h"
 #include "text/style.h"
@@ -143,16 +143,59 @@ void WriteRecords(const std::vector<TabelaGuardada>& tabelas, const Terminal& te
   }
 }
 
-ExitStatus ListOne(DeclarationStore& store, const Request& request, const Terminal& terminal, Output& out,
-                   Output& err) {
-  const auto tabelas = store.Registros(request.ie, request.referencia);
+class Listar final : public Verb {
+ public:
+  [[nodiscard]] VerbTexts Texts() const override {
+    return {"listar", "Mostra as declarações guardadas",
+            "Exemplos:\n"
+            "  tremvik listar\n"
+            "  tremvik listar 110.042.490.114\n"
+            "  tremvik listar 110042490114 03/2012      mostra os registros da declaração\n"
+            "  tremvik listar --json"};
+  }
+
+  void Declare(VerbOptions& options) override {
+    options.Argument("IE", ie_, "Inscrição estadual, com ou sem pontos", false);
+    options.Argument("REFERENCIA", referencia_, "Mês: AAAAMM, AAAA-MM ou MM/AAAA", false);
+    options.Folder(pasta);
+    options.Json(json_, "Escreve um objeto JSON por linha");
+  }
+
+  [[nodiscard]] std::string Complaint() override;
+  [[nodiscard]] ExitStatus Execute(const Terminal& terminal, Output& out, Output& err) override;
+  [[nodiscard]] std::string Sentence(const RuntimeError& error) const override {
+    return Remedy(error, pasta, Database::kStore);
+  }
+
+ private:
+  ExitStatus ListOne(DeclarationStore& store, const Terminal& terminal, Output& out, Output& err) const;
+
+  std::string ie_;          ///< dotted form; empty for all
+  std::string referencia_;  ///< "AAAA-MM"; empty for all
+  bool json_ = false;
+};
+
+std::string Listar::Complaint() {
+  const std::string ie = ie_;
+  const std::string referencia = referencia_;
+  ie_ = NormalizarIE(ie);
+  referencia_ = NormalizarReferencia(referencia);
+  if (!ie.empty() && ie_.empty())
+    return text::InQuotes(ie) + " não é uma inscrição estadual: são doze algarismos, com ou sem pontos";
+  if (!referencia.empty() && referencia_.empty())
+    return text::InQuotes(referencia) + " não é uma referência: use AAAAMM, AAAA-MM ou MM/AAAA";
+  return {};
+}
+
+ExitStatus Listar::ListOne(DeclarationStore& store, const Terminal& terminal, Output& out,
+                           Output& err) const {
+  const auto tabelas = store.Registros(ie_, referencia_);
   if (tabelas.empty()) {
-    err.Write("tremvik: a declaração de " + request.ie + " de " + MonthAndYear(request.referencia) +
-              " não está em \"" + text::Visible(request.pasta) +
-              "\". Veja as que estão com: tremvik listar\n");
+    err.Write("tremvik: a declaração de " + ie_ + " de " + MonthAndYear(referencia_) + " não está em \"" +
+              text::Visible(pasta) + "\". Veja as que estão com: tremvik listar\n");
     return ExitStatus::kEnvironment;
   }
-  if (request.json) {
+  if (json_) {
     WriteRecordsAsJson(tabelas, out);
   } else {
     WriteRecords(tabelas, terminal, out);
@@ -160,24 +203,25 @@ ExitStatus ListOne(DeclarationStore& store, const Request& request, const Termin
   return ExitStatus::kAccepted;
 }
 
-}  // namespace
-
-ExitStatus List(const Request& request, const Terminal& terminal, Output& out, Output& err) {
-  DeclarationStore store(request.pasta);
-  if (!request.referencia.empty()) return ListOne(store, request, terminal, out, err);
+ExitStatus Listar::Execute(const Terminal& terminal, Output& out, Output& err) {
+  DeclarationStore store(pasta);
+  if (!referencia_.empty()) return ListOne(store, terminal, out, err);
 
   auto declaracoes = store.Listar();
-  if (!request.ie.empty()) std::erase_if(declaracoes, [&](const auto& one) { return one.ie != request.ie; });
-  if (request.json) {
+  if (!ie_.empty()) std::erase_if(declaracoes, [this](const auto& one) { return one.ie != ie_; });
+  if (json_) {
     WriteDeclarationsAsJson(declaracoes, out);
   } else if (declaracoes.empty()) {
-    out.Write("Nenhuma declaração" + (request.ie.empty() ? "" : " de " + request.ie) +
-              " está guardada em \"" + text::Visible(request.pasta) +
-              "\". Para guardar: tremvik importar ARQUIVO\n");
+    out.Write("Nenhuma declaração" + (ie_.empty() ? "" : " de " + ie_) + " está guardada em \"" +
+              text::Visible(pasta) + "\". Para guardar: tremvik importar ARQUIVO\n");
   } else {
     WriteDeclarations(declaracoes, terminal, out);
   }
   return ExitStatus::kAccepted;
 }
+
+}  // namespace
+
+std::unique_ptr<Verb> MakeListar() { return std::make_unique<Listar>(); }
 
 }  // namespace tremvik::cli

@@ -1,0 +1,118 @@
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "adapters/sqlite/reference_tables.h"
+#include "cli/verb_options.h"
+#include "cli/verbs/verbs.h"
+#include "text/readable.h"
+
+namespace tremvik::cli {
+namespace {
+
+void WriteProblems(const std::vector<std::string>& problems, Output& out) {
+  for (const auto& problem : problems)
+    out.Write(text::Visible(problem) + "\n");
+  out.Write(text::Count(problems.size(), "problema", "problemas") + ".\n");
+}
+
+class Construir final : public Verb {
+ public:
+  [[nodiscard]] VerbTexts Texts() const override {
+    return {"tabelas construir", "Constrói o banco a partir de arquivos CSV",
+            "Exemplos:\n"
+            "  tremvik tabelas construir tblFixas.fix\n"
+            "  tremvik tabelas construir --dados minhas-tabelas tblFixas.fix"};
+  }
+
+  void Declare(VerbOptions& options) override {
+    options.Argument("ARQUIVO", arquivo_, "Banco a escrever (tblFixas.fix); só é trocado\nse tudo está certo",
+                     true);
+    options.Text("--dados", dados_, "DIR", "Pasta dos arquivos CSV; sem ela, as linhas do programa");
+  }
+
+  [[nodiscard]] ExitStatus Execute(const Terminal& terminal, Output& out, Output& err) override;
+  [[nodiscard]] std::string Sentence(const RuntimeError& error) const override;
+
+ private:
+  std::string arquivo_;
+  std::string dados_;  ///< folder of the CSV files; empty for the built-in rows
+};
+
+ExitStatus Construir::Execute(const Terminal& /*terminal*/, Output& out, Output& err) {
+  std::error_code ignored;
+  if (!dados_.empty() && !std::filesystem::is_directory(dados_, ignored)) {
+    err.Write("tremvik: a pasta \"" + text::Visible(dados_) +
+              "\" não existe ou não pode ser lida. Confira --dados.\n");
+    return ExitStatus::kEnvironment;
+  }
+  if (dados_.empty()) {
+    ConstruirTabelasPadrao(arquivo_);
+  } else if (const auto problems = ConstruirTabelas(dados_, arquivo_); !problems.empty()) {
+    WriteProblems(problems, out);
+    out.Write("Nada foi escrito em \"" + text::Visible(arquivo_) + "\".\n");
+    return ExitStatus::kRefused;
+  }
+  out.Write("Tabelas construídas em \"" + text::Visible(arquivo_) + "\".\n");
+  return ExitStatus::kAccepted;
+}
+
+std::string Construir::Sentence(const RuntimeError& error) const {
+  const std::string name = text::InQuotes(arquivo_);
+  switch (error.number()) {
+    case erro::kMemoriaInsuficiente:
+    case erro::kArgumentoInvalido:
+      return Remedy(error, pasta);
+    case erro::kDiscoCheio:
+      return fmt::format("o disco de {} está cheio{}. Libere espaço e tente de novo.", name, InWords(error));
+    case erro::kArquivoJaExiste:
+      return fmt::format(
+          "{} já existe e não é um banco de tabelas de referência (erro {}). Apague-o ou escolha outro nome.",
+          name, error.number());
+    default:
+      break;
+  }
+  return fmt::format(
+      "não foi possível escrever as tabelas em {}{}. Confira se a pasta existe e se você pode gravar nela.",
+      name, InWords(error));
+}
+
+class Verificar final : public Verb {
+ public:
+  [[nodiscard]] VerbTexts Texts() const override {
+    return {"tabelas verificar", "Diz o que falta ou está errado em um banco",
+            "Exemplo:\n  tremvik tabelas verificar ~/.local/share/tremvik/tblFixas.fix"};
+  }
+
+  void Declare(VerbOptions& options) override {
+    options.Argument("ARQUIVO", arquivo_, "Banco a verificar", true);
+  }
+
+  [[nodiscard]] ExitStatus Execute(const Terminal& /*terminal*/, Output& out, Output& /*err*/) override {
+    const auto problems = VerificarTabelas(arquivo_);
+    if (problems.empty()) {
+      out.Write("As tabelas de " + text::InQuotes(arquivo_) + " estão completas.\n");
+      return ExitStatus::kAccepted;
+    }
+    WriteProblems(problems, out);
+    return ExitStatus::kRefused;
+  }
+
+  [[nodiscard]] std::string Sentence(const RuntimeError& error) const override {
+    return fmt::format(
+        "não foi possível ler as tabelas de {}{}. Confira o nome, ou construa-as com "
+        "\"tremvik tabelas construir\".",
+        text::InQuotes(arquivo_), InWords(error));
+  }
+
+ private:
+  std::string arquivo_;
+};
+
+}  // namespace
+
+std::unique_ptr<Verb> MakeTabelasConstruir() { return std::make_unique<Construir>(); }
+std::unique_ptr<Verb> MakeTabelasVerificar() { return std::make_unique<Verificar>(); }
+
+}  // namespace tremvik::cli

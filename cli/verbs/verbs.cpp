@@ -1,0 +1,28 @@
+#include "cli/verbs/verbs.h"
+
+#include <array>
+
+namespace tremvik::cli {
+namespace {
+
+constexpr std::array kMakers{MakeImportar, MakeValidar,          MakeListar,
+                             MakeExemplo,  MakeTabelasConstruir, MakeTabelasVerificar};
+
+}  // namespace
+
+std::vector<std::unique_ptr<Verb>> MakeVerbs() {
+  std::vector<std::unique_ptr<Verb>> verbs;
+  for (const auto& make : kMakers)
+    verbs.push_back(make());
+  return verbs;
+}
+
+VerbTexts GroupTexts(const std::string& /*name*/) {
+  return {"tabelas", "Constrói ou verifica o banco das tabelas de referência",
+          "Exemplos:\n"
+          "  tremvik tabelas construir --dados minhas-tabelas tblFixas.fix\n"
+          "  tremvik tabelas verificar tblFixas.fix\n\n"
+          "A importação usa o arquivo tblFixas.fix da sua pasta (--pasta)."};
+}
+
+}  // namespace tremvik::cli
