@@ -47,7 +47,7 @@ TEST(ImportRun, OtherFormsOfFields) {
           .Bytes());
   EXPECT_TRUE(run.Succeeded());
   EXPECT_TRUE(run.tremvik.bolRetMonitora());
-  EXPECT_THAT(run.host.log, testing::Contains("Existe 110.042.490.101 QZ 02 20/08/2012 20/07/2012"));
+  EXPECT_THAT(run.host.log, testing::Contains("Existe 110.042.490.114 QZ 02 20/08/2012 20/07/2012"));
   EXPECT_THAT(run.host.log, testing::Contains("Gravar 31 RE=45/6789012345"));
   EXPECT_THAT(run.host.log,
               testing::Contains(testing::HasSubstr(" FLegal=art.  1 Ocorrência=a€ b Q25=0000")));

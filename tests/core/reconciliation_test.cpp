@@ -47,7 +47,7 @@ TEST(Reconciliation, EndsTheRun) {
 
 TEST(Reconciliation, ASecondMasterRecordEndsThePass) {
   Instance run;
-  run.host.files["f"] = FileBuilder("05 07 01 07").With("05.Q07", "9").Bytes();
+  run.host.files["f"] = FileBuilder("01 05 07 01 07").With("05.Q07", "9").Bytes();
   EXPECT_TRUE(run.tremvik.CompararTotais("f"));
   EXPECT_EQ(run.host.boxes, (Boxes{{"Informado mais de um Registro mestre CR=01", 16, "Atenção"}}));
   EXPECT_EQ(run.tremvik.NroLinha(), 4);

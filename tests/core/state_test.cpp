@@ -43,7 +43,7 @@ TEST(State, QuantitiesAfterADeclaration) {
   EXPECT_EQ(declaration.state.QtdeCR20, 0);
   EXPECT_EQ(declaration.state.QtdeCR30, 0);
   EXPECT_EQ(declaration.state.QtdeCR31, 0);
-  EXPECT_EQ(declaration.state.ChaveDeclaracao, "110042490101201203");
+  EXPECT_EQ(declaration.state.ChaveDeclaracao, "110042490114201203");
 }
 
 TEST(State, SumsOfCfopDetails) {

@@ -20,11 +20,9 @@ std::string Header() {
 
 // The place told holds what the file holds there, under the name that its makers know.
 void CheckPlace(const Place& place, const FileBuilder& file) {
-  const auto& columns = ColumnsOf(place.record);
-  const auto column = std::ranges::find(columns, place.field, &Column::name);
-  ASSERT_NE(column, columns.end()) << place.record << "." << place.field;
-  EXPECT_EQ(place.position, column->position);
-  EXPECT_EQ(place.width, column->width);
+  const Column& column = ColumnOf(place.record, place.field);
+  EXPECT_EQ(place.position, column.position);
+  EXPECT_EQ(place.width, column.width);
   if (place.line > file.Lines() || place.field == "Separadores") return;
   EXPECT_EQ(place.value,
             file.Record(place.line)
@@ -56,10 +54,7 @@ Place CheckRefusal(const Case& given, const FileBuilder& file, const Instance& r
 std::string CellOf(std::string_view text) {
   if (text.starts_with(' ')) text.remove_prefix(1);
   if (text.ends_with(' ')) text.remove_suffix(1);
-  std::string cell(text);
-  for (auto at = cell.find("\\x"); at != std::string::npos; at = cell.find("\\x"))
-    cell.replace(at, 4, 1, static_cast<char>(std::stoi(cell.substr(at + 2, 2), nullptr, 16)));
-  return cell;
+  return sample::WithBytes(text);
 }
 
 // The rows that a row with {a b c} stands for: one with each of them.
@@ -90,6 +85,24 @@ std::string Report(std::string_view first, std::string_view second, int line) {
   std::string text = Header().append(first);
   if (!second.empty()) text.append("\r\n").append(second);
   return text + "\r\nLinha nº " + std::to_string(line);
+}
+
+const std::vector<Column>& Columns() {
+  static const std::vector<Column> columns = [] {
+    std::vector<Column> all;
+    for (const auto& [where, cells] : ReadTable("fields.txt", 2)) {
+      const int first = std::stoi(cells[1]);
+      const int last = std::stoi(cells[1].substr(cells[1].find('-') + 1));
+      all.push_back({cells[0].substr(0, 2), cells[0].substr(3), first, last - first + 1});
+    }
+    return all;
+  }();
+  return columns;
+}
+
+const Column& ColumnOf(std::string_view record, std::string_view name) {
+  return *std::ranges::find_if(Columns(),
+                               [&](const Column& c) { return c.record == record && c.name == name; });
 }
 
 void Instance::Import(std::string_view bytes) {

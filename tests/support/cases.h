@@ -6,10 +6,23 @@
 #include <vector>
 
 #include "component/tremvik.h"
-#include "tests/support/file_builder.h"
+#include "sample/file_builder.h"
 #include "tests/support/memory_host.h"
 
 namespace tremvik::test {
+
+using sample::FileBuilder;
+using sample::Split;
+
+/// A field as the file's makers know it: UTF-8 name, 1-based column, width. Written down in cases/fields.txt
+/// a second time, so that the program's own layouts are tested too.
+struct Column {
+  std::string record, name;
+  int position = 0, width = 0;
+};
+/// All of them, and the one of that name.
+[[nodiscard]] const std::vector<Column>& Columns();
+[[nodiscard]] const Column& ColumnOf(std::string_view record, std::string_view name);
 
 /// One instance on a host of its own.
 struct Instance {
