@@ -22,12 +22,15 @@ FOLDER_LEVELS = {
     "examination": 6,
     "text": 6,
     "adapters/local": 6,
+    "adapters/tables": 6,
+    "adapters/memory": 7,
     "adapters/sqlite": 7,
     "adapters/trace": 7,
     "adapters/com": 7,
     "report": 8,
     "sample": 8,
     "cli": 9,
+    "page": 9,
 }
 FREE_FOLDERS = {"tests", "bench", "fuzz", "tools", "examples"}
 CORE_FOLDERS = {"host", "layout", "runtime", "input", "checks", "records", "passes", "component", "examination"}

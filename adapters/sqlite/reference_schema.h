@@ -1,31 +1,14 @@
-// The reference tables: their files, columns and what a row must look like to be found by a look-up.
+// What a row of the reference tables must look like to be found by a look-up.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "adapters/sqlite/connection.h"
+#include "adapters/tables/reference_columns.h"
 
 namespace tremvik {
-
-/// A column; whole numbers apart, all are texts ("1.10" and "1.1" are different codes).
-struct ReferenceColumn {
-  std::string_view name;
-  bool integer = false;
-  bool indexed = false;
-};
-
-/// A reference table. Its first column names a row to the user.
-struct ReferenceTable {
-  std::string_view name;
-  std::string_view file;  ///< the CSV file of its rows
-  std::span<const ReferenceColumn> columns;
-};
-
-/// The eight reference tables.
-[[nodiscard]] std::span<const ReferenceTable> ReferenceTables();
 
 /// A row that no look-up could use, or could use instead of another one.
 struct InvalidRow {

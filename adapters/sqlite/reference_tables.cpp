@@ -12,10 +12,10 @@
 #include <span>
 
 #include "adapters/local/system.h"
-#include "adapters/sqlite/embedded_tables.h"
 #include "adapters/sqlite/reference_digest.h"
 #include "adapters/sqlite/reference_schema.h"
 #include "adapters/sqlite/table_loader.h"
+#include "adapters/tables/embedded_tables.h"
 #include "host/runtime_error.h"
 
 namespace tremvik {

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "adapters/memory/memory_engine.h"
 #include "adapters/sqlite/reference_engine.h"
 #include "adapters/sqlite/reference_tables.h"
 #include "tests/adapters/support.h"
@@ -26,6 +27,20 @@ class ReferenceTest : public testing::Test {
     return engine_.OpenDatabase(folder_.path() + "\\tblFixas.fix").OpenRecordset(sql, kSnapshot);
   }
   bool Found(std::string_view sql) { return Query(sql).RecordCount() > 0; }
+  // Both engines must say the same: the error's number, or the first text of the first row.
+  static std::string AnswerOf(ReferenceEngine& engine, const std::string& path, std::string_view sql) {
+    try {
+      Recordset& rows = engine.OpenDatabase(path).OpenRecordset(sql, kSnapshot);
+      if (rows.RecordCount() == 0) return "nothing";
+      const auto column = sql.substr(7, sql.find(' ', 7) - 7);
+      return "= " + std::string(rows.Field(column.substr(column.find('.') + 1)));
+    } catch (const RuntimeError& error) {
+      return std::to_string(error.number());
+    }
+  }
+  void ExpectSame(std::string_view sql) {
+    EXPECT_EQ(AnswerOf(memory_, "", sql), AnswerOf(engine_, folder_.path() + "\\tblFixas.fix", sql)) << sql;
+  }
   void CopyData() {
     std::filesystem::create_directory(Path("dados"));
     std::filesystem::copy(DATA_DIR, Path("dados"));
@@ -43,6 +58,7 @@ class ReferenceTest : public testing::Test {
   ScratchFolder scratch_;
   ComponentFolder folder_{scratch_.path()};
   SqliteReferenceEngine engine_{folder_};
+  MemoryReferenceEngine memory_;
 };
 
 TEST_F(ReferenceTest, DeliveredRowsBuildAndVerify) {
@@ -103,6 +119,47 @@ TEST_F(ReferenceTest, FaultyQueriesHaveTheEnginesNumbers) {
   EXPECT_EQ(error("Select Código From tblEstados; DROP TABLE tblEstados"), 3075);
   EXPECT_EQ(error(""), 3075);
   EXPECT_TRUE(Found("Select Código From tblEstados Where Código = '35'")) << "after a failure it goes on";
+}
+
+// Every code of every table, spoiled ones and ones with quotes, in every form of query that the rules make.
+TEST_F(ReferenceTest, TheEngineInMemoryAnswersTheSame) {
+  ConstruirTabelasPadrao(Path("tblFixas.fix"));
+  std::vector<std::string> codes{"0", "'", "''", "'--", "a'b", "' or '1", "tblEstados", "99.99", "3.5.1"};
+  for (const auto* const column :
+       {"CFOP FROM tblTodosCFOPs", "CódSubItem FROM [tblQuadroOcorrências]",
+        "CNAE FROM tblCNAEsRegimeDispensado", "Código FROM tblEstados", "[Grupo 37] FROM tblQuadroCFOPs"}) {
+    for (const auto& row : Rows(Path("tblFixas.fix"), std::string("SELECT DISTINCT ") + column)) {
+      if (!row.empty()) codes.push_back(row);
+    }
+  }
+  ASSERT_GT(codes.size(), 1000U);
+  for (const std::string& code : codes) {
+    const auto in = [&](std::string_view k, std::string_view t, std::string_view further) {
+      ExpectSame(std::string("Select ")
+                     .append(k)
+                     .append(" From ")
+                     .append(t)
+                     .append(" Where ")
+                     .append(k)
+                     .append(" = '")
+                     .append(code)
+                     .append("'")
+                     .append(further));
+    };
+    in("CNAE", "tblCNAEsRegimeDispensado", "");
+    in("Código", "tblEstados", "");
+    in("CódSubItem", "tblQuadroOcorrências", " and OpPróprias");
+    in("CódSubItem", "tblQuadroOcorrências", " and NOT OpPróprias");
+    in("CFOP", "tblTodosCFOPs", " and Conjunto > '1' AND GRUPO = 0");
+    for (const std::string_view conjunto : {"='1')", "='2')", "> '1')"}) {
+      in("CFOP", "tblTodosCFOPs", std::string(" and (Conjunto").append(conjunto).append(" AND GRUPO = 0"));
+      std::string sql = "SELECT tblQuadroCFOPs.Descrição FROM tblQuadroCFOPs WHERE (";
+      for (const auto* const group : {"(tblQuadroCFOPs.[Grupo 15]='", "') OR (tblQuadroCFOPs.[Grupo 26]='",
+                                      "') OR (tblQuadroCFOPs.[Grupo 37]='"})
+        sql.append(group).append(code);
+      ExpectSame(sql.append("')) AND (tblQuadroCFOPs.Conjunto").append(conjunto));
+    }
+  }
 }
 
 TEST_F(ReferenceTest, BuilderNamesFileAndLineAndKeepsTheOldDatabase) {

@@ -1,6 +1,6 @@
 # Writes the C++ source that holds the CSV files of the folder DADOS: cmake -D DADOS=... -D SAIDA=... -P this
 file(GLOB arquivos ${DADOS}/tbl*.csv)
-set(fonte "// Generated from data/tbl*.csv; change those.\n#include \"adapters/sqlite/embedded_tables.h\"\n\n")
+set(fonte "// Generated from data/tbl*.csv; change those.\n#include \"adapters/tables/embedded_tables.h\"\n\n")
 string(APPEND fonte "namespace tremvik {\nnamespace {\n\nconstexpr EmbeddedFile kFiles[] = {\n")
 foreach(arquivo IN LISTS arquivos)
   file(READ ${arquivo} texto)
