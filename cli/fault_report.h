@@ -1,12 +1,11 @@
 // A fault shown in its place: the line, a column ruler, the field marked and named.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "host/diagnostics.h"
+#include "text/style.h"
 
 namespace tremvik::cli {
 
@@ -35,22 +34,13 @@ struct Fault {
   std::string porque;
 };
 
-/// What the report is written on.
-struct ReportLook {
-  bool colour = false;
-  std::size_t width = 100;  ///< cells available
-};
-
 /// The place in words, the rule and its reason, the line of the file at `path` under a column ruler with the
 /// field marked, and a note where `message` names another column than the true one. Ends in a line end.
 [[nodiscard]] std::string RenderFault(const Fault& fault, const std::string& path, std::string_view message,
-                                      const ReportLook& look);
+                                      const text::Look& look);
 
 /// The characters beyond the right end of a line that is too long, at most a thousand; empty for other
 /// faults.
 [[nodiscard]] std::string Surplus(const Fault& fault, const std::string& path);
-
-/// The columns that a message names after "Posição" ("Posição 1 ou 144" gives 1 and 144).
-[[nodiscard]] std::vector<int> NamedColumns(std::string_view message);
 
 }  // namespace tremvik::cli

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "report/embedded_catalogue.h"
+#include "report/embedded_texts.h"
 #include "text/csv_reader.h"
 
 namespace tremvik::report {

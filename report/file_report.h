@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "examination/findings.h"
 
@@ -16,6 +18,9 @@ enum class FileVerdict : std::uint8_t {
   kRefused,   ///< "recusado"
   kError      ///< "erro": it could not be examined; `problema` says why
 };
+
+/// "aceito", "recusado", "erro".
+[[nodiscard]] std::string_view NameOf(FileVerdict verdict);
 
 /// One file and its findings.
 struct FileReport {
@@ -36,6 +41,13 @@ struct Heading {
 
 /// The sum of all files.
 struct Summary {
+  /// One file's findings.
+  struct FileCount {
+    std::string arquivo;
+    std::size_t inconsistencias = 0;
+  };
+  static constexpr std::size_t kMostFiles = 20;
+
   std::size_t arquivos = 0;
   std::size_t aceitos = 0;
   std::size_t recusados = 0;
@@ -43,6 +55,8 @@ struct Summary {
   std::size_t faltas = 0;
   std::size_t avisos = 0;
   std::map<std::string, std::size_t> por_regra;  ///< findings by the rule's code
+  std::vector<FileCount> por_arquivo;            ///< those with the most findings first, `kMostFiles` at most
+  std::size_t com_inconsistencias = 0;           ///< files with findings
 
   void Add(const FileReport& file);
 };

@@ -1,5 +1,6 @@
 #include "text/readable.h"
 
+#include <fmt/format.h>
 #include <utf8.h>
 #include <utf8/unchecked.h>
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\uFFFD";
 
-constexpr char kNoBreakSpace = '\xA0';  // in Windows-1252; a field's cell must not look like a blank one
+constexpr unsigned kNoBreakSpace = 0xA0;  // a field's cell must not look like a blank one
 
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
 
@@ -96,21 +97,29 @@ std::string Visible(std::string_view text) {
 std::string InQuotes(std::string_view text) { return "\"" + Visible(text) + "\""; }
 
 std::string ByteCell(char byte) {
-  return byte == kNoBreakSpace ? std::string(kReplacement) : Visible(Utf8({&byte, 1}));
+  return static_cast<unsigned char>(byte) == kNoBreakSpace ? std::string(kReplacement)
+                                                           : Visible(Utf8({&byte, 1}));
 }
 
 std::string Quoted(std::string_view bytes, std::size_t limit) {
-  static constexpr std::string_view kHex = "0123456789ABCDEF";
+  return QuotedValue(Utf8(bytes.substr(0, limit + 1)), limit);
+}
+
+std::string QuotedValue(std::string_view utf8, std::size_t limit) {
+  const std::string valid = utf8::replace_invalid(utf8);
   std::string out = "\"";
-  for (const char byte : bytes.substr(0, limit)) {
-    const auto c = static_cast<unsigned char>(byte);
-    if (IsControl(c) || byte == kNoBreakSpace || IsUnseen(CharacterOf(byte))) {
-      out.append("\\x").append(1, kHex[c >> 4U]).append(1, kHex[c & 0xFU]);
+  std::size_t shown = 0;
+  for (auto at = valid.begin(); at != valid.end(); ++shown) {
+    if (shown == limit) return out + "…\"";
+    const auto begin = at;
+    const auto code = static_cast<std::uint32_t>(utf8::unchecked::next(at));
+    if (code < 0x100 && (IsControl(code) || code == kNoBreakSpace || IsUnseen(code))) {
+      fmt::format_to(std::back_inserter(out), "\\x{:02X}", code);
     } else {
-      out += Utf8({&byte, 1});
+      out += Visible({begin, at});
     }
   }
-  return out + (bytes.size() > limit ? "…\"" : "\"");
+  return out + "\"";
 }
 
 std::string Count(std::uint64_t n, std::string_view one, std::string_view many) {

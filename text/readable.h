@@ -34,6 +34,9 @@ namespace tremvik::text {
 /// File bytes as a quoted value: Windows-1252 read, what cannot be seen as \xHH, at most `limit` bytes.
 [[nodiscard]] std::string Quoted(std::string_view bytes, std::size_t limit);
 
+/// The same of a value that was read before, at most `limit` characters.
+[[nodiscard]] std::string QuotedValue(std::string_view utf8, std::size_t limit);
+
 /// "1 registro", "1.234 registros".
 [[nodiscard]] std::string Count(std::uint64_t n, std::string_view one, std::string_view many);
 

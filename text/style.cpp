@@ -1,7 +1,5 @@
 #include "text/style.h"
 
-#include <cstddef>
-
 namespace tremvik::text {
 
 std::string Styled(std::string_view text, Style style, bool colour) {

@@ -1,11 +1,18 @@
 // Colours of a rendering.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace tremvik::text {
+
+/// What a text for people is written on.
+struct Look {
+  bool colour = false;
+  std::size_t width = 100;  ///< cells available
+};
 
 /// The parts of a rendering that may be coloured.
 enum class Style : std::uint8_t { kPlain, kBold, kDim, kFault, kGood };

@@ -7,4 +7,7 @@ namespace tremvik::report {
 /// data/regras.csv as it stands.
 [[nodiscard]] std::string_view EmbeddedCatalogue();
 
+/// docs/relatorio.schema.json as it stands.
+[[nodiscard]] std::string_view EmbeddedSchema();
+
 }  // namespace tremvik::report
