@@ -34,7 +34,7 @@ std::string TresDigitos(double number) {
 }  // namespace
 
 std::string InicioDoCodigo(std::string_view valor, std::string_view sub_item, std::string_view ie) {
-  const auto* const letra = std::ranges::find(kLetras, Right(sub_item, 3), &LetraDoSubItem::fim);
+  const auto letra = std::ranges::find(kLetras, Right(sub_item, 3), &LetraDoSubItem::fim);
   if (letra == kLetras.end()) return {};
   return TresDigitos(std::floor(Val(valor) / 100)) + letra->letra + TresDigitos(Val(Left(ie, 9)));
 }

@@ -27,7 +27,7 @@ constexpr std::array kTabelas{
 // A kind without a table: its query is invalid and the engine says so.
 Tabela Escolher(Kind kind, std::string_view value) {
   if (kind == Kind::kCr30 && value.size() > 3) return kMunicipios;
-  const auto* const tabela = std::ranges::find(kTabelas, kind, &Tabela::kind);
+  const auto tabela = std::ranges::find(kTabelas, kind, &Tabela::kind);
   return tabela == kTabelas.end() ? Tabela{} : *tabela;
 }
 

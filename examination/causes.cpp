@@ -39,7 +39,7 @@ std::optional<Cause> OtherKindOfFile(std::string_view bytes) {
   if (std::ranges::any_of(lines,
                           [](const Line& line) { return FindKind(line.content.substr(0, 2)) != nullptr; }))
     return {};
-  const auto* const known = std::ranges::find_if(
+  const auto known = std::ranges::find_if(
       kSignatures, [&](const Signature& signature) { return bytes.starts_with(signature.begin); });
   std::string porque = "Nenhuma das primeiras linhas começa com um código de registro";
   if (known != kSignatures.end()) porque.append(": o arquivo parece ser ").append(known->what);

@@ -42,9 +42,9 @@ const KindInfo* KindOf(std::string_view content) {
   const auto same_length = [&](const KindInfo& kind) {
     return static_cast<std::size_t>(kind.length) == content.size();
   };
-  const auto* const kind = std::ranges::find_if(kKinds, same_length);
+  const auto kind = std::ranges::find_if(kKinds, same_length);
   if (kind == kKinds.end() || std::any_of(kind + 1, kKinds.end(), same_length)) return nullptr;
-  return kind;
+  return &*kind;
 }
 
 bool HasRightLength(std::string_view content) {

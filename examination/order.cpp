@@ -37,7 +37,7 @@ std::string TextOf(const Key& key, const Piece& piece) {
 }  // namespace
 
 std::size_t OutOfPlace(const Workpiece& work, std::size_t at, std::string_view campo) {
-  const auto* const key = std::ranges::find(kKeys, work[at].kind->kind, &Key::kind);
+  const auto key = std::ranges::find(kKeys, work[at].kind->kind, &Key::kind);
   if (key == kKeys.end() || key->first.name != campo) return at;
   const auto siblings = work.Children(work[at].parent, key->kind);
   const auto own = std::ranges::find(siblings, at) - siblings.begin();

@@ -38,7 +38,7 @@ constexpr std::array kTable{
 };
 
 std::string_view Description(int number) {
-  const auto* const entry = std::ranges::find(kTable, number, &Entry::number);
+  const auto entry = std::ranges::find(kTable, number, &Entry::number);
   return entry == kTable.end() ? "Erro definido pelo aplicativo ou pelo objeto" : entry->description;
 }
 

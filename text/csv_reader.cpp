@@ -12,7 +12,7 @@ int LineOf(std::string_view text, std::size_t at) {
 }
 
 void CheckEncoding(std::string_view text) {
-  const auto* const invalid = utf8::find_invalid(text.begin(), text.end());
+  const auto invalid = utf8::find_invalid(text.begin(), text.end());
   if (invalid != text.end()) {
     const auto at = static_cast<std::size_t>(invalid - text.begin());
     throw CsvError{LineOf(text, at), "o texto não está em UTF-8; grave o arquivo como UTF-8"};

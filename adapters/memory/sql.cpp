@@ -89,7 +89,7 @@ void Tokens::Next() {
     type_ = first == '[' ? Type::kName : Type::kText;
     return Quoted(first == '[' ? ']' : first);
   }
-  const auto* const end = std::ranges::find_if_not(rest_, IsNameCharacter);
+  const auto end = std::ranges::find_if_not(rest_, IsNameCharacter);
   const auto length = std::max<std::size_t>(1, static_cast<std::size_t>(end - rest_.begin()));
   type_ = IsNameCharacter(first) ? Type::kWord : Type::kSign;
   value_ = rest_.substr(0, length);
