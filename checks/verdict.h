@@ -57,16 +57,19 @@ FaultLocation Where(const Record<R>& record, const Field<R>& field) {
   return {record.linha(), Codigo(R::kKind), field.name, field.position, field.width, record[field]};
 }
 
+// An accepted record passes by all of these, so the compiler lays them, and the reasons behind them, aside.
+
 /// A refusal of `field` by rule `regra`, with the two texts as they stand.
 template <typename R>
-Refusal Refuse(RuleCode regra, const Record<R>& record, const Field<R>& field, std::string_view first,
-               std::string_view second) {
+[[gnu::cold]] Refusal Refuse(RuleCode regra, const Record<R>& record, const Field<R>& field,
+                             std::string_view first, std::string_view second) {
   return {regra, std::string(first), std::string(second), Where(record, field)};
 }
 
 /// A refusal of `field` by rule `regra` whose whole message is one text.
 template <typename R>
-Refusal Refuse(RuleCode regra, const Record<R>& record, const Field<R>& field, std::string_view text) {
+[[gnu::cold]] Refusal Refuse(RuleCode regra, const Record<R>& record, const Field<R>& field,
+                             std::string_view text) {
   return {regra, std::string(text), {}, Where(record, field)};
 }
 

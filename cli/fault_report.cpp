@@ -7,6 +7,7 @@
 #include "layout/kinds.h"
 #include "report/line_view.h"
 #include "runtime/text.h"
+#include "text/readable.h"
 
 namespace tremvik::cli {
 
@@ -31,7 +32,7 @@ std::string RenderFault(const Fault& fault, const std::string& path, std::string
                             .valor = valor};
   std::string out = text::Styled(report::PlaceInWords(place), text::Style::kBold, look.colour);
   out += "\nregra " + fault.regra;
-  if (!fault.porque.empty()) out += ": " + fault.porque;
+  if (!fault.porque.empty()) out += ": " + text::Visible(fault.porque);
   out += "\n";
   const std::int64_t most = report::BytesToRender(place, look);
   report::LineBytes line;

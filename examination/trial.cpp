@@ -55,6 +55,8 @@ class CheckDigits final : public ValidadorDocumentos {
   bool ValidarCNPJ(std::string_view cnpj) override {
     return Valid(suppressed_.documentos.contains(cnpj) || host_->ValidarCNPJ(cnpj));
   }
+  std::string IECerta(std::string_view ie) override { return host_->IECerta(ie); }
+  std::string CNPJCerto(std::string_view cnpj) override { return host_->CNPJCerto(cnpj); }
 
  private:
   bool Valid(bool valid) {

@@ -38,6 +38,9 @@ struct ValidadorDocumentos {
   virtual ~ValidadorDocumentos() = default;
   virtual bool ValidarIE(std::string_view ie) = 0;      ///< 12 characters, UTF-8
   virtual bool ValidarCNPJ(std::string_view cnpj) = 0;  ///< 14 characters, UTF-8
+  /// The number with its check digits made right, to tell beside a refusal; empty where they are not known.
+  virtual std::string IECerta(std::string_view /*ie*/) { return {}; }
+  virtual std::string CNPJCerto(std::string_view /*cnpj*/) { return {}; }
 };
 
 /// Stores the accepted records of one kind in the temporary database.

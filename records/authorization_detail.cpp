@@ -1,4 +1,5 @@
 #include "checks/credit_code.h"
+#include "checks/reasons.h"
 #include "records/occurrence_details.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
@@ -45,15 +46,19 @@ Verdict ValidarCR28(Pass& pass, EstadoOcorrencia& ocorrencia) {
                     "inconsistente, Posição 29");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse("CR28-02", pai, Cr20::kQ28, "Tabela 6, CR=20 Campo - Q28", "inconsistente, Posição 436");
+      return Refuse("CR28-02", pai, Cr20::kQ28, "Tabela 6, CR=20 Campo - Q28", "inconsistente, Posição 436")
+          .Porque(razao::Lidos(ocorrencia.QtdePendenteCR28, i));
     }
     if (anterior.view() >= r[C::kCodAutorizacao]) {
       return Refuse("CR28-03", r, C::kCodAutorizacao, "Tabela 19, CR=29 Campo - CodAutorizacao",
-                    "inconsistente, Posição 3");
+                    "inconsistente, Posição 3")
+          .Porque(razao::Ordem(Utf8(anterior), Utf8(r[C::kCodAutorizacao])));
     }
     if (CodCredAcumuladoRejeitado(r[C::kCodAutorizacao], r[C::kValor], pai[Cr20::kCodSubItem], ie)) {
       return Refuse("CR28-04", r, C::kCodAutorizacao, "Tabela 18, CR=28 Campo - CodAutorizacao",
-                    "inconsistente, Posição 3");
+                    "inconsistente, Posição 3")
+          .Porque(razao::CodigoCerto(InicioDoCodigo(r[C::kValor], pai[Cr20::kCodSubItem], ie),
+                                     r[C::kCodAutorizacao]));
     }
     anterior = r[C::kCodAutorizacao];
     if (auto refused = ValidarCamposCR28(r)) return refused;

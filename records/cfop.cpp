@@ -4,6 +4,7 @@
 #include <string>
 
 #include "checks/period.h"
+#include "checks/reasons.h"
 #include "records/cfop_sets.h"
 #include "records/cfop_validity.h"
 #include "records/interstate.h"
@@ -18,14 +19,15 @@ using C = Cr10;
 constexpr std::array kAtividades{5131400, 5146201, 5241804, 5524701};
 
 // Sequence and structure of one detail just read; the separators are told with an older column here.
-Verdict ValidarLeitura(Pass& pass, const Record<Cr10>& r, int& CFOPAnteriorCR10) {
+Verdict ValidarLeitura(Pass& pass, const Record<Cr10>& r, int lidos, int& CFOPAnteriorCR10) {
   if (r[C::kSeparadores] != kCrLf) {
     return Refuse("CR10-01", r, C::kSeparadores, "Tabela 3, CR=10 Campo - Separadores",
                   "inconsistente, Posição 118");
   }
   if (pass.arquivo.EndOfFile()) {
     return Refuse("CR10-02", pass.registros.RegistroDeclaracao, Cr05::kQ10, "Tabela 2, CR=05 Campo - Q10",
-                  "inconsistente, Posição 114");
+                  "inconsistente, Posição 114")
+        .Porque(razao::Lidos(pass.declaracao.QtdeCR10, lidos));
   }
   pass.declaracao.TextoLinha = std::to_string(pass.arquivo.NumeroLinha());
   if (LefRigNumChr(r[C::kCFOP])) {
@@ -33,7 +35,8 @@ Verdict ValidarLeitura(Pass& pass, const Record<Cr10>& r, int& CFOPAnteriorCR10)
   }
   if (IntVal(r[C::kCFOP]) <= CFOPAnteriorCR10) {
     return Refuse("CR10-04", r, C::kCFOP, "Tabela 3, CR=10 Campo - CFOP",
-                  "duplicado ou fora de seqüência, posição 3");
+                  "duplicado ou fora de seqüência, posição 3")
+        .Porque(razao::Ordem(SemZeros(CFOPAnteriorCR10), r[C::kCFOP]));
   }
   CFOPAnteriorCR10 = IntVal(r[C::kCFOP]);
   return Accepted;
@@ -88,7 +91,7 @@ Verdict ValidarCR10(Pass& pass) {
   int CFOPAnteriorCR10 = 0;
   for (int i = 0; i < declaracao.QtdeCR10; ++i) {
     pass.arquivo.Next(r);
-    if (auto refused = ValidarLeitura(pass, r, CFOPAnteriorCR10)) return refused;
+    if (auto refused = ValidarLeitura(pass, r, i, CFOPAnteriorCR10)) return refused;
     const Cfop cfop(r, pass.registros.RegistroDeclaracao);
     if (auto refused = ValidarCamposCR10(pass, cfop)) return refused;
     if (auto refused = ValidarCruzadoCR10(pass, cfop)) return refused;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "checks/period.h"
+#include "checks/reasons.h"
 #include "records/cfop.h"
 #include "records/cfop_sets.h"
 #include "records/cfop_validity.h"
@@ -39,9 +40,9 @@ Verdict ValidarImposto(const Pass& pass, const Record<Cr10>& r) {
                   "Inconsistente, Posição 39.");
   }
   const auto perguntar = [&](RuleCode regra) {
-    return pass.prompter.Perguntar(
-        Refuse(regra, r, C::kImposto, "Tabela 03, CR=10, Campo - Imposto",
-               "Inconsistente, Posição 39, Linha nº " + pass.declaracao.TextoLinha));
+    return pass.prompter.Perguntar(Refuse(regra, r, C::kImposto, "Tabela 03, CR=10, Campo - Imposto",
+                                          "Inconsistente, Posição 39, Linha nº " + pass.declaracao.TextoLinha)
+                                       .Porque(razao::Quarto(base, imposto)));
   };
   if (Val(SemZeros(imposto)) == 0) {
     if (auto refused = perguntar("CR10-35")) return refused;
@@ -78,16 +79,20 @@ Verdict ValidarCfopComReferencia(const Record<Cr10>& r, const Cfop& cfop) {
     if (cfop.ref < criado.ref &&
         std::ranges::find(criado.codigos, static_cast<double>(cfop.l4)) != criado.codigos.end()) {
       return Refuse(criado.regra, r, C::kCFOP, "Tabela 03, CR=10, Campo - CFOP_x_Referencia",
-                    "Inconsistente ");
+                    "Inconsistente ")
+          .Porque(ValidadeDoCfop(cfop, {criado.ref, kSemFim}));
     }
   }
   if (cfop.ref > 200212 && In(kSem2003, cfop.l4)) {
-    return Refuse(
-        "CR10-43", r, C::kCFOP,
-        ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 - CFOP = ", cfop));
+    return Refuse("CR10-43", r, C::kCFOP,
+                  ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 - CFOP = ",
+                            cfop))
+        .Porque(ValidadeDoCfop(cfop, {0, 200212}));
   }
-  if (cfop.ref < 200801 && In(kDe200801, cfop.l4)) return ForaDaTabela("CR10-44", r, cfop);
-  if (cfop.ref <= 200412 && In(kDe200501, cfop.l4)) return ForaDaTabela("CR10-45", r, cfop);
+  if (cfop.ref < 200801 && In(kDe200801, cfop.l4))
+    return ForaDaTabela("CR10-44", r, cfop).Porque(ValidadeDoCfop(cfop, {200801, kSemFim}));
+  if (cfop.ref <= 200412 && In(kDe200501, cfop.l4))
+    return ForaDaTabela("CR10-45", r, cfop).Porque(ValidadeDoCfop(cfop, {200501, kSemFim}));
   return Accepted;
 }
 
@@ -144,12 +149,14 @@ Verdict ValidarImpostoRetido(const Record<Cr10>& r, const Cfop& cfop) {
   const auto& campo = Val(r[C::kImpRetSubstitutoST]) != 0 ? C::kImpRetSubstitutoST : C::kImpRetSubstituido;
   if (cfop.ref < 200201 && retido > 0) {
     return Refuse("CR10-46", r, campo, "Tabela 03, CR=10, Campo - ImpRetSubstitutoST_x_ImpRetSubstituÍdo",
-                  "Inconsistente, Posição 99_x_114");
+                  "Inconsistente, Posição 99_x_114")
+        .Porque(razao::Validade(campo.name, {200201, kSemFim}, cfop.ref));
   }
   for (const FaixaRetido& faixa : kFaixasRetido) {
     if (!faixa.ref.Holds(cfop.ref) || In(faixa.cfops, cfop.*faixa.caracteres) || retido == 0) continue;
     return Refuse(faixa.regra, r, campo,
-                  "Tabela 03, CR=10, Campo - CFOP_x_ImpRetSubstitutoST_x_ImpRetSubstituÍdo", faixa.segundo);
+                  "Tabela 03, CR=10, Campo - CFOP_x_ImpRetSubstitutoST_x_ImpRetSubstituÍdo", faixa.segundo)
+        .Porque(razao::Aceitos(faixa.cfops));
   }
   return Accepted;
 }

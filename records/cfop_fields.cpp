@@ -1,5 +1,6 @@
 #include <string>
 
+#include "checks/reasons.h"
 #include "records/cfop.h"
 #include "records/cfop_validity.h"
 #include "runtime/numbers.h"
@@ -50,7 +51,8 @@ Verdict ValidarValores(const Record<Cr10>& r, int ref) {
   }
   if (ref > 200112 && Val(r[C::kImpostoRetidoST]) > 0) {
     return Refuse("CR10-16", r, C::kImpostoRetidoST, "Tabela 3, CR=10, Campo - ImpostoRetidoST",
-                  "Inconsistente, Posição 84");
+                  "Inconsistente, Posição 84")
+        .Porque(razao::Validade("ImpostoRetidoST", {0, 200112}, ref));
   }
   if (LefRigNumChr(r[C::kImpRetSubstitutoST])) {
     return Refuse("CR10-17", r, C::kImpRetSubstitutoST, "Tabela 3, CR=10, Campo - ImpRetSubstitutoST",

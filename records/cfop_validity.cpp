@@ -5,6 +5,7 @@
 #include <string>
 
 #include "checks/period.h"
+#include "checks/reasons.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
 
@@ -43,6 +44,12 @@ ShortText Formatar(std::string_view pattern, std::string_view codigo) {
   return texto;
 }
 
+// The periods of the table set of `ref`.
+Range PeriodoDoConjunto(int ref) {
+  constexpr std::array kPeriodos{Range{0, 200212}, Range{200301, 200312}, Range{200401, kSemFim}};
+  return *std::ranges::find(kPeriodos, Conjunto(ref), [](Range periodo) { return Conjunto(periodo.last); });
+}
+
 }  // namespace
 
 Cfop::Cfop(const Record<Cr10>& detalhe, const Record<Cr05>& cabecalho)
@@ -57,6 +64,10 @@ Cfop::Cfop(const Record<Cr10>& detalhe, const Record<Cr05>& cabecalho)
 
 std::string ComCodigo(std::string_view texto, const Cfop& cfop) {
   return std::string(texto) + Utf8(cfop.codigo);
+}
+
+std::string ValidadeDoCfop(const Cfop& cfop, Range periodo) {
+  return razao::Validade("CFOP " + Utf8(cfop.exibicao), periodo, cfop.ref);
 }
 
 Refusal ForaDaTabela(RuleCode regra, const Record<Cr10>& r, const Cfop& cfop) {
@@ -99,10 +110,13 @@ Verdict ValidarCfopNaTabela(const Record<Cr10>& r, const Cfop& cfop, TabelasFixa
   if (kTitulos99.Holds(cfop.ref) && Mid(cfop.codigo, 2, 2) == "99" && Mid(cfop.codigo, 4, 1) == "0") {
     return Refuse("CR10-08", r, C::kCFOP,
                   std::string("Tabela 3, CR=10, Campo - CFOP Inconsistente, Posição 3 (2º Caso): ")
-                      .append(cfop.exibicao));
+                      .append(cfop.exibicao))
+        .Porque(razao::Meses(kTitulos99) + " valem só as divisões deste CFOP");
   }
   if (fixas.NaoExisteEmFixas(Kind::kCr10, cfop.exibicao, Conjunto(cfop.ref)))
-    return ForaDaTabela("CR10-09", r, cfop);
+    return ForaDaTabela("CR10-09", r, cfop)
+        .Porque("a tabela de CFOPs (" + razao::Meses(PeriodoDoConjunto(cfop.ref)) + ") não tem " +
+                Utf8(cfop.exibicao));
   return Accepted;
 }
 
@@ -110,10 +124,12 @@ Verdict ValidarCfopNaTabela(const Record<Cr10>& r, const Cfop& cfop, TabelasFixa
 Verdict ValidarCfopDoPeriodo(const Record<Cr10>& r, const Cfop& cfop) {
   constexpr std::array kSem2003{1602, 5602, 5927};
   constexpr std::array kGrupos{185, 285, 585, 685};
+  constexpr const char* kSempre = "recusado em qualquer referência";
   if (cfop.ref > 200212 && In(kSem2003, cfop.l4)) {
     return Refuse(
-        "CR10-22", r, C::kCFOP,
-        ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 CFOP = ", cfop));
+               "CR10-22", r, C::kCFOP,
+               ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200212 CFOP = ", cfop))
+        .Porque(ValidadeDoCfop(cfop, {0, 200212}));
   }
   if (In(kGrupos, cfop.l3)) {
     return Refuse("CR10-23", r, C::kCFOP,
@@ -122,17 +138,20 @@ Verdict ValidarCfopDoPeriodo(const Record<Cr10>& r, const Cfop& cfop) {
   if (cfop.l4 == 1605 || cfop.l4 == 5605) {
     return Refuse("CR10-24", r, C::kCFOP,
                   ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido para Ref > 200412 ", cfop),
-                  "CFOP de grupo ou não localizado na tabela para a referência informada");
+                  "CFOP de grupo ou não localizado na tabela para a referência informada")
+        .Porque(kSempre);
   }
   if (cfop.l4 == 5606 && cfop.ref > 200512) {
-    return Refuse(
-        "CR10-25", r, C::kCFOP,
-        ComCodigo("Tabela 3, CR=10, Posição 3 - Este CFOP está desabilitado no Programa da Orvel. CFOP: ",
-                  cfop));
+    return Refuse("CR10-25", r, C::kCFOP,
+                  ComCodigo(
+                      "Tabela 3, CR=10, Posição 3 - Este CFOP está desabilitado no Programa da Orvel. CFOP: ",
+                      cfop))
+        .Porque(kSempre);
   }
   if (cfop.l4 == 5606) {
     return Refuse("CR10-26", r, C::kCFOP,
-                  ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido: ", cfop));
+                  ComCodigo("Tabela 3, CR=10, Posição 3 - Campo CFOP Inválido: ", cfop))
+        .Porque(kSempre);
   }
   return Accepted;
 }
@@ -161,7 +180,8 @@ Verdict ValidarCfopDoRegime4(const Record<Cr10>& r, const Cfop& cfop) {
 }
 
 Verdict ValidarCfop1360(const Record<Cr10>& r, const Cfop& cfop) {
-  if (cfop.ref < 200801 && cfop.l4 == 1360) return ForaDaTabela("CR10-31", r, cfop);
+  if (cfop.ref < 200801 && cfop.l4 == 1360)
+    return ForaDaTabela("CR10-31", r, cfop).Porque(ValidadeDoCfop(cfop, {200801, kSemFim}));
   return Accepted;
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "checks/period.h"
 #include "layout/cr05.h"
 #include "layout/cr10.h"
 #include "records/pass.h"
@@ -25,6 +26,9 @@ struct Cfop {
 
 /// A message's text with the code behind it.
 [[nodiscard]] std::string ComCodigo(std::string_view texto, const Cfop& cfop);
+
+/// When the code holds, told beside a refusal in another period.
+[[nodiscard]] std::string ValidadeDoCfop(const Cfop& cfop, Range periodo);
 
 /// The refusal of a code that the tables do not hold for the period.
 [[nodiscard]] Refusal ForaDaTabela(RuleCode regra, const Record<Cr10>& r, const Cfop& cfop);

@@ -1,5 +1,6 @@
 #include "records/dipam.h"
 
+#include "checks/reasons.h"
 #include "records/as_it_stands.h"
 #include "runtime/numbers.h"
 
@@ -20,7 +21,8 @@ Verdict ValidarCR30(Pass& pass) {
     }
     if (pass.arquivo.EndOfFile()) {
       return Refuse("CR30-03", pass.registros.RegistroDeclaracao, Cr05::kQ30, "Tabela 2, CR=05 Campo - Q30",
-                    "inconsistente, Posição 158");
+                    "inconsistente, Posição 158")
+          .Porque(razao::Lidos(pass.declaracao.QtdeCR30, i));
     }
     GravarComoEsta(r, pass.componentes.gravador(Kind::kCr30));
   }

@@ -1,5 +1,6 @@
 #include "records/exports.h"
 
+#include "checks/reasons.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -45,10 +46,12 @@ Verdict ValidarCR31(Pass& pass) {
     }
     if (pass.arquivo.EndOfFile()) {
       return Refuse("CR31-02", pass.registros.RegistroDeclaracao, Cr05::kQ31, "Tabela 2, CR=05 Campo - Q31",
-                    "inconsistente, Posição 158");
+                    "inconsistente, Posição 158")
+          .Porque(razao::Lidos(pass.declaracao.QtdeCR31, i));
     }
     if (r[C::kRE] <= UltimoRE.view()) {
-      return Refuse("CR31-03", r, C::kRE, "Tabela 18, CR=31 Campo - RE", "inconsistente, Posição 3");
+      return Refuse("CR31-03", r, C::kRE, "Tabela 18, CR=31 Campo - RE", "inconsistente, Posição 3")
+          .Porque(razao::Ordem(Utf8(UltimoRE), Utf8(r[C::kRE])));
     }
     UltimoRE = r[C::kRE];
     if (auto refused = ValidarCamposCR31(r)) return refused;

@@ -1,5 +1,6 @@
 #include "records/free_zone.h"
 
+#include "checks/reasons.h"
 #include "records/as_it_stands.h"
 #include "runtime/numbers.h"
 
@@ -21,7 +22,8 @@ Verdict ValidarCR18(Pass& pass, int quantidade) {
     }
     if (pass.arquivo.EndOfFile()) {
       return Refuse("CR18-03", interestadual, Cr14::kQ18, "Tabela 4, CR=14 Campo - Q18",
-                    "inconsistente, Posição 141");
+                    "inconsistente, Posição 141")
+          .Porque(razao::Lidos(quantidade, i));
     }
     GravarComoEsta(r, pass.componentes.gravador(Kind::kCr18));
   }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "checks/dates.h"
+#include "checks/reasons.h"
 #include "runtime/display.h"
 #include "runtime/int16.h"
 #include "runtime/numbers.h"
@@ -28,13 +29,15 @@ Verdict ValidarContribuinte(const Record<Cr05>& r, Components& componentes) {
     return Refuse("CR05-03", r, C::kIE, "Tabela 2, CR=05, Campo - IE", "Inconsistente, Posição 3");
   }
   if (!componentes.documentos().ValidarIE(r[C::kIE])) {
-    return Refuse("CR05-04", r, C::kIE, "Tabela 2, CR=05, Campo - IE", "Inválido, Posição 3");
+    return Refuse("CR05-04", r, C::kIE, "Tabela 2, CR=05, Campo - IE", "Inválido, Posição 3")
+        .Porque(razao::Digitos(kMascaraIE, componentes.documentos().IECerta(r[C::kIE])));
   }
   if (LefRigNumChr(r[C::kCNPJ])) {
     return Refuse("CR05-05", r, C::kCNPJ, "Tabela 2, CR=05, Campo - CNPJ", "Inconsistente, Posição 15");
   }
   if (!componentes.documentos().ValidarCNPJ(r[C::kCNPJ])) {
-    return Refuse("CR05-06", r, C::kCNPJ, "Tabela 2, CR=05, Campo - CNPJ", "Inválido, Posição 15");
+    return Refuse("CR05-06", r, C::kCNPJ, "Tabela 2, CR=05, Campo - CNPJ", "Inválido, Posição 15")
+        .Porque(razao::Digitos(kMascaraCNPJ, componentes.documentos().CNPJCerto(r[C::kCNPJ])));
   }
   if (r[C::kCNAE] != kCnaeZero) {
     return Refuse("CR05-07", r, C::kCNAE, "CNAE " + Utf8(r[C::kCNAE]) + " Inconsistente.",
@@ -46,6 +49,7 @@ Verdict ValidarContribuinte(const Record<Cr05>& r, Components& componentes) {
 // A reference at or above "201201" is never below "200007", so the last refusal cannot fire; references
 // before 200007 are accepted.
 Verdict ValidarRegimeEReferencia(const Record<Cr05>& r) {
+  constexpr Range kRegime4{200007, 200512};
   if (LefRigNumChr(r[C::kRegTrib])) {
     return Refuse("CR05-08", r, C::kRegTrib, "Tabela 2, CR=05, Campo - RegTrib", "Inválido, Posição 36");
   }
@@ -55,8 +59,9 @@ Verdict ValidarRegimeEReferencia(const Record<Cr05>& r) {
   if (Val(r[C::kRegTrib]) == 4 && Val(r[C::kQ30]) != 0) {
     return Refuse("CR05-10", r, C::kQ30, "Tabela 2, CR=05, Campo - Q30", "Inválido, Posição 122");
   }
-  if (Val(r[C::kRegTrib]) == 4 && (Val(r[C::kRef]) < 200007 || Val(r[C::kRef]) > 200512)) {
-    return Refuse("CR05-11", r, C::kRef, "Tabela 2, CR=05, Campo - Ref", "Inconsistente, Posição 38");
+  if (Val(r[C::kRegTrib]) == 4 && !kRegime4.Holds(IntVal(r[C::kRef]))) {
+    return Refuse("CR05-11", r, C::kRef, "Tabela 2, CR=05, Campo - Ref", "Inconsistente, Posição 38")
+        .Porque(razao::Validade("RegTrib 04", kRegime4, IntVal(r[C::kRef])));
   }
   if (LefRigNumChr(r[C::kRef])) {
     return Refuse("CR05-12", r, C::kRef, "Tabela 2, CR=05, Campo - Ref", "Inconsistente, Posição 38");
@@ -66,7 +71,8 @@ Verdict ValidarRegimeEReferencia(const Record<Cr05>& r) {
   }
   if (r[C::kRef] < "201201") {
     if (r[C::kIE].starts_with('8')) {
-      return Refuse("CR05-14", r, C::kRef, "Só é permitida a importação de referências a partir de 01/2012.");
+      return Refuse("CR05-14", r, C::kRef, "Só é permitida a importação de referências a partir de 01/2012.")
+          .Porque(razao::Validade("IE iniciada por 8", {201201, kSemFim}, IntVal(r[C::kRef])));
     }
   } else if (r[C::kRef] < "200007") {
     return Refuse("CR05-15", r, C::kRef, "Tabela 2, CR=05 Campo - Ref :", "Fora do período, Posição 38 ");
@@ -139,16 +145,30 @@ Verdict GuardarQuantidades(const Record<Cr05>& r, EstadoDeclaracao& declaracao) 
   declaracao.QtdeCR07 = ToInt16(r[C::kQ07]);
   declaracao.QtdeCR20 = ToInt16(r[C::kQ20]);
   if (Val(r[C::kQ30]) != 0 && r[C::kRef] < "200101") {
-    return Refuse("CR05-31", r, C::kQ30,
-                  "Tabela 2, CR=05 Campo - Ref x Q30 :", "inconsistentes, Posição 38 ");
+    return Refuse("CR05-31", r, C::kQ30, "Tabela 2, CR=05 Campo - Ref x Q30 :", "inconsistentes, Posição 38 ")
+        .Porque(razao::Validade("Q30", {200101, kSemFim}, IntVal(r[C::kRef])));
   }
   declaracao.QtdeCR30 = ToInt16(r[C::kQ30]);
   if (Val(r[C::kQ31]) > 0 && r[C::kRef] < "200201") {
     return Refuse("CR05-32", r, C::kQ31,
-                  "Tabela 2, CR=05 Campo - Ref x Q31 :", "inconsistentes, Posição 38_x_158 ");
+                  "Tabela 2, CR=05 Campo - Ref x Q31 :", "inconsistentes, Posição 38_x_158 ")
+        .Porque(razao::Validade("Q31", {200201, kSemFim}, IntVal(r[C::kRef])));
   }
   declaracao.QtdeCR31 = ToInt16(r[C::kQ31]);
   return Accepted;
+}
+
+// The references that may be the initial one: from the first month of the half-year on.
+std::string JanelaDaRefInicial(std::string_view ref) {
+  const bool primeiro_semestre = IntVal(Right(ref, 2)) <= 6;
+  const int janeiro = IntVal(Left(ref, 4)) * 100 + 1;
+  return "permitido: " + razao::Meses({primeiro_semestre ? janeiro : janeiro + 6, IntVal(ref)});
+}
+
+// A header's key as people read it.
+std::string ChaveLegivel(std::string_view chave) {
+  if (chave.empty()) return {};
+  return Utf8(Mascara(kMascaraIE, Left(chave, 12))) + ", " + razao::Mes(Mid(chave, 13, 6));
 }
 
 // Only regime 2 carries an initial reference: in the reference's half-year and not after it.
@@ -162,18 +182,21 @@ Verdict ValidarRefInicial(const Record<Cr05>& r, int regime) {
   }
   if (Left(r[C::kRefInicial], 4) != Left(r[C::kRef], 4)) {
     return Refuse("CR05-35", r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial",
-                  "Inválido, Posição 38/44 ");
+                  "Inválido, Posição 38/44 ")
+        .Porque(JanelaDaRefInicial(r[C::kRef]));
   }
   const int mes = IntVal(Right(r[C::kRef], 2));
   const int inicial = IntVal(Right(r[C::kRefInicial], 2));
   if (mes >= 1 && mes <= 6) {
     if (inicial > 6 || inicial > mes) {
       return Refuse("CR05-36", r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial",
-                    "Inválido, Posição 38/44");
+                    "Inválido, Posição 38/44")
+          .Porque(JanelaDaRefInicial(r[C::kRef]));
     }
   } else if (inicial < 7 || inicial > mes) {
     return Refuse("CR05-37", r, C::kRefInicial, "Tabela 2, CR=05, Campo - Ref/RefInicial",
-                  "Inválido, Posição 38/44 ");
+                  "Inválido, Posição 38/44 ")
+        .Porque(JanelaDaRefInicial(r[C::kRef]));
   }
   return Accepted;
 }
@@ -197,7 +220,8 @@ Verdict ValidarCR05Cruzado(const Pass& pass, EstadoCabecalhos& cabecalhos) {
   const ShortText chave = ShortText(r[C::kIE]).Append(r[C::kRef]);
   if (chave.view() <= cabecalhos.UltimaChaveIERef) {
     return Refuse("CR05-33", r, C::kIE, "Tabela 2, CR=05, Campo - IE_x_Ref",
-                  "Duplicado ou fora de seqüência. Posição 3_x_18");
+                  "Duplicado ou fora de seqüência. Posição 3_x_18")
+        .Porque(razao::Ordem(ChaveLegivel(cabecalhos.UltimaChaveIERef), ChaveLegivel(chave)));
   }
   if (auto refused = ValidarRefInicial(r, regime)) return refused;
   if (regime == 3 && Val(r[C::kRef]) >= 200308 && r[C::kCNAE] != kCnaeZero) {

@@ -1,3 +1,4 @@
+#include "checks/reasons.h"
 #include "records/occurrence_details.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
@@ -15,7 +16,8 @@ Verdict ValidarCamposCR25(const Record<Cr25>& r, Components& componentes) {
     return Refuse("CR25-06", r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inconsistente, Posição 3");
   }
   if (!componentes.documentos().ValidarIE(r[C::kIE])) {
-    return Refuse("CR25-07", r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inválida, Posição 3");
+    return Refuse("CR25-07", r, C::kIE, "Tabela 07, CR=25, Campo - IE", "Inválida, Posição 3")
+        .Porque(razao::Digitos(kMascaraIE, componentes.documentos().IECerta(r[C::kIE])));
   }
   if (r[C::kSeparadores] != kCrLf) {
     return Refuse("CR25-08", r, C::kSeparadores, "Tabela 07, CR=25, Campo - Separadores",
@@ -48,13 +50,15 @@ Verdict ValidarCR25(Pass& pass, EstadoOcorrencia& ocorrencia) {
                     "inconsistente, Posição 30");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse("CR25-02", pai, Cr20::kQ25, "Tabela 7, CR=20 Campo - Q25", "inconsistente, Posição 424");
+      return Refuse("CR25-02", pai, Cr20::kQ25, "Tabela 7, CR=20 Campo - Q25", "inconsistente, Posição 424")
+          .Porque(razao::Lidos(ocorrencia.QtdePendenteCR25, i));
     }
     if (LefRigNumChr(r[C::kIE])) {
       return Refuse("CR25-03", r, C::kIE, "Tabela 7, CR=25 Campo - IE", "Inconsistente, Posição 3");
     }
     if (anterior.view() >= r[C::kIE]) {
-      return Refuse("CR25-04", r, C::kIE, "Tabela 7, CR=25 Campo - IE", "fora de sequência, Posição 3");
+      return Refuse("CR25-04", r, C::kIE, "Tabela 7, CR=25 Campo - IE", "fora de sequência, Posição 3")
+          .Porque(razao::Ordem(Mascara(kMascaraIE, anterior), Mascara(kMascaraIE, r[C::kIE])));
     }
     anterior = r[C::kIE];
     if (auto refused = ValidarCamposCR25(r, pass.componentes)) return refused;

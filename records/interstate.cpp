@@ -1,5 +1,6 @@
 #include "records/interstate.h"
 
+#include "checks/reasons.h"
 #include "records/as_it_stands.h"
 #include "records/free_zone.h"
 #include "runtime/numbers.h"
@@ -21,7 +22,8 @@ Verdict ValidarCR14(Pass& pass) {
     }
     if (pass.arquivo.EndOfFile()) {
       return Refuse("CR14-03", pass.registros.RegistroCR10, Cr10::kQ14, "Tabela 3, CR=10 Campo - Q14",
-                    "inconsistente, Posição 144");
+                    "inconsistente, Posição 144")
+          .Porque(razao::Lidos(pass.declaracao.QtdePendenteCR14, i));
     }
     if (LefRigNumChr(r[C::kQ18])) {
       return Refuse("CR14-04", r, C::kQ18, "Tabela 04, CR=14, Campo - Q18", "Inconsistente, Posição 141");

@@ -1,5 +1,6 @@
 #include "records/occurrence.h"
 
+#include "checks/reasons.h"
 #include "records/occurrence_details.h"
 #include "records/occurrence_rules.h"
 #include "runtime/display.h"
@@ -11,14 +12,22 @@ namespace {
 
 using C = Cr20;
 
-Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, const ShortText& ChaveAnteriorCR20) {
+// An occurrence's key as people read it.
+std::string ChaveLegivel(std::string_view chave) {
+  if (chave.empty()) return {};
+  return Utf8(Mascara(kMascaraSubItem, Left(chave, 5))) + ", PrópriaOuST " + Utf8(Mid(chave, 6, 1));
+}
+
+Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, int lidos,
+                       const ShortText& ChaveAnteriorCR20) {
   if (r[C::kSeparadores] != kCrLf) {
     return Refuse("CR20-01", r, C::kSeparadores, "Tabela 6, CR=20, Campo - Separadores",
                   "inconsistente, Posição 428");
   }
   if (pass.arquivo.EndOfFile()) {
     return Refuse("CR20-02", pass.registros.RegistroDeclaracao, Cr05::kQ20, "Tabela 3, CR=05, Campo - Q10",
-                  "inconsistente, Posição 118");
+                  "inconsistente, Posição 118")
+        .Porque(razao::Lidos(pass.declaracao.QtdeCR20, lidos));
   }
   if (LefRigNumChr(r[C::kCodSubItem])) {
     return Refuse("CR20-03", r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem",
@@ -26,7 +35,8 @@ Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, const ShortText&
   }
   if (Right(r[C::kCodSubItem], 2) != "99" && ChaveAnteriorCR20.view() >= ChaveCR20(r).view()) {
     return Refuse("CR20-04", r, C::kCodSubItem, "Tabela 6, CR=20, Campo - CódSubitem",
-                  "duplicado ou fora de sequência, Posição 3");
+                  "duplicado ou fora de sequência, Posição 3")
+        .Porque(razao::Ordem(ChaveLegivel(ChaveAnteriorCR20), ChaveLegivel(ChaveCR20(r))));
   }
   return Accepted;
 }
@@ -64,21 +74,40 @@ Verdict ValidarDetalhes(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& o
   return Accepted;
 }
 
+// The details that the occurrence announces and whose values are added up together.
+std::string Parcelas(const Record<Cr20>& r) {
+  std::string parcelas;
+  const auto somar = [&](const Field<Cr20>& quantidade, std::string_view codigo) {
+    if (Val(r[quantidade]) > 0) parcelas.append(parcelas.empty() ? "CR=" : ", ").append(codigo);
+  };
+  somar(C::kQ25, "25");
+  somar(C::kQ26, "26");
+  somar(C::kQ27, "27");
+  return parcelas;
+}
+
 Verdict ValidarSomas(const Record<Cr20>& r, const EstadoOcorrencia& ocorrencia) {
   const bool com_25a27 = Val(r[C::kQ25]) > 0 || Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0;
   if (com_25a27 && SemZeros(Val(r[C::kValor])).view() != SemZeros(ocorrencia.SomaValorCR25a27).view()) {
     return Refuse("CR20-49", r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
-                  "O campo Valor é diferente da somatória do campo Valor dos CR=25 ou 26 ou 27. ");
+                  "O campo Valor é diferente da somatória do campo Valor dos CR=25 ou 26 ou 27. ")
+        .Porque(razao::Soma(Parcelas(r), ocorrencia.SomaValorCR25a27, Val(r[C::kValor])));
   }
   if (Val(r[C::kQ28]) > 0 &&
       SemZeros(Val(r[C::kValor])).view() != SemZeros(ocorrencia.SomaValorCR28).view()) {
     return Refuse("CR20-50", r, C::kValor, "Tabela: 06, CR 20, Campo: Valor, Posição: 8",
-                  "O campo Valor é diferente da somatória do campo Valor dos CR=28. ");
+                  "O campo Valor é diferente da somatória do campo Valor dos CR=28. ")
+        .Porque(razao::Soma("CR=28", ocorrencia.SomaValorCR28, Val(r[C::kValor])));
   }
   return Accepted;
 }
 
 }  // namespace
+
+std::string ChaveComNF(std::string_view chave) {
+  if (chave.empty()) return {};
+  return Utf8(Mascara(kMascaraIE, Left(chave, 12))) + ", NF " + Utf8(Mid(chave, 13, chave.size()));
+}
 
 void GravarChaveOcorrencia(const Record<Cr20>& ocorrencia, Gravador& gravador) {
   gravador.Campo(C::kCodSubItem.name, Mascara(kMascaraSubItem, ocorrencia[C::kCodSubItem]));
@@ -94,7 +123,7 @@ Verdict ValidarCR20(Pass& pass) {
   for (int i = 0; i < pass.declaracao.QtdeCR20; ++i) {
     EstadoOcorrencia ocorrencia;
     pass.arquivo.Next(r);
-    if (auto refused = ValidarLeitura(pass, r, ChaveAnteriorCR20)) return refused;
+    if (auto refused = ValidarLeitura(pass, r, i, ChaveAnteriorCR20)) return refused;
     const SubItem sub_item(r);
     if (auto refused = ValidarQuantidadesDoPeriodo(r, sub_item, ref)) return refused;
     if (auto refused = ValidarSubItemDoPeriodo(r, sub_item, cabecalho, ref, vistos)) return refused;

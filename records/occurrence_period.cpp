@@ -2,6 +2,7 @@
 #include <span>
 
 #include "checks/period.h"
+#include "checks/reasons.h"
 #include "records/occurrence_rules.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -12,20 +13,29 @@ using C = Cr20;
 
 Verdict ValidarQuantidadesDoPeriodo(const Record<Cr20>& r, const SubItem& sub_item, int ref) {
   constexpr Range k704a707{704, 707};
+  constexpr Range kDe2002{200201, kSemFim};
+  constexpr Range kDe2008{200801, kSemFim};
   if (ref < 200201 && Val(r[C::kQ25]) > 0 && !k704a707.Holds(sub_item.numero)) {
-    return Refuse("CR20-05", r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ");
+    return Refuse("CR20-05", r, C::kQ25, "Tabela 06, CR=20, Campo - Q25", "Posição 424. Inconsistente ")
+        .Porque(razao::Validade("Q25", kDe2002, ref));
   }
   if (ref < 200201 && (Val(r[C::kQ26]) > 0 || Val(r[C::kQ27]) > 0)) {
     return Refuse("CR20-06", r, Val(r[C::kQ26]) > 0 ? C::kQ26 : C::kQ27,
-                  "Tabela 06, CR=20, Campo - Q26 _x_Q27", "Posição 428_x_432. Inconsistente ");
+                  "Tabela 06, CR=20, Campo - Q26 _x_Q27", "Posição 428_x_432. Inconsistente ")
+        .Porque(razao::Validade("Q26 e Q27", kDe2002, ref));
   }
   if (ref < 200801 && Val(r[C::kQ28]) > 0) {
-    return Refuse("CR20-07", r, C::kQ28, "Tabela 06, CR=20, Campo - Q28", "Posição 433_x437. Inconsistente ");
+    return Refuse("CR20-07", r, C::kQ28, "Tabela 06, CR=20, Campo - Q28", "Posição 433_x437. Inconsistente ")
+        .Porque(razao::Validade("Q28", kDe2008, ref));
   }
   return Accepted;
 }
 
 namespace {
+
+std::string ValidadeDoSubItem(const Record<Cr20>& r, Range periodo, int ref) {
+  return razao::Validade("subitem " + Utf8(Mascara(kMascaraSubItem, r[C::kCodSubItem])), periodo, ref);
+}
 
 enum class Operacoes { kQuaisquer, kProprias };
 
@@ -72,6 +82,10 @@ constexpr std::array kVedadosDepois{
     Vedado{"CR20-20", Antes(201301), Operacoes::kQuaisquer, k226_748},
 };
 
+// The periods outside the refused ones, which begin or end where the file's periods do.
+Range Permitido(const Vedado& vedado) {
+  return vedado.ref.last == kSemFim ? Range{0, vedado.ref.first - 1} : Range{vedado.ref.last + 1, kSemFim};
+}
 Verdict ValidarVedados(const Record<Cr20>& r, const SubItem& sub_item, std::span<const Vedado> vedados,
                        int ref) {
   const bool propria = Val(r[C::kPropriaOuST]) == 0;
@@ -79,7 +93,8 @@ Verdict ValidarVedados(const Record<Cr20>& r, const SubItem& sub_item, std::span
     if (!vedado.ref.Holds(ref) || !In(vedado.sub_itens, sub_item.right3)) continue;
     if (vedado.operacoes == Operacoes::kProprias && !propria) continue;
     return Refuse(vedado.regra, r, C::kCodSubItem, vedado.primeiro,
-                  "inconsistente para esta referencia, Posição 3");
+                  "inconsistente para esta referencia, Posição 3")
+        .Porque(ValidadeDoSubItem(r, Permitido(vedado), ref));
   }
   return Accepted;
 }
@@ -126,7 +141,8 @@ Verdict ValidarSubItemDoPeriodo(const Record<Cr20>& r, const SubItem& sub_item, 
   if (auto refused = ValidarVedados(r, sub_item, kVedadosDepois, ref)) return refused;
   if (ref > 201112 && sub_item.right3 == 701 && r[C::kPropriaOuST] == "0") {
     return Refuse("CR20-22", r, C::kCodSubItem, "Tabela 06, CR=20, Campo - CódSubitem",
-                  "inconsistente para esta referencia, Posição 3");
+                  "inconsistente para esta referencia, Posição 3")
+        .Porque(ValidadeDoSubItem(r, {0, 201112}, ref));
   }
   return ValidarContribuinte(r, sub_item, cabecalho);
 }

@@ -8,6 +8,7 @@
 
 #include "checks/dates.h"
 #include "checks/period.h"
+#include "checks/reasons.h"
 #include "runtime/display.h"
 #include "runtime/int16.h"
 #include "runtime/numbers.h"
@@ -53,11 +54,13 @@ Verdict ValidarCamposCR07(const Record<Cr07>& r, std::string_view ref) {
     return Refuse("CR07-09", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Inválida, Posição 19");
   }
   if (!PeriodoDePagamento(ref).Holds(IntVal(r[C::kData]))) {
-    return Refuse("CR07-10", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Período Inválido, Posição 19");
+    return Refuse("CR07-10", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Período Inválido, Posição 19")
+        .Porque(razao::Dias(PeriodoDePagamento(ref)));
   }
   if (Val(Left(ref, 4)) < 2012) {
     return Refuse("CR07-11", r, C::kData, "Tabela 20, CR=07, Campo - Data/Ref",
-                  "Só é permitido preenchimento do campo pagamento para referência a partir de 01/2012");
+                  "Só é permitido preenchimento do campo pagamento para referência a partir de 01/2012")
+        .Porque(razao::Validade("pagamentos", {201201, kSemFim}, IntVal(ref)));
   }
   return Accepted;
 }
@@ -115,20 +118,25 @@ Verdict ValidarCR07(Pass& pass) {
     }
     if (pass.arquivo.EndOfFile()) {
       return Refuse("CR07-02", cabecalho, Cr05::kQ07, "Tabela 2, CR=05 Campo - Q07",
-                    "inconsistente, Posição 114");
+                    "inconsistente, Posição 114")
+          .Porque(razao::Lidos(pass.declaracao.QtdeCR07, i));
     }
     if (!pagamentos.Datar(r)) {
-      return Refuse("CR07-03", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Pagamentos com mesma data");
+      return Refuse("CR07-03", r, C::kData, "Tabela 20, CR=07, Campo - Data", "Pagamentos com mesma data")
+          .Porque("já informada em outro pagamento: PrópriaOuST " + Utf8(r[C::kPropriaOuST]) + ", " +
+                  razao::Dia(r[C::kData]));
     }
     if (auto refused = ValidarCamposCR07(r, cabecalho[Cr05::kRef])) return refused;
     pagamentos.Contar(r);
     if (pagamentos.proprias() > kMaximoDePagamentos) {
       return Refuse("CR07-12", r, C::kPropriaOuST, "Tabela 20, CR=07 Campo - PrópriaOUST",
-                    "Quantidades de detalhamento de pagamentos de operações próprias maior que 5");
+                    "Quantidades de detalhamento de pagamentos de operações próprias maior que 5")
+          .Porque(razao::Maximo("pagamentos", pagamentos.proprias(), kMaximoDePagamentos));
     }
     if (pagamentos.st() > kMaximoDePagamentos) {
       return Refuse("CR07-13", r, C::kPropriaOuST, "Tabela 20, CR=07 Campo - PrópriaOUST",
-                    "Quantidades de detalhamento de pagamentos de operações ST maior que 5");
+                    "Quantidades de detalhamento de pagamentos de operações ST maior que 5")
+          .Porque(razao::Maximo("pagamentos", pagamentos.st(), kMaximoDePagamentos));
     }
     GravarCR07(r, pass.componentes);
   }

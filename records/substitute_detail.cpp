@@ -1,4 +1,5 @@
 #include "checks/dates.h"
+#include "checks/reasons.h"
 #include "records/occurrence_details.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
@@ -17,7 +18,8 @@ Verdict ValidarCamposCR26(const Record<Cr26>& r, Components& componentes) {
   Utf8Buffer ie;  // no numeric test stands before the host's
   if (!componentes.documentos().ValidarIE(Utf8(r[C::kIESubstituto], ie))) {
     return Refuse("CR26-05", r, C::kIESubstituto, "Tabela 16, CR=26, Campo - IESubstituto",
-                  "Inválida, Posição 3");
+                  "Inválida, Posição 3")
+        .Porque(razao::Digitos(kMascaraIE, componentes.documentos().IECerta(Utf8(r[C::kIESubstituto], ie))));
   }
   if (LefRigNumChr(r[C::kNF])) {
     return Refuse("CR26-06", r, C::kNF, "Tabela 05, CR=26, Campo - NF", "Inconsistente, Posição 15");
@@ -52,7 +54,9 @@ Verdict ValidarCruzadoCR26(const Record<Cr26>& r, const SubItem& sub_item, const
   }
   if (r[C::kDataFim] < r[C::kDataInicio] || r[C::kDataFim] > cabecalho[Cr05::kRef]) {
     return Refuse("CR26-13", r, C::kDataFim, "Tabela 16, CR=26, Campo - DataFim_x_DataInicio",
-                  "Inconsistente, Posições 27_x_21");
+                  "Inconsistente, Posições 27_x_21")
+        .Porque("DataInicio: " + razao::Mes(r[C::kDataInicio]) + "; DataFim: " + razao::Mes(r[C::kDataFim]) +
+                "; Ref: " + razao::Mes(cabecalho[Cr05::kRef]));
   }
   return Accepted;
 }
@@ -81,12 +85,14 @@ Verdict ValidarCR26(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& ocorr
                     "inconsistente, Posição 48");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse("CR26-02", pai, Cr20::kQ26, "Tabela 16, CR=26 Campo - Q26", "inconsistente, Posição 48");
+      return Refuse("CR26-02", pai, Cr20::kQ26, "Tabela 16, CR=26 Campo - Q26", "inconsistente, Posição 48")
+          .Porque(razao::Lidos(ocorrencia.QtdePendenteCR26, i));
     }
     const ShortText chave = ShortText(r[C::kIESubstituto]).Append(r[C::kNF]);
     if (anterior.view() >= chave.view()) {
       return Refuse("CR26-03", r, C::kIESubstituto, "Tabela 16, CR=26 Campo - IESubstituto",
-                    "inconsistente, Posições 3_x_15");
+                    "inconsistente, Posições 3_x_15")
+          .Porque(razao::Ordem(ChaveComNF(anterior), ChaveComNF(chave)));
     }
     anterior = chave;
     if (auto refused = ValidarCamposCR26(r, pass.componentes)) return refused;

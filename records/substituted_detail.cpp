@@ -1,3 +1,4 @@
+#include "checks/reasons.h"
 #include "records/occurrence_details.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
@@ -13,7 +14,8 @@ Verdict ValidarCamposCR27(const Record<Cr27>& r, Components& componentes) {
     return Refuse("CR27-05", r, C::kCr, "Tabela 17, CR=27, Campo - CR", "Inconsistentes, Posição 1");
   }
   if (!componentes.documentos().ValidarIE(r[C::kIESubstituido])) {
-    return Refuse("CR27-06", r, C::kIESubstituido, "Tabela 17, CR=27, Campo - IE", "Inválida, Posição 3");
+    return Refuse("CR27-06", r, C::kIESubstituido, "Tabela 17, CR=27, Campo - IE", "Inválida, Posição 3")
+        .Porque(razao::Digitos(kMascaraIE, componentes.documentos().IECerta(r[C::kIESubstituido])));
   }
   if (LefRigNumChr(r[C::kNF])) {
     return Refuse("CR27-07", r, C::kNF, "Tabela 17, CR=27, Campo - Nf", "Inconsistente, Posição 15");
@@ -63,7 +65,8 @@ Verdict ValidarCR27(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& ocorr
                     "inconsistente, Posição 36");
     }
     if (pass.arquivo.EndOfFile()) {
-      return Refuse("CR27-02", pai, Cr20::kQ27, "Tabela 6, CR=20 Campo - Q27", "inconsistente, Posição 432");
+      return Refuse("CR27-02", pai, Cr20::kQ27, "Tabela 6, CR=20 Campo - Q27", "inconsistente, Posição 432")
+          .Porque(razao::Lidos(ocorrencia.QtdePendenteCR27, i));
     }
     if (LefRigNumChr(r[C::kIESubstituido])) {
       return Refuse("CR27-03", r, C::kIESubstituido, "Tabela 17, CR=27 Campo - IESubstituído",
@@ -72,7 +75,8 @@ Verdict ValidarCR27(Pass& pass, const SubItem& sub_item, EstadoOcorrencia& ocorr
     const ShortText chave = ShortText(r[C::kIESubstituido]).Append(r[C::kNF]);
     if (anterior.view() >= chave.view()) {
       return Refuse("CR27-04", r, C::kIESubstituido, "Tabela 17, CR=27 Campo - IESubstituído_x_NF",
-                    "inconsistente, Posição 3_x_15");
+                    "inconsistente, Posição 3_x_15")
+          .Porque(razao::Ordem(ChaveComNF(anterior), ChaveComNF(chave)));
     }
     anterior = chave;
     if (auto refused = ValidarCamposCR27(r, pass.componentes)) return refused;

@@ -55,4 +55,13 @@ bool ValidadorDocumentosLocal::ValidarCNPJ(std::string_view cnpj) {
          cnpj[13] == DigitoCNPJ(cnpj.substr(0, 13));
 }
 
+std::string ValidadorDocumentosLocal::IECerta(std::string_view ie) {
+  if (ie.size() != 12 || !OnlyDigits(ie)) return {};
+  return CompletarIE(ie.substr(0, 8), ie.substr(9, 2));
+}
+
+std::string ValidadorDocumentosLocal::CNPJCerto(std::string_view cnpj) {
+  return cnpj.size() == 14 && OnlyDigits(cnpj) ? CompletarCNPJ(cnpj.substr(0, 12)) : std::string();
+}
+
 }  // namespace tremvik

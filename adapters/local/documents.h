@@ -22,6 +22,8 @@ class ValidadorDocumentosLocal final : public ValidadorDocumentos {
  public:
   bool ValidarIE(std::string_view ie) override;
   bool ValidarCNPJ(std::string_view cnpj) override;
+  std::string IECerta(std::string_view ie) override;
+  std::string CNPJCerto(std::string_view cnpj) override;
 };
 
 }  // namespace tremvik

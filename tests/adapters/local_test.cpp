@@ -154,7 +154,9 @@ TEST(DocumentsTest, CheckDigits) {
   EXPECT_TRUE(validador.ValidarIE("110042490114"));
   EXPECT_EQ(CompletarIE("11004249", "11"), "110042490114");
   EXPECT_TRUE(validador.ValidarCNPJ("11222333000181"));
-  EXPECT_EQ(CompletarCNPJ("112223330001"), "11222333000181");
+  EXPECT_EQ(validador.IECerta("110042499119"), "110042490114");
+  EXPECT_EQ(validador.CNPJCerto("11222333000199"), "11222333000181");
+  EXPECT_EQ(validador.IECerta("11004249911A") + validador.CNPJCerto("1"), "");
   for (const std::string_view ie : {"110042491114", "110042490115", "11004249011", "1100424901140", "",
                                     "11004249011A", " 10042490114", "110.042.4901"}) {
     EXPECT_FALSE(validador.ValidarIE(ie)) << ie;

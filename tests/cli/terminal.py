@@ -33,7 +33,7 @@ Período Inválido, Posição 19
 Linha nº 50
 
 linha 50, registro 07, campo Data, colunas 19 a 26, valor "20140701"
-regra CR07-10
+regra CR07-10: permitido: de 01/04/2014 a 30/06/2014
       │ ----+---10----+---20----+-
    50 │ {line}
       │                   ^^^^^^^^

@@ -99,6 +99,7 @@ TEST(Cfop, TheQuestionAndItsAnswers) {
   no.host.answers = {7};
   no.Import(file.Bytes());
   EXPECT_EQ(no.host.boxes, (Boxes{{question, 324, "Atenção"}}));
+  EXPECT_EQ(no.host.doubts.at(0).porque, "25% de 1,00: 0,25; Imposto: 0,26; diferença 0,01");
   EXPECT_EQ(no.tremvik.Mensagem(), question);
   EXPECT_EQ(no.tremvik.NroLinha(), 4);
   EXPECT_EQ(no.tremvik.outcome().estado, Outcome::Estado::kRecusado);

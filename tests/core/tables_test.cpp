@@ -52,7 +52,9 @@ TEST(Tables, ALetterInAnyFieldIsRefusedInItsPlaceAndTurn) {
     for (const Spoiled& upper : all) {
       if (upper.place.line != line) continue;
       SCOPED_TRACE(upper.where + " and " + where);
-      EXPECT_EQ(Check({kEveryKind, upper.edit + ";" + edit, line, upper.first, upper.second}), upper.place);
+      Place told = Check({kEveryKind, upper.edit + ";" + edit, line, upper.first, upper.second});
+      told.porque.clear();
+      EXPECT_EQ(told, upper.place);
     }
   }
 }

@@ -164,7 +164,7 @@ std::vector<Row> ReadTable(std::string_view name, std::size_t cells) {
 }
 
 void CheckTable(std::string_view name) {
-  for (const auto& [where, cells] : ReadTable(name, 6)) {
+  for (const auto& [where, cells] : ReadTable(name, 7)) {
     SCOPED_TRACE(where);
     const std::string& edits = cells[1];
     std::string line = cells[2];
@@ -178,6 +178,7 @@ void CheckTable(std::string_view name) {
         Check({cells[0], edits + period, line == "ok" ? kAccepted : std::stoi(line), cells[3], cells[4]});
     const std::string told = std::to_string(place.line) + "." + place.field;
     EXPECT_TRUE(cells[5].empty() || told == cells[5]) << told;
+    EXPECT_TRUE(cells[6].empty() || place.porque == cells[6]) << place.porque;
   }
 }
 

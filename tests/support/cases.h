@@ -61,9 +61,9 @@ struct Row {
 /// stands for one with each of them; "#" begins a comment line.
 [[nodiscard]] std::vector<Row> ReadTable(std::string_view name, std::size_t cells);
 
-/// Checks every row of a table: "kinds | edits | outcome | first | second | place |". `outcome` is "ok", the
-/// line of the refusal, or "200112/200201:3": accepted in one period, refused at line 3 in the other. `place`
-/// is where the fault really is, "2.Q07", where the texts may name another field.
+/// Checks every row of a table: "kinds | edits | outcome | first | second | place | reason |". `outcome` is
+/// "ok", the line of the refusal, or "200112/200201:3": accepted in one period, refused at line 3 in the
+/// other. `place` is where the fault really is, "2.Q07", where the texts may name another field.
 void CheckTable(std::string_view name);
 
 /// The boxes shown, to be compared.

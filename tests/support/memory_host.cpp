@@ -8,7 +8,7 @@ namespace {
 
 Place PlaceOf(const FaultLocation& where) {
   return {where.linha,   std::string(where.registro), std::string(where.campo), where.posicao,
-          where.largura, std::string(where.valor)};
+          where.largura, std::string(where.valor),    std::string(where.porque)};
 }
 
 // What the component always does the same way.
@@ -55,6 +55,7 @@ struct MemoryHost::Documentos final : ValidadorDocumentos {
     return ie != kInvalidIE;
   }
   bool ValidarCNPJ(std::string_view cnpj) override { return cnpj != kInvalidCNPJ; }
+  std::string IECerta(std::string_view /*ie*/) override { return "110042490114"; }
   MemoryHost& host;
 };
 

@@ -30,7 +30,7 @@ struct Place {
   int line = 0;
   std::string record, field;
   int position = 0, width = 0;
-  std::string value;
+  std::string value, porque = {};
   friend bool operator==(const Place&, const Place&) = default;
 };
 
