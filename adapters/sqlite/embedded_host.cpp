@@ -29,7 +29,9 @@ class EmbeddedHost::Impl {
         files_(folder_),
         names_(folder_, files_),
         application_(folder_, std::move(options.config_home)),
-        engine_(folder_),
+        engine_([this](std::string_view path) {
+          return built_in_tables_ ? TabelasPadrao() : AbrirTabelas(folder_.Resolve(path));
+        }),
         store_(folder_.File(arquivo::kDeclaracoes)),
         host_{screen,
               events,
@@ -80,7 +82,7 @@ class EmbeddedHost::Impl {
         MakeFolder(folder_.path());
         ConstruirTabelasPadrao(tables);
       } catch (const RuntimeError&) {
-        engine_.UseBuiltInTables();
+        built_in_tables_ = true;
       }
     }
     return components_.emplace<DiscardingComponents>(names_, store_);
@@ -91,6 +93,7 @@ class EmbeddedHost::Impl {
   LocalFiles files_;
   TemporaryNames names_;
   LocalApplication application_;
+  bool built_in_tables_ = false;
   SqliteReferenceEngine engine_;
   Store store_;
   std::optional<TemporaryDatabase> temporary_;

@@ -1,28 +1,16 @@
 #include "adapters/sqlite/reference_engine.h"
 
-#include <functional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "adapters/local/remembered.h"
 #include "adapters/sqlite/connection.h"
-#include "adapters/sqlite/reference_tables.h"
 #include "host/runtime_error.h"
 
 namespace tremvik {
 namespace {
 
-// Looks a text up without making a string of it.
-struct TextHash {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-};
-template <typename V>
-using TextMap = std::unordered_map<std::string, V, TextHash, std::equal_to<>>;
-
-// Far more than the different look-ups of a file that is right; only spoilt values make more.
-constexpr std::size_t kMostAnswers = 4096;
 constexpr std::size_t kMostQueries = 64;
 
 // A query text with a parameter in the place of each text value, and the values.
@@ -82,16 +70,9 @@ class ReferenceDatabase final : public Database {
 
   virtual ~ReferenceDatabase() = default;
 
-  // The answers of before go one generation after they were last asked for, so that one that is still open
-  // stays.
   Recordset& OpenRecordset(std::string_view sql, int type) override {
     if (type != kSnapshot) throw RuntimeError(erro::kArgumentoInvalido);
-    const auto known = answers_.find(sql);
-    if (known != answers_.end()) return known->second;
-    if (answers_.size() == kMostAnswers) older_ = std::exchange(answers_, {});
-    const auto older = older_.find(sql);
-    if (older != older_.end()) return answers_.insert(older_.extract(older)).position->second;
-    return answers_.try_emplace(std::string(sql), Query(sql)).first->second;
+    return answers_.To(sql, [&] { return Answer(Query(sql)); });
   }
   void Close() override {}
 
@@ -112,39 +93,32 @@ class ReferenceDatabase final : public Database {
 
   sqlite::Connection connection_;
   TextMap<sqlite::Statement> queries_;
-  TextMap<Answer> answers_;
-  TextMap<Answer> older_;
+  Remembered<Answer> answers_;
 };
 
 }  // namespace
 
 class SqliteReferenceEngine::Impl {
  public:
-  explicit Impl(const ComponentFolder& folder) : folder_(folder) {}
+  explicit Impl(Opening open) : open_(std::move(open)) {}
 
   // An instance asks for one path; were there another, its database would take the place of the first.
   Database& Open(std::string_view path) {
     if (database_ && path == path_) return *database_;
-    database_ = std::make_unique<ReferenceDatabase>(built_in_ ? TabelasPadrao()
-                                                              : AbrirTabelas(folder_.Resolve(path)));
+    database_ = std::make_unique<ReferenceDatabase>(open_(path));
     path_ = path;
     return *database_;
   }
-  void UseBuiltInTables() { built_in_ = true; }
 
  private:
-  const ComponentFolder& folder_;
-  bool built_in_ = false;
+  Opening open_;
   std::string path_;
   std::unique_ptr<ReferenceDatabase> database_;
 };
 
-SqliteReferenceEngine::SqliteReferenceEngine(const ComponentFolder& folder)
-    : impl_(std::make_unique<Impl>(folder)) {}
+SqliteReferenceEngine::SqliteReferenceEngine(Opening open) : impl_(std::make_unique<Impl>(std::move(open))) {}
 
 SqliteReferenceEngine::~SqliteReferenceEngine() = default;
-
-void SqliteReferenceEngine::UseBuiltInTables() { impl_->UseBuiltInTables(); }
 
 Database& SqliteReferenceEngine::OpenDatabase(std::string_view path) { return impl_->Open(path); }
 

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
-#include "adapters/local/component_folder.h"
 #include "host/reference_engine.h"
 
 namespace tremvik {
+
+namespace sqlite {
+class Connection;
+}
 
 /// The database engine of the reference tables over SQLite: runs the query texts as they stand. A database
 /// stays open behind Close, and thousands of answers are remembered by their query texts, so a look-up that
@@ -14,14 +18,13 @@ namespace tremvik {
 /// at again.
 class SqliteReferenceEngine final : public ReferenceEngine {
  public:
-  /// `folder` must outlive this object.
-  explicit SqliteReferenceEngine(const ComponentFolder& folder);
+  /// Opens the database that the component knows as `path`; raises the runtime's errors.
+  using Opening = std::function<sqlite::Connection(std::string_view path)>;
+  explicit SqliteReferenceEngine(Opening open);
   ~SqliteReferenceEngine() override;
   SqliteReferenceEngine(const SqliteReferenceEngine&) = delete;
   SqliteReferenceEngine& operator=(const SqliteReferenceEngine&) = delete;
 
-  /// Whatever path is opened, the program's own rows answer, from memory.
-  void UseBuiltInTables();
   Database& OpenDatabase(std::string_view path) override;
 
  private:

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "adapters/local/component_folder.h"
 #include "adapters/memory/memory_engine.h"
 #include "adapters/sqlite/reference_engine.h"
 #include "adapters/sqlite/reference_tables.h"
@@ -57,7 +58,8 @@ class ReferenceTest : public testing::Test {
 
   ScratchFolder scratch_;
   ComponentFolder folder_{scratch_.path()};
-  SqliteReferenceEngine engine_{folder_};
+  SqliteReferenceEngine engine_{
+      [this](std::string_view path) { return AbrirTabelas(folder_.Resolve(path)); }};
   MemoryReferenceEngine memory_;
 };
 

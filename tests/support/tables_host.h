@@ -23,7 +23,8 @@ class References {
  private:
   ScratchFolder scratch_;
   ComponentFolder folder_{scratch_.path()};
-  SqliteReferenceEngine engine_{folder_};
+  SqliteReferenceEngine engine_{
+      [this](std::string_view path) { return AbrirTabelas(folder_.Resolve(path)); }};
 };
 
 class TablesHost : public MemoryHost {
