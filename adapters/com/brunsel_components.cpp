@@ -2,6 +2,7 @@
 
 #include "adapters/com/late_bound.h"
 #include "adapters/com/registry.h"
+#include "adapters/com/win_files.h"
 #include "adapters/com/windows_api.h"
 
 namespace tremvik::com {
@@ -17,11 +18,21 @@ LateBound Create(const std::wstring& class_name) {
 }
 
 struct Banco final : BancoTemporario {
-  void Preparar() override { object.Call(L"Preparar"); }
+  explicit Banco(std::string_view folder) : pasta(folder) {}
+  // The host tells what it could not do, and seldom why.
+  void Preparar() override {
+    try {
+      object.Call(L"Preparar");
+    } catch (const RuntimeError& error) {
+      if (MayWrite(pasta)) throw;
+      throw RuntimeError(error.number(), error.description() + "; " + Unwritable(pasta));
+    }
+  }
   std::int16_t Abrir(std::string_view caminho) override {
     return object.Get<std::int16_t>(L"Abrir", caminho);
   }
   void Encerrar(std::string_view caminho) override { object.Call(L"Encerrar", caminho); }
+  std::string pasta;
   LateBound object = Create(L"BancoTemporario");
 };
 
@@ -51,7 +62,7 @@ struct GravadorDoHost final : Gravador {
 }  // namespace
 
 std::unique_ptr<BancoTemporario> BrunselComponents::CriarBancoTemporario() {
-  return std::make_unique<Banco>();
+  return std::make_unique<Banco>(folder_);
 }
 std::unique_ptr<ConsultaDeclaracoes> BrunselComponents::CriarConsultaDeclaracoes() {
   return std::make_unique<Consulta>();

@@ -10,12 +10,6 @@ namespace {
 constexpr std::wstring_view kEngine = L"DAO.DBEngine.36";
 constexpr std::wstring_view kLaterEngine = L"DAO.DBEngine.120";
 
-// Removes `closed` from the list that owns it: the last act of its life.
-template <class Owned>
-void Remove(std::list<Owned>& owned, const Owned& closed) {
-  owned.remove_if([&closed](const Owned& each) { return &each == &closed; });
-}
-
 LateBound MakeEngine() {
   try {
     return LateBound::Create(kEngine);
@@ -26,39 +20,50 @@ LateBound MakeEngine() {
 
 }  // namespace
 
-long DaoRecordset::RecordCount() { return object_.Get<std::int32_t>(L"RecordCount"); }
+DaoRecordset::DaoRecordset(LateBound& database, std::string_view sql, int type)
+    : database_(database), sql_(sql), type_(type) {
+  Rows();
+}
+
+LateBound& DaoRecordset::Rows() {
+  if (!rows_) rows_ = database_.Get<LateBound>(L"OpenRecordset", sql_, std::int32_t{type_});
+  return *rows_;
+}
+
+long DaoRecordset::RecordCount() {
+  if (!count_) count_ = Rows().Get<std::int32_t>(L"RecordCount");
+  return *count_;
+}
 
 std::string_view DaoRecordset::Field(std::string_view name) {
-  auto field = object_.Get<LateBound>(L"Fields").Get<LateBound>(L"Item", name);
-  return texts_.emplace_back(field.Get<std::string>(L"Value"));
+  if (const auto known = fields_.find(name); known != fields_.end()) return known->second;
+  auto field = Rows().Get<LateBound>(L"Fields").Get<LateBound>(L"Item", name);
+  return fields_.emplace(name, field.Get<std::string>(L"Value")).first->second;
 }
 
 void DaoRecordset::Close() {
-  object_.Call(L"Close");
-  owner_.Forget(*this);
+  if (!rows_) return;
+  rows_->Call(L"Close");
+  rows_.reset();
+}
+
+DaoDatabase::~DaoDatabase() {
+  try {
+    object_.Call(L"Close");
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the run that asked is over
+  }
 }
 
 Recordset& DaoDatabase::OpenRecordset(std::string_view sql, int type) {
-  const auto wanted = static_cast<std::int32_t>(type);
-  return recordsets_.emplace_back(*this, object_.Get<LateBound>(L"OpenRecordset", sql, wanted));
-}
-
-void DaoDatabase::Close() {
-  object_.Call(L"Close");
-  owner_.Forget(*this);
-}
-
-void DaoDatabase::Forget(const DaoRecordset& closed) { Remove(recordsets_, closed); }
-
-LateBound& DaoEngine::engine() {
-  if (!engine_) engine_ = MakeEngine();
-  return *engine_;
+  return answers_.To(sql, [&] { return DaoRecordset(object_, sql, type); });
 }
 
 Database& DaoEngine::OpenDatabase(std::string_view path) {
-  return databases_.emplace_back(*this, engine().Get<LateBound>(L"OpenDatabase", path));
+  if (database_ && path == path_) return *database_;
+  if (!engine_) engine_ = MakeEngine();
+  auto opened = engine_->Get<LateBound>(L"OpenDatabase", path);
+  path_ = path;
+  return database_.emplace(std::move(opened));
 }
-
-void DaoEngine::Forget(const DaoDatabase& closed) { Remove(databases_, closed); }
 
 }  // namespace tremvik::com

@@ -69,6 +69,7 @@ class TremvikObject final : public _Tremvik,
     explicit Ending(TremvikObject& object) : object_(object) {}
     ~Ending() {
       object_.files_.LetGo();
+      object_.engine_.EndRun();
       object_.running_ = false;
     }
     Ending(const Ending&) = delete;
@@ -93,7 +94,7 @@ class TremvikObject final : public _Tremvik,
   DebuggerLog log_;
   DesktopApplication application_;
   DaoEngine engine_;
-  BrunselComponents components_;
+  BrunselComponents components_{application_.AppPath()};
   ComPtr<ITypeInfo> type_;  ///< of the default interface
   Tremvik component_;       ///< last: it reaches all the others
 };

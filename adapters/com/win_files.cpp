@@ -30,7 +30,40 @@ bool IsFile(const std::wstring& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
+bool IsReadOnly(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+// The run-time error of `code`, which the change of the file `path` ended in, with what the user can mend.
+RuntimeError ErrorOfChange(DWORD code, std::string_view path) {
+  const RuntimeError plain = ErrorOfSystem(code);
+  const std::string folder(path.substr(0, path.find_last_of('\\')));
+  std::string words = plain.description() + ": '" + std::string(path) + "'";
+  if (plain.number() == erro::kPermissaoNegada)
+    words += " está em uso por outro programa";
+  else if (IsReadOnly(SystemPath(path)))
+    words += " é somente leitura";
+  else if (!MayWrite(folder))
+    words += "; " + Unwritable(folder);
+  return {plain.number(), words};
+}
+
 }  // namespace
+
+bool MayWrite(std::string_view folder) {
+  const std::wstring name =
+      SystemPath(std::string(folder) + "\\tremvik-" + std::to_string(GetCurrentProcessId()) + ".tmp");
+  auto* const file = CreateFileW(name.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                                 FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_FILE_EXISTS;
+  CloseHandle(file);
+  return true;
+}
+
+std::string Unwritable(std::string_view folder) {
+  return "a pasta '" + std::string(folder) + "' não permite gravar";
+}
 
 WinFiles::~WinFiles() {
   LetGo();
@@ -41,11 +74,14 @@ WinFiles::~WinFiles() {
 bool WinFiles::Exists(std::string_view path) { return IsFile(SystemPath(path)); }
 
 void WinFiles::Delete(std::string_view path) {
-  if (!DeleteFileW(SystemPath(path).c_str())) throw ErrorOfSystem(GetLastError());
+  if (!DeleteFileW(SystemPath(path).c_str())) throw ErrorOfChange(GetLastError(), path);
 }
 
 void WinFiles::Rename(std::string_view from, std::string_view to) {
-  if (!MoveFileExW(SystemPath(from).c_str(), SystemPath(to).c_str(), 0)) throw ErrorOfSystem(GetLastError());
+  if (MoveFileExW(SystemPath(from).c_str(), SystemPath(to).c_str(), 0)) return;
+  const DWORD code = GetLastError();
+  const bool target = code == ERROR_ALREADY_EXISTS || code == ERROR_FILE_EXISTS;
+  throw ErrorOfChange(code, target ? to : from);
 }
 
 int WinFiles::FreeFile() {

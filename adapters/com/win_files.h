@@ -9,6 +9,11 @@
 
 namespace tremvik::com {
 
+/// True when the caller may make files in `folder`.
+[[nodiscard]] bool MayWrite(std::string_view folder);
+/// Says that the caller may not.
+[[nodiscard]] std::string Unwritable(std::string_view folder);
+
 /// Files of this process. A file that is closed stays with the system, denied to writers, until it is opened
 /// again or LetGo: whoever reads it in several passes reads the same in each. What is open when this object
 /// ends its life is closed.
@@ -20,6 +25,7 @@ class WinFiles final : public Files {
   ~WinFiles() override;
 
   bool Exists(std::string_view path) override;
+  /// What fails for a reason that the user can mend (in use, read-only, a folder's rights) says so.
   void Delete(std::string_view path) override;
   void Rename(std::string_view from, std::string_view to) override;
   int FreeFile() override;

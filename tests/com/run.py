@@ -162,8 +162,8 @@ def check_calls(label, journal, folder):
     windows = f"Z:{folder}\\".replace("/", "\\")
     known = {re.sub("'[^']*'", "'?'", query) for query in QUERIES}
     check(f"{label}, database engine",
-          len(asked["Close"]) == len(asked["OpenDatabase"]) + len(asked["OpenRecordset"])
-          and all(given == [windows + "tblFixas.fix"] for given in asked["OpenDatabase"])
+          asked["OpenDatabase"] == [[windows + "tblFixas.fix"]]
+          and len(asked["Close"]) == 1 + len(asked["OpenRecordset"]) == 1 + len(set(map(str, asked["OpenRecordset"])))
           and all(kind == "4" and re.sub("'[^']*'", "'?'", query) in known for query, kind in asked["OpenRecordset"])
           and any("tblQuadroOcorrências" in query and "CódSubItem" in query for query, _ in asked["OpenRecordset"]))
     paths = asked["Abrir"] + asked["CaminhoBase"]

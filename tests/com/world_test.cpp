@@ -2,6 +2,7 @@
 #include <span>
 #include <thread>
 
+#include "adapters/com/brunsel_components.h"
 #include "adapters/com/registry.h"
 #include "adapters/com/win_files.h"
 #include "com_support.h"
@@ -38,6 +39,17 @@ class Setting {
   std::optional<std::wstring> before_;
 };
 
+// What an operation raises; empty: nothing.
+template <class Operation>
+std::string ErrorOf(Operation&& operation) {
+  try {
+    operation();
+    return {};
+  } catch (const RuntimeError& error) {
+    return std::to_string(error.number()) + " - " + error.description();
+  }
+}
+
 class World : public ComTest {
  protected:
   static std::string MessageOf(std::string_view sample) {
@@ -72,7 +84,7 @@ TEST_F(World, ErrorsOfOthersKeepTheirWordsOrNameWhoFailed) {
             "3024 - Não foi possível localizar o arquivo '" + Folder() + "\\tblFixas.fix'.");
   ASSERT_TRUE(MoveFileW((tables + L".fora").c_str(), tables.c_str()));
   for (const auto& [fault, message] : std::vector<std::pair<std::string, std::string>>{
-           {"Preparar idle", "53 - Arquivo não encontrado"},
+           {"Preparar idle", "53 - Arquivo não encontrado: '" + Folder() + "\\BDTemp.mdb'"},
            {"Existe Nothing", "13 - Tipos incompatíveis em Brunsel.ConsultaDeclaracoes.Existe"},
            {"Abrir Nothing", "13 - Tipos incompatíveis em Brunsel.BancoTemporario.Abrir"},
            {"OpenRecordset Nothing",
@@ -81,6 +93,24 @@ TEST_F(World, ErrorsOfOthersKeepTheirWordsOrNameWhoFailed) {
     apartment_.Begin({}, "6", fault);
     EXPECT_EQ(MessageOf("aceito"), message);
   }
+  com::BrunselComponents unwritable("Z:\\sys");
+  apartment_.Begin({}, "6", "Preparar wordless");
+  EXPECT_EQ(
+      ErrorOf([&] { unwritable.CriarBancoTemporario()->Preparar(); }),
+      "440 - Erro de automação em Brunsel.BancoTemporario.Preparar; a pasta 'Z:\\sys' não permite gravar");
+}
+
+TEST_F(World, WhatTheLastRunLeftAndCannotGoIsNamed) {
+  const std::string left = "'" + Folder() + "\\BDTempPrf.fix'";
+  const std::wstring file = com::Wide(Folder() + "\\BDTempPrf.fix");
+  EXPECT_EQ(MessageOf("aceito"), "");
+  SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+  EXPECT_EQ(MessageOf("aceito"), "75 - Erro de acesso ao caminho/arquivo: " + left + " é somente leitura");
+  SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+  auto* const other = CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_EQ(MessageOf("aceito"), "70 - Permissão negada: " + left + " está em uso por outro programa");
+  CloseHandle(other);
+  EXPECT_EQ(MessageOf("aceito"), "");
 }
 
 TEST_F(World, TheCurrentDatabaseIsTheUsersSetting) {
@@ -120,17 +150,6 @@ TEST_F(World, BoxesAreModalToTheActiveWindow) {
   EXPECT_EQ(owner, host);
   EXPECT_FALSE(enabled);
   DestroyWindow(host);
-}
-
-// What an operation on a file raises; 0: nothing.
-template <class Operation>
-int ErrorOf(Operation&& operation) {
-  try {
-    operation();
-    return 0;
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
 }
 
 void WriteFileAt(const std::wstring& path, std::string_view bytes) {
@@ -182,7 +201,9 @@ TEST(WinFiles, LongAndAccentedNamesWork) {
     EXPECT_EQ(files.Read(1, bytes.data(), bytes.size()), 0U);
     files.Close(1);
   }
-  EXPECT_EQ(ErrorOf([&] { files.Rename(first, second); }), 70) << "kept for another pass";
+  EXPECT_EQ(ErrorOf([&] { files.Rename(first, second); }),
+            "70 - Permissão negada: '" + first + "' está em uso por outro programa")
+      << "kept for another pass";
   files.LetGo();
   files.Rename(first, second);
   EXPECT_TRUE(files.Exists(second));
@@ -197,19 +218,25 @@ TEST(WinFiles, FailuresAreTheRuntimesErrors) {
   WriteFileAt(com::Wide(other), "2");
   com::WinFiles files;
   char byte = 0;
-  EXPECT_EQ(ErrorOf([&] { files.Open(1, Folder() + "\\nada.txt"); }), 53);
-  EXPECT_EQ(ErrorOf([&] { files.Open(1, Folder() + "\\nada\\nada.txt"); }), 76);
-  EXPECT_EQ(ErrorOf([&] { files.Open(1, Folder()); }), 75);
-  EXPECT_EQ(ErrorOf([&] { files.Rename(file, other); }), 58);
-  EXPECT_EQ(ErrorOf([&] { files.Delete(Folder() + "\\nada.txt"); }), 53);
-  EXPECT_EQ(ErrorOf([&] { files.Read(9, &byte, 1); }), 52);
   files.Open(1, file);
-  EXPECT_EQ(ErrorOf([&] { files.Open(1, other); }), 55);
   auto* const writer =
       CreateFileW(com::Wide(other).c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-  EXPECT_EQ(ErrorOf([&] { files.Open(2, other); }), 70) << "still being written";
+  for (const auto& [operation, error] : std::vector<std::pair<std::function<void()>, std::string>>{
+           {[&] { files.Open(2, Folder() + "\\nada.txt"); }, "53 - Arquivo não encontrado"},
+           {[&] { files.Open(2, Folder() + "\\nada\\nada.txt"); }, "76 - Caminho não encontrado"},
+           {[&] { files.Open(2, Folder()); }, "75 - Erro de acesso ao caminho/arquivo"},
+           {[&] { files.Open(2, other); }, "70 - Permissão negada"},  // still being written
+           {[&] { files.Open(1, other); }, "55 - Arquivo já aberto"},
+           {[&] { files.Read(9, &byte, 1); }, "52 - Nome ou número de arquivo inválido"},
+           {[&] { files.Close(5); }, ""},
+           {[&] { files.Rename(Sample("aceito"), other); }, "58 - Arquivo já existe: '" + other + "'"},
+           {[&] { files.Delete(Folder() + "\\nada"); },
+            "53 - Arquivo não encontrado: '" + Folder() + "\\nada'"},
+           {[&] { files.Rename("Z:\\sys\\BDTemp.mdb", "Z:\\sys\\BDTempPrf.fix"); },
+            "53 - Arquivo não encontrado: 'Z:\\sys\\BDTemp.mdb'; a pasta 'Z:\\sys' não permite gravar"}}) {
+    EXPECT_EQ(ErrorOf(operation), error);
+  }
   CloseHandle(writer);
-  EXPECT_EQ(ErrorOf([&] { files.Close(5); }), 0);
 }
 
 }  // namespace
