@@ -10,4 +10,7 @@ namespace tremvik::report {
 /// docs/relatorio.schema.json as it stands.
 [[nodiscard]] std::string_view EmbeddedSchema();
 
+/// report/html_format.css as it stands.
+[[nodiscard]] std::string_view EmbeddedStyle();
+
 }  // namespace tremvik::report

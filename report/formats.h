@@ -12,7 +12,7 @@
 
 namespace tremvik::report {
 
-enum class FormatKind : std::uint8_t { kTexto, kConciso, kJson };
+enum class FormatKind : std::uint8_t { kTexto, kConciso, kJson, kSarif, kJunit, kGithub, kCsv, kHtml };
 
 /// A form as users choose it.
 struct FormatInfo {
