@@ -13,6 +13,8 @@ CORE = [path.read_text(encoding="utf-8") for folder in ("records", "passes", "co
         for path in sorted((ROOT / folder).glob("*.cpp"))]
 with open(ROOT / "data" / "regras.csv", encoding="utf-8", newline="") as file:
     RULES = list(csv.DictReader(file))
+with open(ROOT / "data" / "exemplos.csv", encoding="utf-8", newline="") as file:
+    EXAMPLES = list(csv.DictReader(file))
 
 
 class Rules(unittest.TestCase):
@@ -21,6 +23,11 @@ class Rules(unittest.TestCase):
         self.assertEqual(len(in_sources), len(set(in_sources)), "a code stands at two rules")
         errors = re.findall(r"constexpr int k\w+ = (\d+);", (ROOT / "host/runtime_error.h").read_text(encoding="utf-8"))
         self.assertEqual(sorted(rule["codigo"] for rule in RULES), sorted(in_sources + [f"ERR-{number}" for number in errors]))
+
+    def test_each_rule_has_an_example_or_the_reason_why_nothing_breaks_it(self):
+        self.assertEqual([example["codigo"] for example in EXAMPLES], [rule["codigo"] for rule in RULES])
+        for example in EXAMPLES:
+            self.assertNotEqual(bool(example["motivo"]), bool(example["registros"]), example["codigo"])
 
     def test_each_text_is_one_of_the_sources(self):
         sources = "\n".join(CORE)
