@@ -24,7 +24,8 @@ RuleExample FromRow(const std::vector<std::string>& row) {
   example.linha_citada = row.at(6).empty() ? example.linha : IntVal(row.at(6));
   for (const std::string_view value : Split(row.at(7), ';'))
     example.valores.emplace_back(value);
-  example.motivo = row.at(8);
+  example.porque = row.at(8);
+  example.motivo = row.at(9);
   return example;
 }
 

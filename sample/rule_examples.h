@@ -22,6 +22,7 @@ struct RuleExample {
   std::string campo;
   int linha_citada = 0;              ///< the line that the message names
   std::vector<std::string> valores;  ///< what the message says in the place of each {}
+  std::string porque;                ///< the reason in figures; empty for none
   std::string motivo;                ///< why no file breaks the rule; then all else is empty
 };
 

@@ -26,6 +26,7 @@ struct Import : test::TablesHost {
   }
   void Inconsistencia(const FaultLocation& where) override {
     regra = where.regra;
+    porque = where.porque;
     nlohmann::ordered_json place{{"linha", where.linha}};
     place.update({{"registro", where.registro}, {"campo", where.campo}, {"posicao", where.posicao}});
     told.push_back(place);
@@ -39,7 +40,7 @@ struct Import : test::TablesHost {
   }
 
   Outcome::Estado estado;
-  std::string regra;
+  std::string regra, porque;
   nlohmann::ordered_json told = nlohmann::ordered_json::array();
 };
 
@@ -55,6 +56,7 @@ TEST(RuleExamples, EachBreaksItsRuleAndNoOther) {
     EXPECT_EQ(broken.told, expected["inconsistencias"]);
     const bool error = example.codigo.starts_with("ERR");
     EXPECT_EQ(broken.estado, error ? Outcome::Estado::kErro : Outcome::Estado::kRecusado);
+    EXPECT_EQ(broken.porque, example.porque);
     EXPECT_EQ(broken.regra, example.linha == 0 ? "" : example.codigo);
     EXPECT_EQ(Import(references, sample::Mended(example)).estado, Outcome::Estado::kAceito);
     test::TablesHost host(references, "");
