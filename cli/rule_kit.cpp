@@ -21,14 +21,15 @@ constexpr std::string_view kContact =
 
 constexpr std::string_view kReadme =
     "# Um arquivo para cada regra\n\n"
-    "Cada arquivo deste diretório é pequeno e válido, salvo por uma só falta: quebra a regra que lhe dá o nome e\n"
-    "nenhuma outra. Servem para testar programas que geram arquivos Pré-Formatados e programas que os importam.\n\n"
+    "Cada arquivo desta pasta é pequeno e válido, salvo por uma só falta: quebra a regra que lhe dá o nome. Servem\n"
+    "para testar programas que geram arquivos Pré-Formatados e programas que os importam.\n\n"
     "`esperado.json` diz, para cada arquivo, o que a importação responde: a regra, o código de saída, as caixas de\n"
-    "mensagem na ordem (texto inteiro, estilo e título) e os lugares em que as faltas realmente estão (linha,\n"
-    "registro, campo e coluna). Perguntas são respondidas com Não. `registros` e `edicoes` dizem como o arquivo foi\n"
-    "feito: os registros depois do CR=01 e, em seguida, os campos alterados; `cut` retira bytes do fim.\n\n"
-    "Com `tremvik validar --json ARQUIVO` o próprio programa diz o mesmo. As regras que não estão aqui são as que\n"
-    "nenhum arquivo quebra; `tremvik exemplo --regra CÓDIGO` diz por quê.\n";
+    "mensagem na ordem (texto inteiro, estilo e título), os lugares em que as faltas realmente estão (linha,\n"
+    "registro, campo e coluna) e o porquê em números, onde há. Perguntas são respondidas com Não. `registros` e\n"
+    "`edicoes` dizem como o arquivo foi feito: os registros depois do CR=01 e os campos alterados; `cut` tira bytes\n"
+    "do fim do arquivo.\n\n"
+    "`tremvik validar --json ARQUIVO` responde o mesmo, com as tabelas de referência que acompanham o programa. As\n"
+    "regras que não estão aqui são as que nenhum arquivo quebra; `tremvik exemplo --regra REGRA` diz por quê.\n";
 
 // `text` with the next of the values in the place of each {}.
 std::string Filled(std::string_view text, const std::vector<std::string>& values, std::size_t& next) {
@@ -100,7 +101,8 @@ ordered_json ExpectedOf(const RuleExample& example) {
           {"edicoes", example.edicoes},
           {"saida", 1},
           {"mensagens", {BoxOf(example)}},
-          {"inconsistencias", places}};
+          {"inconsistencias", places},
+          {"porque", example.porque}};
 }
 
 std::map<std::string, std::string> RuleKit() {

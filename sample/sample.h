@@ -18,6 +18,8 @@ struct Options {
   int registros = 0;
   /// True makes one CFOP detail whose tax exceeds 25 % of its base, so that the import asks once.
   bool duvida = false;
+
+  friend bool operator==(const Options&, const Options&) = default;
 };
 
 /// The bytes of a file (Windows-1252, lines ending in CR LF) that is accepted. The first declaration planned

@@ -92,10 +92,28 @@ class ManyFiles(Story):
         cases = json.loads((SAMPLES / "esperado.json").read_text(encoding="utf-8"))
         self.assertGreater(len(cases), 13)
         for answer in ("nao", "sim"):
-            self.check_samples([case for case in cases if case.get("responder", answer) == answer], answer)
+            self.check_samples(SAMPLES, [case for case in cases if case.get("responder", answer) == answer], answer)
 
-    def check_samples(self, cases, answer):
-        names = [str(SAMPLES / case["arquivo"]) for case in cases]
+    def test_the_kit_of_all_rules_gives_what_it_promises_and_spares_other_files(self):
+        made = self.run_piped("exemplo", "--todas-as-regras", "kit")
+        kit = self.folder / "kit"
+        cases = json.loads((kit / "esperado.json").read_text(encoding="utf-8"))
+        self.assertEqual((made.status, made.out), (0, f'{len(cases) + 2} arquivos escritos em "kit".\n'))
+        self.assertGreater(len(cases), 200)
+        self.check_samples(kit, cases, "nao")
+        one = self.run_piped("exemplo", "--regra", "cr10-11")
+        self.assertEqual(one.raw, (kit / "CR10-11.txt").read_bytes())
+        self.assertEqual(self.run_piped("exemplo", "--todas-as-regras", "kit", "--sobrescrever").status, 0)
+        (kit / "CR01-02.txt").unlink()
+        (kit / "LEIA-ME.md").write_text("de outra pessoa")
+        for options, reason in ((), "já existe. Escolha"), (("--sobrescrever",), 'LEIA-ME.md" já existe e não é'):
+            run = self.run_piped("exemplo", "--todas-as-regras", "kit", *options)
+            self.assertEqual((run.status, run.out), (2, ""))
+            self.assertIn(reason, run.err)
+        self.assertFalse((kit / "CR01-02.txt").exists())  # all or none
+
+    def check_samples(self, folder, cases, answer):
+        names = [str(folder / case["arquivo"]) for case in cases]
         run = self.run_piped("validar", *names, "--json", "--responder", answer, "--paralelo", "3")
         self.assertEqual(run.status, max(case["saida"] for case in cases))
         files = {name: [] for name in names}
@@ -110,6 +128,8 @@ class ManyFiles(Story):
                                  case["mensagens"])
                 self.assertEqual([{key: place[key] for key in ("linha", "registro", "campo", "posicao")}
                                   for place in places], case["inconsistencias"])
+                for key in {"regra", "porque"} & case.keys():
+                    self.assertEqual({place[key] for place in places}, {case[key]} if places else set())
                 end = ("fim", ("aceito", "recusado")[case["saida"]], case["saida"], case["saida"] == 1)
                 self.assertEqual(tuple(objects[-1][key] for key in ("tipo", "estado", "saida", "bolRetMonitora")), end)
 

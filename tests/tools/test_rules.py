@@ -1,4 +1,7 @@
-"""The catalogue of rules and the sources speak of the same rules, by code, text and field."""
+"""The catalogue of rules and the sources speak of the same rules, by code, text and field.
+
+usage: test_rules.py TREMVIK     (the program)
+"""
 import csv
 import pathlib
 import re
@@ -49,8 +52,8 @@ class Rules(unittest.TestCase):
                 self.assertTrue(rule[column].strip(), f"{rule['codigo']}: {column}")
 
     def test_the_page_is_fresh(self):
-        self.assertEqual((ROOT / "docs/regras.md").read_text(encoding="utf-8"), rules_page.page(ROOT), "./dev docs writes it")
+        self.assertEqual((ROOT / "docs/regras.md").read_text(encoding="utf-8"), rules_page.page(ROOT, sys.argv[1]), "./dev docs writes it")
 
 
 if __name__ == "__main__":
-    unittest.main()
+    unittest.main(argv=sys.argv[:1])
