@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # builds the automation library for Windows, tries it under Wine (against PROGRAM, if given) and fills dist/
 packages_windows=("${packages_build[@]}" g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 libwine-dev
-  googletest locales python3)
+  googletest locales python3 dpkg-dev gcc make tcl)
 windows=$PWD/build/windows
 program=${1:-}
 [[ -z $program || -x $program ]] || fail_usage "windows wants a built command line, not \"$program\""
@@ -9,7 +9,8 @@ program=${1:-}
 # cross_build ARCHITECTURE : in build/windows/ARCHITECTURE.
 cross_build() {
   step "configure-$1" "Windows $1: configure" cmake -S . -B "$windows/$1" -G Ninja -DWIN_ARCH="$1" \
-    -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/toolchain-mingw.cmake" -DTREMVIK_CLI=OFF -DTREMVIK_TESTS=OFF
+    -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/toolchain-mingw.cmake" -DTREMVIK_CLI=OFF -DTREMVIK_TESTS=OFF \
+    -DTREMVIK_SQLITE="$windows/sqlite"
   step "build-$1" "Windows $1: build" cmake --build "$windows/$1" --parallel "$(nproc)"
 }
 
@@ -69,6 +70,7 @@ else
   export WINEDLLPATH=$windows/wine32
 fi
 
+step sqlite-source "SQLite: source" cmake/sqlite-source "$windows/sqlite"
 if [[ -z $program ]]; then
   build_preset release "program"
   program=build/release/cli/tremvik
