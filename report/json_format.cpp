@@ -4,26 +4,13 @@
 #include <string_view>
 
 #include "report/embedded_texts.h"
+#include "report/tree_view.h"
 #include "text/json_text.h"
 
 namespace tremvik::report {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-Json ObjectOf(const Finding& finding) {
-  return {{"regra", finding.regra},
-          {"tipo", finding.tipo == FindingKind::kQuestion ? "aviso" : "falta"},
-          {"linha", finding.linha},
-          {"coluna", finding.coluna},
-          {"largura", finding.largura},
-          {"registro", finding.registro},
-          {"campo", finding.campo},
-          {"valor", finding.valor},
-          {"mensagem", finding.mensagem},
-          {"porque", finding.porque},
-          {"doImportador", finding.doImportador}};
-}
 
 Json ObjectOf(const FileReport& file) {
   Json object{{"arquivo", file.arquivo},
@@ -33,7 +20,7 @@ Json ObjectOf(const FileReport& file) {
   if (file.estado == FileVerdict::kError) object["problema"] = file.problema;
   Json& findings = object["inconsistencias"] = Json::array();
   for (const Finding& finding : file.exame.inconsistencias)
-    findings.push_back(ObjectOf(finding));
+    findings.push_back(FindingAsJson(finding));
   Json& gaps = object["naoExaminado"] = Json::array();
   for (const Unexamined& gap : file.exame.naoExaminado)
     gaps.push_back(Json{{"linha", gap.linha}, {"ate", gap.ate}, {"porque", gap.porque}});
