@@ -44,6 +44,7 @@ class Parser {
  public:
   Parser();
   std::variant<std::unique_ptr<Verb>, Reply> Parse(const std::vector<std::string>& words);
+  [[nodiscard]] const CLI::App& app() const { return app_; }
 
  private:
   struct Choice {
@@ -158,5 +159,7 @@ std::variant<std::unique_ptr<Verb>, Reply> Parser::Parse(const std::vector<std::
 std::variant<std::unique_ptr<Verb>, Reply> ParseCommandLine(int argc, const char* const* argv) {
   return Parser().Parse({argv + std::min(argc, 1), argv + argc});
 }
+
+void WithCommandLine(const std::function<void(const CLI::App&)>& look) { look(Parser().app()); }
 
 }  // namespace tremvik::cli

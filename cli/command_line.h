@@ -1,11 +1,16 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <variant>
 
 #include "cli/environment.h"
 #include "cli/verb.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace tremvik::cli {
 
@@ -18,5 +23,8 @@ struct Reply {
 
 /// The verb that the user asks for with its options, checked as far as the command line alone allows.
 [[nodiscard]] std::variant<std::unique_ptr<Verb>, Reply> ParseCommandLine(int argc, const char* const* argv);
+
+/// Shows `look` the whole command line, as its parser has it: for manual pages and completions.
+void WithCommandLine(const std::function<void(const CLI::App&)>& look);
 
 }  // namespace tremvik::cli

@@ -32,7 +32,7 @@ FOLDER_LEVELS = {
     "cli": 9,
     "page": 9,
 }
-FREE_FOLDERS = {"tests", "bench", "fuzz", "tools", "examples"}
+FREE_FOLDERS = {"tests", "bench", "fuzz", "tools", "examples", "packaging"}
 CORE_FOLDERS = {"host", "layout", "runtime", "input", "checks", "records", "passes", "component", "examination"}
 
 STANDARD_HEADERS = set(
