@@ -24,6 +24,20 @@ write_basic_package_version_file(tremvik-config-version.cmake COMPATIBILITY Same
 install(FILES ${PROJECT_BINARY_DIR}/tremvik-config.cmake ${PROJECT_BINARY_DIR}/tremvik-config-version.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/tremvik)
 
+# For builds without CMake: `pkg-config --cflags --libs tremvik` gives the host that the command line uses.
+if(TREMVIK_CLI)
+  set(pc_libraries)
+  foreach(library IN LISTS libraries)
+    get_target_property(type ${library} TYPE)
+    if(type STREQUAL "STATIC_LIBRARY")
+      string(APPEND pc_libraries " -l${library}")
+    endif()
+  endforeach()
+  file(RELATIVE_PATH pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/tremvik.pc.in tremvik.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/tremvik.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()
+
 # The headers that a host needs. They keep their folders, so that a program includes them by the names that they
 # use for each other.
 set(headers component/tremvik.h examination/examination.h examination/findings.h)

@@ -3,7 +3,9 @@
 #include <filesystem>
 #include <system_error>
 
+#include "adapters/local/system.h"
 #include "adapters/sqlite/reference_tables.h"
+#include "adapters/tables/embedded_tables.h"
 #include "cli/verb_options.h"
 #include "cli/verbs/verbs.h"
 #include "text/readable.h"
@@ -110,9 +112,61 @@ class Verificar final : public Verb {
   std::string arquivo_;
 };
 
+// Writes the rows of the program as the CSV files that "construir" reads.
+class Exportar final : public Verb {
+ public:
+  [[nodiscard]] VerbTexts Texts() const override {
+    return {"tabelas exportar", "Grava as tabelas do programa como arquivos CSV",
+            "Exemplos:\n"
+            "  tremvik tabelas exportar minhas-tabelas\n"
+            "  tremvik tabelas construir --dados minhas-tabelas tblFixas.fix\n\n"
+            "Troque nelas as linhas que a sua autoridade publica e construa o banco de novo."};
+  }
+
+  void Declare(VerbOptions& options) override {
+    options.Argument("DIR", pasta_, "Pasta dos arquivos CSV; criada se não existir", true);
+    options.Flag("--sobrescrever", sobrescrever_, "Troca os arquivos que já existem e são outros");
+  }
+
+  [[nodiscard]] ExitStatus Execute(const Terminal& /*terminal*/, Output& out, Output& err) override {
+    for (const EmbeddedFile& file : EmbeddedFiles()) {
+      if (sobrescrever_ || !IsOther(file)) continue;
+      err.Write(fmt::format("tremvik: {} já existe e é outro. Escolha outra pasta ou use --sobrescrever.\n",
+                            text::InQuotes(PathOf(file))));
+      return ExitStatus::kEnvironment;
+    }
+    MakeFolder(pasta_);
+    for (const EmbeddedFile& file : EmbeddedFiles())
+      ReplaceFile(PathOf(file), file.text);
+    out.Write(fmt::format("{} em {}.\n",
+                          text::Count(EmbeddedFiles().size(), "tabela gravada", "tabelas gravadas"),
+                          text::InQuotes(pasta_)));
+    return ExitStatus::kAccepted;
+  }
+
+  [[nodiscard]] std::string Sentence(const RuntimeError& error) const override {
+    return fmt::format(
+        "não foi possível gravar as tabelas em {}{}. Confira se a pasta existe e se você pode gravar nela.",
+        text::InQuotes(pasta_), InWords(error));
+  }
+
+ private:
+  [[nodiscard]] std::string PathOf(const EmbeddedFile& file) const {
+    return pasta_ + "/" + std::string(file.name);
+  }
+  [[nodiscard]] bool IsOther(const EmbeddedFile& file) const {
+    if (IsMissing(PathOf(file))) return false;
+    return ReadRegularFile(PathOf(file), file.text.size()) != file.text;
+  }
+
+  std::string pasta_;
+  bool sobrescrever_ = false;
+};
+
 }  // namespace
 
 std::unique_ptr<Verb> MakeTabelasConstruir() { return std::make_unique<Construir>(); }
 std::unique_ptr<Verb> MakeTabelasVerificar() { return std::make_unique<Verificar>(); }
+std::unique_ptr<Verb> MakeTabelasExportar() { return std::make_unique<Exportar>(); }
 
 }  // namespace tremvik::cli

@@ -5,8 +5,8 @@
 namespace tremvik::cli {
 namespace {
 
-constexpr std::array kMakers{MakeImportar, MakeValidar,          MakeListar,
-                             MakeExemplo,  MakeTabelasConstruir, MakeTabelasVerificar};
+constexpr std::array kMakers{MakeImportar,         MakeValidar,          MakeListar,         MakeExemplo,
+                             MakeTabelasConstruir, MakeTabelasVerificar, MakeTabelasExportar};
 
 }  // namespace
 
@@ -18,7 +18,7 @@ std::vector<std::unique_ptr<Verb>> MakeVerbs() {
 }
 
 VerbTexts GroupTexts(const std::string& /*name*/) {
-  return {"tabelas", "Constrói ou verifica o banco das tabelas de referência",
+  return {"tabelas", "Constrói, verifica ou exporta as tabelas de referência",
           "Exemplos:\n"
           "  tremvik tabelas construir --dados minhas-tabelas tblFixas.fix\n"
           "  tremvik tabelas verificar tblFixas.fix\n\n"

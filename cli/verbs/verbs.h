@@ -20,5 +20,6 @@ namespace tremvik::cli {
 [[nodiscard]] std::unique_ptr<Verb> MakeExemplo();
 [[nodiscard]] std::unique_ptr<Verb> MakeTabelasConstruir();
 [[nodiscard]] std::unique_ptr<Verb> MakeTabelasVerificar();
+[[nodiscard]] std::unique_ptr<Verb> MakeTabelasExportar();
 
 }  // namespace tremvik::cli

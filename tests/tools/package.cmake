@@ -25,3 +25,12 @@ run(STATUS 1 COMMAND ${WORK}/build/cpp_host ${SOURCE}/samples/recusado-letra-em-
 file(WRITE ${WORK}/blocked/tremvik-data "")
 run(STATUS 2 COMMAND ${CMAKE_COMMAND} -E chdir ${WORK}/blocked ${WORK}/build/cpp_host ${SOURCE}/samples/aceito.txt)
 run(STATUS 0 COMMAND ${WORK}/prefix/bin/tremvik --versao)
+
+# The same example without CMake.
+find_program(PKG_CONFIG pkg-config REQUIRED)
+file(GLOB_RECURSE pc ${WORK}/prefix/tremvik.pc)
+cmake_path(GET pc PARENT_PATH pc_folder)
+set(ENV{PKG_CONFIG_PATH} ${pc_folder})
+run(STATUS 0 COMMAND sh -c "c++ -std=c++20 ${CXX_FLAGS} ${SOURCE}/examples/cpp_host/main.cpp \
+  $(${PKG_CONFIG} --cflags --libs tremvik) -o by_pkg_config")
+run(STATUS 1 COMMAND ${WORK}/by_pkg_config ${SOURCE}/samples/recusado-letra-em-valor.txt)

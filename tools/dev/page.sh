@@ -38,4 +38,5 @@ if [[ -z $program ]]; then
 fi
 # Debian's own Python: another one in the path does not see Debian's modules.
 check page-tests "page: in a browser" /usr/bin/python3 -B tests/page/page.py "$page/tremvik.html" "$program" samples \
-  "$page/npm/node_modules/axe-core/axe.min.js"
+  "$page/npm/node_modules/axe-core/axe.min.js" || true
+((${#failed_steps[@]} == 0))
