@@ -35,7 +35,7 @@ WRONG_USE = (
     ("exemplo --regra CR5-1", 'não há regra "CR5-1"'),
     ("exemplo --regra CR10-11 --semente 3", "retire as opções de sorteio"),
     ("exemplo x", 'o argumento "x" sobra'),
-    ("tabelas", "construir ou verificar"),
+    ("tabelas", "construir, verificar ou exportar"),
     ("tabelas verifica x", '(quis dizer "verificar"?). Veja: tremvik tabelas --help'),
     ("tabelas --dados nenhuma construir x", 'a pasta "nenhuma" não existe'),
 )
