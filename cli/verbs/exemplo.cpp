@@ -130,11 +130,13 @@ std::string Exemplo::Make(std::string& bytes) const {
   std::ranges::transform(codigo, codigo.begin(),
                          [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
   const sample::RuleExample* const example = sample::FindRuleExample(codigo);
-  if (example == nullptr)
+  if (example == nullptr) {
     return fmt::format("não há regra {}. Os códigos são como CR10-07, ARQ-03 ou ERR-6.",
                        text::InQuotes(regra_));
-  if (!example->motivo.empty())
+  }
+  if (!example->motivo.empty()) {
     return fmt::format("nenhum arquivo quebra a regra {}. {}", codigo, example->motivo);
+  }
   bytes = sample::Broken(*example);
   return {};
 }
