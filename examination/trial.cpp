@@ -19,6 +19,7 @@ struct NoDatabase final : BancoTemporario {
 class Counter final : public Gravador {
  public:
   explicit Counter(int& records) : records_(records) {}
+  [[nodiscard]] bool LeCampos() const override { return false; }
   void CaminhoBase(std::string_view /*caminho*/) override {}
   void Campo(std::string_view /*nome*/, std::string_view /*texto*/) override {}
   void Gravar() override { ++records_; }

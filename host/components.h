@@ -46,6 +46,10 @@ struct ValidadorDocumentos {
 /// Stores the accepted records of one kind in the temporary database.
 struct Gravador {
   virtual ~Gravador() = default;
+  /// False of a writer that drops what it is given: its records are announced by `Gravar` alone. Their fields
+  /// are not put into display form and `Campo` is not called, but a value that has no such form is the same
+  /// error. Asked before each record.
+  [[nodiscard]] virtual bool LeCampos() const { return true; }
   /// The temporary database's path; set once, when the writer is made.
   virtual void CaminhoBase(std::string_view caminho) = 0;
   /// One field of the record: its name and its text (UTF-8), valid during the call only.

@@ -20,14 +20,15 @@ void BlockReader::Close() {
 void BlockReader::CountLine() { Increment(NumeroLinha_); }
 
 void BlockReader::Read(std::span<char> block) {
-  while (!block.empty()) {
+  while (true) {
     const std::string_view ahead = input_->Ahead().substr(0, block.size());
+    std::ranges::copy(ahead, block.begin());
+    input_->Consume(ahead.size());
+    if (ahead.size() == block.size()) return;
     if (ahead.empty()) {
       end_of_file_ = true;
       return;
     }
-    std::ranges::copy(ahead, block.begin());
-    input_->Consume(ahead.size());
     block = block.subspan(ahead.size());
   }
 }

@@ -9,7 +9,7 @@ namespace tremvik {
 template <typename R>
 void GravarComoEsta(const Record<R>& r, Gravador& gravador) {
   Utf8Buffer buffer;
-  gravador.Campo("Registro", Utf8(r.content(), buffer));
+  if (gravador.LeCampos()) gravador.Campo("Registro", Utf8(r.content(), buffer));
   gravador.Gravar();
 }
 

@@ -1,6 +1,9 @@
+#include <array>
+
 #include "checks/credit_code.h"
 #include "checks/reasons.h"
 #include "records/occurrence_details.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 
@@ -25,6 +28,7 @@ Verdict ValidarCamposCR28(const Record<Cr28>& r) {
 
 void GravarCR28(const Record<Cr28>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
   Gravador& gravador = componentes.gravador(Kind::kCr28);
+  if (!gravador.LeCampos()) return GravarSemCampos<C>(r, std::array{C::kValor}, gravador);
   GravarChaveOcorrencia(ocorrencia, gravador);
   gravador.Campo(C::kCodAutorizacao.name, r[C::kCodAutorizacao]);
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));

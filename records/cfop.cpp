@@ -8,6 +8,7 @@
 #include "records/cfop_sets.h"
 #include "records/cfop_validity.h"
 #include "records/interstate.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 
@@ -42,17 +43,20 @@ Verdict ValidarLeitura(Pass& pass, const Record<Cr10>& r, int lidos, int& CFOPAn
   return Accepted;
 }
 
+constexpr std::array kValores{
+    C::kValorContabil,   C::kBaseCalculo,        C::kImposto,           C::kIsentasNaoTrib, C::kOutras,
+    C::kImpostoRetidoST, C::kImpRetSubstitutoST, C::kImpRetSubstituido, C::kOutrosImpostos};
+
+// The description is looked up for those who read it.
 void GravarCR10(Pass& pass, const Record<Cr10>& r) {
   const std::string_view ref = pass.registros.RegistroDeclaracao[Cr05::kRef];
   const ShortText cfop = TiraZeros(ref, r[C::kCFOP]);
   Gravador& gravador = pass.componentes.gravador(Kind::kCr10);
+  if (!gravador.LeCampos()) return GravarSemCampos<C>(r, kValores, gravador);
   gravador.Campo(C::kCFOP.name, cfop);
   gravador.Campo("Descrição", DescricaoCFOP(pass.fixas, ref, cfop, Conjunto(IntVal(ref))));
-  for (const auto& field :
-       {C::kValorContabil, C::kBaseCalculo, C::kImposto, C::kIsentasNaoTrib, C::kOutras, C::kImpostoRetidoST,
-        C::kImpRetSubstitutoST, C::kImpRetSubstituido, C::kOutrosImpostos}) {
-    gravador.Campo(field.name, FomataValor(r[field]));
-  }
+  for (const auto& valor : kValores)
+    gravador.Campo(valor.name, FomataValor(r[valor]));
   gravador.Gravar();
 }
 

@@ -1,6 +1,7 @@
 #include "records/exports.h"
 
 #include "checks/reasons.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -29,6 +30,7 @@ Verdict ValidarCamposCR31(const Record<Cr31>& r) {
 
 void GravarCR31(const Record<Cr31>& r, Components& componentes) {
   Gravador& gravador = componentes.gravador(Kind::kCr31);
+  if (!gravador.LeCampos()) return GravarSemCampos<C>(r, {}, gravador);
   gravador.Campo(C::kRE.name, Mascara(kMascaraRE, Right(r[C::kRE], 12)));
   gravador.Gravar();
 }

@@ -1,9 +1,11 @@
 #include "records/header.h"
 
+#include <array>
 #include <string>
 
 #include "checks/dates.h"
 #include "checks/reasons.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/int16.h"
 #include "runtime/numbers.h"
@@ -263,6 +265,10 @@ Verdict VerificarReferenciaExistente(const Pass& pass) {
 void GravarCR05(const Pass& pass) {
   const Record<Cr05>& r = pass.registros.RegistroDeclaracao;
   Gravador& gravador = pass.componentes.gravador(Kind::kCr05);
+  if (!gravador.LeCampos()) {
+    constexpr std::array kValores{C::kSaldoCredPeriodoAnt, C::kSaldoCredPeriodoAntST, C::kICMSFixPer};
+    return GravarSemCampos<C>(r, kValores, gravador);
+  }
   Utf8Buffer buffer;
   const auto texto = [&](const Field<Cr05>& field) { gravador.Campo(field.name, Utf8(r[field], buffer)); };
   const auto valor = [&](const Field<Cr05>& field) { gravador.Campo(field.name, FomataValor(r[field])); };

@@ -1,5 +1,8 @@
+#include <array>
+
 #include "checks/reasons.h"
 #include "records/occurrence_details.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 
@@ -31,6 +34,7 @@ Verdict ValidarCamposCR25(const Record<Cr25>& r, Components& componentes) {
 
 void GravarCR25(const Record<Cr25>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
   Gravador& gravador = componentes.gravador(Kind::kCr25);
+  if (!gravador.LeCampos()) return GravarSemCampos<C>(r, std::array{C::kValor}, gravador);
   GravarChaveOcorrencia(ocorrencia, gravador);
   gravador.Campo(C::kIE.name, Mascara(kMascaraIE, r[C::kIE]));
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));

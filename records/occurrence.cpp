@@ -1,8 +1,11 @@
 #include "records/occurrence.h"
 
+#include <array>
+
 #include "checks/reasons.h"
 #include "records/occurrence_details.h"
 #include "records/occurrence_rules.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -43,6 +46,7 @@ Verdict ValidarLeitura(const Pass& pass, const Record<Cr20>& r, int lidos,
 
 void GravarCR20(const Record<Cr20>& r, Components& componentes) {
   Gravador& gravador = componentes.gravador(Kind::kCr20);
+  if (!gravador.LeCampos()) return GravarSemCampos<C>(r, std::array{C::kValor}, gravador);
   Utf8Buffer buffer;
   gravador.Campo(C::kCodSubItem.name, Mascara(kMascaraSubItem, r[C::kCodSubItem]));
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));

@@ -9,6 +9,7 @@
 #include "checks/dates.h"
 #include "checks/period.h"
 #include "checks/reasons.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/int16.h"
 #include "runtime/numbers.h"
@@ -98,6 +99,7 @@ class Pagamentos {
 
 void GravarCR07(const Record<Cr07>& r, Components& componentes) {
   Gravador& gravador = componentes.gravador(Kind::kCr07);
+  if (!gravador.LeCampos()) return GravarSemCampos<C>(r, std::array{C::kValor}, gravador);
   gravador.Campo(C::kPropriaOuST.name, r[C::kPropriaOuST]);
   gravador.Campo(C::kValor.name, FomataValor(r[C::kValor]));
   gravador.Campo(C::kData.name, DataComBarras(r[C::kData]));

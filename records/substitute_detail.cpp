@@ -1,6 +1,9 @@
+#include <array>
+
 #include "checks/dates.h"
 #include "checks/reasons.h"
 #include "records/occurrence_details.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 #include "runtime/text.h"
@@ -63,6 +66,7 @@ Verdict ValidarCruzadoCR26(const Record<Cr26>& r, const SubItem& sub_item, const
 
 void GravarCR26(const Record<Cr26>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
   Gravador& gravador = componentes.gravador(Kind::kCr26);
+  if (!gravador.LeCampos()) return GravarSemCampos<C>(r, std::array{C::kValor}, gravador);
   GravarChaveOcorrencia(ocorrencia, gravador);
   gravador.Campo(C::kIESubstituto.name, Mascara(kMascaraIE, r[C::kIESubstituto]));
   gravador.Campo(C::kNF.name, r[C::kNF]);

@@ -1,5 +1,8 @@
+#include <array>
+
 #include "checks/reasons.h"
 #include "records/occurrence_details.h"
+#include "records/without_fields.h"
 #include "runtime/display.h"
 #include "runtime/numbers.h"
 
@@ -45,6 +48,7 @@ Verdict ValidarCruzadoCR27(const Record<Cr27>& r, const SubItem& sub_item) {
 
 void GravarCR27(const Record<Cr27>& r, const Record<Cr20>& ocorrencia, Components& componentes) {
   Gravador& gravador = componentes.gravador(Kind::kCr27);
+  if (!gravador.LeCampos()) return GravarSemCampos<C>(r, std::array{C::kValor}, gravador);
   GravarChaveOcorrencia(ocorrencia, gravador);
   gravador.Campo(C::kIESubstituido.name, Mascara(kMascaraIE, r[C::kIESubstituido]));
   gravador.Campo(C::kNF.name, r[C::kNF]);

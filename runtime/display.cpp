@@ -57,7 +57,7 @@ ShortText& ShortText::Append(std::string_view text) {
 
 ShortText FomataValor(std::string_view cents) {
   constexpr std::int64_t kMaior = 92233720368547758;  // the greatest currency, in cents
-  if (cents.size() > 1 && cents.size() < 16 && OnlyDigits(cents)) return Moeda(cents);
+  if (ValorSimples(cents)) return Moeda(cents);
   const std::string_view decimals = Right(cents, 2);
   std::string masked(cents.substr(0, cents.size() - decimals.size()));
   masked.append(decimals.size() == 1 ? ", " : ",").append(decimals);

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "host/runtime_error.h"
+#include "runtime/numbers.h"
 
 namespace tremvik {
 
@@ -36,6 +37,11 @@ class ShortText {
 /// A value in cents, digits only, as "1.234,56". Raises error 13 where the text is no number, 6 where it
 /// exceeds the runtime's currency.
 [[nodiscard]] ShortText FomataValor(std::string_view cents);
+
+/// True of digits that any currency holds, as nearly all values are: `FomataValor` takes them as they stand.
+[[nodiscard]] inline bool ValorSimples(std::string_view cents) {
+  return cents.size() > 1 && cents.size() < 16 && OnlyDigits(cents);
+}
 
 /// The code form of a CFOP (UTF-8) for the declaration's period `ref` (AAAAMM, compared as text): its first
 /// four characters after "200212", else its first six without any "0". Raises error 6 above 32767, 13 where a

@@ -21,6 +21,7 @@ struct NothingHeld final : ConsultaDeclaracoes {
 };
 
 struct NoWriter final : Gravador {
+  [[nodiscard]] bool LeCampos() const override { return false; }
   void CaminhoBase(std::string_view /*caminho*/) override {}
   void Campo(std::string_view /*nome*/, std::string_view /*texto*/) override {}
   void Gravar() override {}

@@ -50,6 +50,7 @@ class BancoDescartado final : public BancoTemporario {
 
 class GravadorDescartado final : public Gravador {
  public:
+  [[nodiscard]] bool LeCampos() const override { return false; }
   void CaminhoBase(std::string_view /*caminho*/) override {}
   void Campo(std::string_view /*nome*/, std::string_view /*texto*/) override {}
   void Gravar() override {}

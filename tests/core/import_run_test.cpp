@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "records/without_fields.h"
 #include "tests/support/cases.h"
 #include "tests/support/files.h"
 
@@ -51,6 +52,27 @@ TEST(ImportRun, OtherFormsOfFields) {
   EXPECT_THAT(run.host.log, testing::Contains("Gravar 31 RE=45/6789012345"));
   EXPECT_THAT(run.host.log,
               testing::Contains(testing::HasSubstr(" FLegal=art.  1 Ocorrência=a€ b Q25=0000")));
+}
+
+// A writer that reads no fields is given none, and a value that has no form is refused all the same.
+TEST(ImportRun, WritersThatReadNoFields) {
+  struct Dropper : Gravador {
+    [[nodiscard]] bool LeCampos() const override { return false; }
+    void CaminhoBase(std::string_view /*caminho*/) override {}
+    void Campo(std::string_view nome, std::string_view /*texto*/) override { ADD_FAILURE() << nome; }
+    void Gravar() override { ++written; }
+    int written = 0;
+  } writer;
+  Record<Cr07> r;
+  for (const auto& [valor, written] : {std::pair("000000000000123", 1), std::pair("00000000000012G", 1)}) {
+    std::copy_n(valor, 15, r.block().begin() + Cr07::kValor.position - 1);
+    try {
+      GravarSemCampos<Cr07>(r, std::array{Cr07::kValor}, writer);
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.number(), 13);
+    }
+    EXPECT_EQ(writer.written, written) << valor;
+  }
 }
 
 TEST(ImportRun, ProgressOfDeclarations) {
