@@ -7,14 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "host/runtime_error.h"
+#include "adapters/local/file_errors.h"
 
 namespace tremvik {
-
-/// The runtime's error number of the system error `code` (an errno value) of an operation on a path.
-[[nodiscard]] int FileErrorNumber(int code);
-/// The error that says `what` could not be done, with the path and, where it helps, the reason.
-[[nodiscard]] RuntimeError FileError(int code, std::string_view what, const std::string& path);
 
 /// True when nothing stands at `path`. Raises file errors where the path itself cannot be followed.
 [[nodiscard]] bool IsMissing(const std::string& path);

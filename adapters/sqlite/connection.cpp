@@ -1,11 +1,10 @@
 #include "adapters/sqlite/connection.h"
 
 #include <fmt/format.h>
-#include <sys/resource.h>
 
 #include <cerrno>
 
-#include "adapters/local/system.h"
+#include "adapters/local/file_errors.h"
 
 namespace tremvik::sqlite {
 namespace {
@@ -37,12 +36,6 @@ RuntimeError QueryError(sqlite3* connection) {
                  fmt::format("Parâmetros insuficientes: não existe a coluna '{}' em", name), connection);
   }
   return {erro::kSintaxeDaConsulta, fmt::format("Erro de sintaxe na consulta: {}", words)};
-}
-
-// By "ulimit -f"; a write beyond it fails, and SQLite does not keep why.
-bool SizesAreLimited() {
-  rlimit limit{};
-  return ::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
 }
 
 RuntimeError CannotOpen(sqlite3* connection) {
@@ -80,6 +73,7 @@ RuntimeError EngineError(sqlite3* connection, int code) {
     case SQLITE_ERROR:
       return QueryError(connection);
     default:
+      // SQLite does not keep why a write failed.
       if (sqlite3_extended_errcode(connection) == SQLITE_IOERR_WRITE && SizesAreLimited())
         return FileError(EFBIG, "Não foi possível gravar", FileOf(connection));
       return Named(erro::kEntradaSaida, "Erro de E/S no banco de dados", connection);

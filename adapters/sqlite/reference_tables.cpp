@@ -1,9 +1,12 @@
 #include "adapters/sqlite/reference_tables.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -11,8 +14,10 @@
 #include <optional>
 #include <span>
 
+#include "adapters/local/descriptor.h"
 #include "adapters/local/system.h"
 #include "adapters/sqlite/reference_digest.h"
+#include "adapters/sqlite/reference_image.h"
 #include "adapters/sqlite/reference_schema.h"
 #include "adapters/sqlite/table_loader.h"
 #include "adapters/tables/embedded_tables.h"
@@ -192,10 +197,19 @@ void CheckTable(const sqlite::Connection& database, const ReferenceTable& table,
     problems.Note(fmt::format("{}: {}", row.key, row.words));
 }
 
-constexpr std::string_view kChanged =
-    "o arquivo não é mais o que \"tremvik tabelas construir\" gravou (o resumo não confere)";
-
 }  // namespace
+
+DigestState CheckDigest(const std::string& path) {
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  std::array<char, std::size_t{16} * 1024> piece;
+  DigestCheck check;
+  while (true) {
+    const ssize_t got = file ? ::read(file.get(), piece.data(), piece.size()) : -1;
+    if (got < 0) return DigestState::kMissing;
+    if (got == 0) return check.state();
+    check.Add({piece.data(), static_cast<std::size_t>(got)});
+  }
+}
 
 std::vector<std::string> ConstruirTabelas(std::string_view dados_dir, std::string_view arquivo) {
   const std::filesystem::path folder(dados_dir);
@@ -220,10 +234,7 @@ sqlite::Connection TabelasPadrao() {
 
 sqlite::Connection AbrirTabelas(const std::string& arquivo) {
   sqlite::Connection database = OpenDatabase(arquivo);
-  const DigestState digest = CheckDigest(arquivo);
-  if (digest == DigestState::kDiffers)
-    throw RuntimeError(erro::kFormatoDesconhecido, fmt::format("'{}': {}.", arquivo, kChanged));
-  if (digest == DigestState::kMissing) DemandTables(database);
+  DemandReferenceTables(database, CheckDigest(arquivo), arquivo);
   return database;
 }
 
