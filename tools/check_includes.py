@@ -26,7 +26,7 @@ FOLDER_LEVELS = {
     "adapters/memory": 7,
     "adapters/sqlite": 7,
     "adapters/trace": 7,
-    "adapters/com": 7,
+    "adapters/com": 8,
     "report": 8,
     "sample": 8,
     "cli": 9,

@@ -5,9 +5,9 @@
 
 #include "adapters/com/brunsel_components.h"
 #include "adapters/com/connection_point.h"
-#include "adapters/com/dao_engine.h"
 #include "adapters/com/desktop.h"
 #include "adapters/com/module.h"
+#include "adapters/com/tables_engine.h"
 #include "adapters/com/tremvik_idl.h"
 #include "adapters/com/win_files.h"
 #include "adapters/com/windows_api.h"
@@ -93,7 +93,7 @@ class TremvikObject final : public _Tremvik,
   EventSource events_{*this};
   DebuggerLog log_;
   DesktopApplication application_;
-  DaoEngine engine_;
+  TablesEngine engine_;
   BrunselComponents components_{application_.AppPath()};
   ComPtr<ITypeInfo> type_;  ///< of the default interface
   Tremvik component_;       ///< last: it reaches all the others

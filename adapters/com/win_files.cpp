@@ -65,6 +65,22 @@ std::string Unwritable(std::string_view folder) {
   return "a pasta '" + std::string(folder) + "' não permite gravar";
 }
 
+std::optional<std::string> BeginningOf(std::string_view path, std::size_t most) {
+  auto* const file = CreateFileW(SystemPath(path).c_str(), GENERIC_READ,
+                                 FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                 OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return std::nullopt;
+  std::string bytes;
+  std::vector<char> piece(std::size_t{64} * 1024);
+  const auto wanted = [&] { return static_cast<DWORD>(std::min(piece.size(), most - bytes.size())); };
+  DWORD got = 0;
+  bool read = true;
+  while ((read = ReadFile(file, piece.data(), wanted(), &got, nullptr) != FALSE) && got > 0)
+    bytes.append(piece.data(), got);
+  CloseHandle(file);
+  return read ? std::optional(bytes) : std::nullopt;
+}
+
 WinFiles::~WinFiles() {
   LetGo();
   for (const auto& [number, file] : open_)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,10 @@ namespace tremvik::com {
 [[nodiscard]] bool MayWrite(std::string_view folder);
 /// Says that the caller may not.
 [[nodiscard]] std::string Unwritable(std::string_view folder);
+
+/// The first bytes of the file at `path`, `most` or all of them; nothing when it cannot be read. Whoever has
+/// the file open meanwhile is not disturbed.
+[[nodiscard]] std::optional<std::string> BeginningOf(std::string_view path, std::size_t most);
 
 /// Files of this process. A file that is closed stays with the system, denied to writers, until it is opened
 /// again or LetGo: whoever reads it in several passes reads the same in each. What is open when this object

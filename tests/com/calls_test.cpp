@@ -190,6 +190,7 @@ TEST_F(Calls, ErrorsAndWrongPlacesReachTheCaller) {
   EXPECT_EQ(tremvik_->TiraZeros(&text, nullptr), E_POINTER);
   EXPECT_EQ(Cast<IConnectionPointContainer>(tremvik_)->EnumConnectionPoints(nullptr), E_POINTER);
   EXPECT_EQ(Cast<IProvideClassInfo>(tremvik_)->GetClassInfo(nullptr), E_POINTER);
+  tremvik_ = {};  // before its sink
 }
 
 using Events = Calls;
@@ -283,6 +284,7 @@ TEST_F(Events, ARunIsNotEnteredAgain) {
   Monitora(plain, refused);
   EXPECT_EQ(Mensagem(tremvik_), Mensagem(plain));
   EXPECT_EQ(Monitora(tremvik_, refused), S_OK) << "free again";
+  tremvik_ = {};  // before its sink
 }
 
 }  // namespace

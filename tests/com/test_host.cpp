@@ -14,6 +14,7 @@
 
 #include "adapters/com/late_bound.h"
 #include "adapters/local/documents.h"
+#include "adapters/sqlite/connection.h"
 
 namespace tremvik::com_test {
 namespace {
@@ -152,16 +153,46 @@ void TellJournal(const std::string& member, const Arguments& given) {
   AnswerBoxes(member != "Stop");
 }
 
-// The first value of each query that finds something, from the file that run.py wrote: "QUERY<tab>VALUE".
-const std::map<std::string, std::string>& Found() {
-  static const auto found = [] {
-    std::map<std::string, std::string> read;
-    std::ifstream file(com::Utf8(FolderOf(L"TestHost.dll")) + "answers.tsv", std::ios::binary);
-    for (std::string line; std::getline(file, line);)
-      read.emplace(line.substr(0, line.find('\t')), line.substr(line.find('\t') + 1));
-    return read;
+// The desktop engine's databases are one: the files begin as its own do, and the rows lie in a database of
+// another kind beside this library.
+constexpr std::string_view kDesktopMark{"\0\1\0\0Standard Jet DB\0", 20};
+std::mutex rows_mutex;
+sqlite::Connection& Rows() {
+  static sqlite::Connection rows = [] {
+    sqlite::Connection opened(com::Utf8(FolderOf(L"TestHost.dll")) + "rows.sqlite",
+                              SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    opened.Execute("PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = OFF");  // one process at a time
+    return opened;
   }();
-  return found;
+  return rows;
+}
+
+void Execute(const std::string& sql) {
+  const std::lock_guard lock(rows_mutex);
+  Rows().Execute(sql);
+}
+
+// The first row that a query finds, each field as NAME<tab>VALUE<line feed>.
+std::string FirstRow(const std::string& sql) {
+  const std::lock_guard lock(rows_mutex);
+  sqlite::Statement query = Rows().Prepare(sql);
+  std::string row;
+  const bool found = query.Step();
+  for (int column = 0; found && column < query.Columns(); ++column)
+    row.append(query.Name(column)).append("\t").append(query.Text(column)).append("\n");
+  return row;
+}
+
+std::string FieldOf(const std::string& row, const std::string& name) {
+  const auto begin = ("\n" + row).find("\n" + name + "\t");
+  if (begin == std::string::npos) throw RuntimeError(3265, "Item não encontrado nesta coleção.");
+  const auto value = begin + name.size() + 1;
+  return row.substr(value, row.find('\n', value) - value);
+}
+
+std::string TextOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 Variant Boolean(bool value) {
@@ -173,7 +204,7 @@ Variant Boolean(bool value) {
 
 Variant Object(std::string_view name, const std::string& state);
 
-// What an object answers to a call. `state` is the query of a recordset and its fields, the value of a field.
+// What an object answers to a call. `state` is the row of a recordset and its fields, the value of a field.
 Variant Answer(std::string_view of, const std::string& state, const std::string& member,
                const Arguments& given) {
   if (member == "Preparar") {
@@ -189,14 +220,19 @@ Variant Answer(std::string_view of, const std::string& state, const std::string&
       return Object("Database", {});
     throw RuntimeError(erro::kBancoNaoEncontrado, "Não foi possível localizar o arquivo '" + given[0] + "'.");
   }
-  if (member == "OpenRecordset") return Object("Recordset", given.at(0));
-  if (member == "RecordCount") return Variant(std::int32_t{Found().contains(state)});
-  if (member == "Fields") return Object("Fields", state);
-  if (member == "Item") {
-    if (state.find(given.at(0)) != std::string::npos) return Object("Field", Found().at(state));
-    throw RuntimeError(3265, "Item não encontrado nesta coleção.");
+  if (member == "CreateDatabase") {
+    std::ofstream(given.at(0), std::ios::binary) << kDesktopMark;
+    return Object("Database", {});
   }
+  if (member == "Execute") Execute(given.at(0));
+  if (member == "OpenRecordset") return Object("Recordset", FirstRow(given.at(0)));
+  if (member == "RecordCount") return Variant(std::int32_t{!state.empty()});
+  if (member == "Fields") return Object("Fields", state);
+  if (member == "Item") return Object("Field", FieldOf(state, given.at(0)));
   if (member == "Value") return Variant(state);
+  static thread_local std::string loaded;
+  if (member == "LoadFromFile") loaded = TextOf(given.at(0));
+  if (member == "ReadText") return Variant(loaded);
   if (of == "TestHost.Journal") TellJournal(member, given);
   return {};
 }

@@ -28,19 +28,29 @@ fetch_32bit() {
   cmake/wine-32bit "$windows/wine32" >"$log_dir/wine-32bit.log" 2>&1
 }
 
-# What a maker of hosts needs: both libraries, type library, descriptions, the page, examples.
+# text_for_windows FILE... : UTF-8 with its mark and CR LF line ends, as every editor of Windows reads it.
+text_for_windows() {
+  sed -i -e '1s/^/\xef\xbb\xbf/' -e 's/$/\r/' "$@"
+}
+
+# What a maker of hosts ships; in the folder of each architecture all that belongs beside its library.
 fill_dist() {
-  rm -rf dist
-  mkdir -p dist/exemplos
   local architecture
+  rm -rf dist
+  mkdir -p dist/exemplos dist/tabelas
   for architecture in "${architectures[@]}"; do
     mkdir -p "dist/$architecture"
-    cp "$windows/$architecture/adapters/com/DllTremvik.dll" "dist/$architecture/"
+    cp "$windows/$architecture/adapters/com/DllTremvik.dll" packaging/windows/Tremvik.Componente.manifest "dist/$architecture/"
+    "$program" tabelas construir "dist/$architecture/tblFixas.fix"
   done
   # Of two type libraries the 32-bit one, the last, serves tools of either architecture.
   cp "$windows/$architecture/adapters/com/tremvik_idl/DllTremvik.tlb" adapters/com/DllTremvik.idl docs/windows.md \
-    docs/componentes.idl dist/
-  cp -r examples/windows/. dist/exemplos/
+    docs/componentes.idl packaging/windows/LEIAME.txt dist/
+  cp data/tbl*.csv data/tables.json dist/tabelas/
+  cp examples/windows/* dist/exemplos/
+  text_for_windows dist/LEIAME.txt
+  # The script host reads scripts in the system's 8-bit characters.
+  iconv -f UTF-8 -t WINDOWS-1252 packaging/windows/criar-tblFixas.vbs | sed 's/$/\r/' >dist/criar-tblFixas.vbs
 }
 
 # A library that needs anything but the system's own would not load on a user's machine.
@@ -78,7 +88,7 @@ fi
 for architecture in "${architectures[@]}"; do
   cross_build "$architecture"
 done
-fill_dist
+step dist "dist/" fill_dist
 step windows-imports "Windows: system libraries only" system_libraries_only
 step wine-locales "Wine: locales" make_locales
 step wine-prefix "Wine: prefix" cmake/wine-prefix
