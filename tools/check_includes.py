@@ -29,8 +29,9 @@ FOLDER_LEVELS = {
     "adapters/com": 8,
     "report": 8,
     "sample": 8,
-    "cli": 9,
-    "page": 9,
+    "anonymizer": 9,
+    "cli": 10,
+    "page": 10,
 }
 FREE_FOLDERS = {"tests", "bench", "fuzz", "tools", "examples", "packaging"}
 CORE_FOLDERS = {"host", "layout", "runtime", "input", "checks", "records", "passes", "component", "examination"}

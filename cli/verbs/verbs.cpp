@@ -5,8 +5,8 @@
 namespace tremvik::cli {
 namespace {
 
-constexpr std::array kMakers{MakeImportar,         MakeValidar,          MakeListar,         MakeExemplo,
-                             MakeTabelasConstruir, MakeTabelasVerificar, MakeTabelasExportar};
+constexpr std::array kMakers{MakeImportar,   MakeValidar,          MakeListar,           MakeExemplo,
+                             MakeAnonimizar, MakeTabelasConstruir, MakeTabelasVerificar, MakeTabelasExportar};
 
 }  // namespace
 

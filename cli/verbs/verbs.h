@@ -18,6 +18,7 @@ namespace tremvik::cli {
 [[nodiscard]] std::unique_ptr<Verb> MakeValidar();
 [[nodiscard]] std::unique_ptr<Verb> MakeListar();
 [[nodiscard]] std::unique_ptr<Verb> MakeExemplo();
+[[nodiscard]] std::unique_ptr<Verb> MakeAnonimizar();
 [[nodiscard]] std::unique_ptr<Verb> MakeTabelasConstruir();
 [[nodiscard]] std::unique_ptr<Verb> MakeTabelasVerificar();
 [[nodiscard]] std::unique_ptr<Verb> MakeTabelasExportar();

@@ -94,6 +94,21 @@ class ManyFiles(Story):
         for answer in ("nao", "sim"):
             self.check_samples(SAMPLES, [case for case in cases if case.get("responder", answer) == answer], answer)
 
+    def test_an_anonymized_sample_is_told_as_the_sample_and_nothing_is_overwritten(self):
+        other = self.folder / "outro.txt"
+        for sample in SAMPLES.glob("*.txt"):
+            with self.subTest(sample.name):
+                run = self.run_piped("anonimizar", sample, "--saida", other, "--sobrescrever")
+                self.assertEqual((run.status, run.out, run.err), (0, "", ""))
+                told = [[[one.get(key) for key in ("regra", "linha", "campo", "texto")] for one
+                         in self.run_piped("validar", file, "--json", "--responder", "nao").objects()]
+                        for file in (sample, other)]
+                self.assertEqual(*told)
+        before = other.read_bytes()
+        self.assertIn("já existe", self.run_piped("anonimizar", ACCEPTED, "--saida", other).err)
+        self.assertIn("é o próprio arquivo", self.run_piped("anonimizar", other, "--saida", other, "--sobrescrever").err)
+        self.assertEqual(other.read_bytes(), before)
+
     def test_the_kit_of_all_rules_gives_what_it_promises_and_spares_other_files(self):
         made = self.run_piped("exemplo", "--todas-as-regras", "kit")
         kit = self.folder / "kit"

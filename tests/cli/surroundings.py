@@ -34,6 +34,7 @@ WRONG_USE = (
     ("exemplo --regra CR05-15", "nenhum arquivo quebra a regra CR05-15. Só é conferida em referências a partir de 201201"),
     ("exemplo --regra CR5-1", 'não há regra "CR5-1"'),
     ("exemplo --regra CR10-11 --semente 3", "retire as opções de sorteio"),
+    ("anonimizar nada.txt", 'o arquivo "nada.txt" não existe'),
     ("exemplo x", 'o argumento "x" sobra'),
     ("tabelas", "construir, verificar ou exportar"),
     ("tabelas verifica x", '(quis dizer "verificar"?). Veja: tremvik tabelas --help'),
@@ -55,7 +56,7 @@ class CommandLine(Story):
         self.assertEqual(len(self.run_piped("--pasta=nenhuma", "--json", "listar", "--pasta", "casa").objects()), 6)
 
     def test_every_verb_has_help_in_portuguese_with_examples(self):
-        for verb in ("", "importar", "validar", "listar", "exemplo", "tabelas", "tabelas construir",
+        for verb in ("", "importar", "validar", "listar", "exemplo", "anonimizar", "tabelas", "tabelas construir",
                      "tabelas verificar"):
             with self.subTest(verb):
                 run = self.run_piped(*verb.split(), "--help")
