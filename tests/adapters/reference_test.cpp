@@ -7,6 +7,7 @@
 #include "adapters/local/component_folder.h"
 #include "adapters/memory/memory_engine.h"
 #include "adapters/sqlite/reference_engine.h"
+#include "adapters/sqlite/reference_image.h"
 #include "adapters/sqlite/reference_tables.h"
 #include "tests/adapters/support.h"
 
@@ -237,9 +238,14 @@ TEST_F(ReferenceTest, AuthoritysOwnRowsNeedNoCounts) {
 TEST_F(ReferenceTest, RowsThatChangedAreNoAnswers) {
   const std::string file = Path("tblFixas.fix");
   const auto execute = [&](const char* sql) { sqlite::Connection(file, SQLITE_OPEN_READWRITE).Execute(sql); };
-  const auto opened = [&] { return ErrorOf([&] { (void)AbrirTabelas(file); }); };
+  const auto opened = [&] {
+    const int error = ErrorOf([&] { (void)AbrirTabelas(file); });
+    EXPECT_EQ(ErrorOf([&] { (void)AbrirImagem(test::ReadFile(file), file); }), error) << "from its bytes";
+    return error;
+  };
   ConstruirTabelasPadrao(file);
   EXPECT_EQ(opened(), 0);
+  EXPECT_EQ(ErrorOf([&] { (void)AbrirImagem(test::ReadFile(file).substr(0, 1000), file); }), 3343);
   execute("UPDATE tblTodosCFOPs SET CFOP = '5.109' WHERE CFOP = '5.102'");
   EXPECT_EQ(opened(), 3343);
   EXPECT_THAT(VerificarTabelas(file), testing::Contains(HasSubstr("resumo não confere")));
