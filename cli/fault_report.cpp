@@ -30,10 +30,9 @@ std::string RenderFault(const Fault& fault, const std::string& path, std::string
                             .coluna = fault.posicao,
                             .largura = fault.largura,
                             .valor = valor};
-  std::string out = text::Styled(report::PlaceInWords(place), text::Style::kBold, look.colour);
-  out += "\nregra " + fault.regra;
-  if (!fault.porque.empty()) out += ": " + text::Visible(fault.porque);
-  out += "\n";
+  std::string out = text::StyledLines(report::PlaceInWords(place), text::Style::kBold, look);
+  const std::string reason = fault.porque.empty() ? "" : ": " + fault.porque;
+  out += text::StyledLines("regra " + fault.regra + reason, text::Style::kPlain, look);
   const std::int64_t most = report::BytesToRender(place, look);
   report::LineBytes line;
   std::string bytes;
@@ -42,7 +41,9 @@ std::string RenderFault(const Fault& fault, const std::string& path, std::string
     line = {bytes, static_cast<std::size_t>(found->length), true};
   }
   out += report::RenderLine(place, line, look);
-  return line.exists ? out + report::Notes(place, message) : out;
+  std::string notes = line.exists ? report::Notes(place, message) : "";
+  if (!notes.empty()) notes.pop_back();
+  return notes.empty() ? out : out + text::StyledLines(notes, text::Style::kPlain, look);
 }
 
 }  // namespace tremvik::cli

@@ -77,7 +77,8 @@ std::string OfDigits(const FieldInfo& field, std::string_view digits) {
 
 // A text field's own text: blanks at the end are filling.
 bool IsText(const FieldInfo& field) {
-  constexpr std::array<std::string_view, 4> kTexts{"FLegal", "Ocorrência", "Conteúdo", "CodAutorizacao"};
+  constexpr std::array<std::string_view, 5> kTexts{"FLegal", "Ocorrência", "Conteúdo", "CodAutorizacao",
+                                                   "ChaveInterna"};
   return IsOneOf(field.name, kTexts);
 }
 

@@ -29,7 +29,8 @@ TreeField Loose(std::string_view name, int column, std::string_view bytes) {
 FileTree::FileTree(std::string bytes) : bytes_(std::move(bytes)) {
   if (auto cause = FindCause(bytes_)) {
     causa_ = std::move(cause->porque);
-    if (cause->repaired) bytes_ = std::move(*cause->repaired);
+    mended_ = cause->repaired.has_value();
+    if (mended_) bytes_ = std::move(*cause->repaired);
   }
   const std::vector<Line> lines = SplitLines(bytes_, kMostLines);
   const Workpiece work(lines, 1);

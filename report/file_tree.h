@@ -38,14 +38,17 @@ struct TreeField {
 /// What a file's bytes say. Bytes of any kind and number make a tree; beyond 40,000 lines it is cut.
 class FileTree {
  public:
-  /// A cause that spoils the whole file, such as a byte-order mark, is set right for the tree and told.
+  /// A cause that spoils the whole file, such as a byte-order mark, is told and, where that can be done, set
+  /// right for the tree.
   explicit FileTree(std::string bytes);
   FileTree(const FileTree&) = delete;
   FileTree& operator=(const FileTree&) = delete;
 
   [[nodiscard]] std::span<const TreeRecord> records() const { return records_; }
-  /// What was set right, as a sentence; empty for nothing.
+  /// What spoils the whole file, as a sentence; empty for nothing.
   [[nodiscard]] const std::string& causa() const { return causa_; }
+  /// True where the tree is that of the file with this set right.
+  [[nodiscard]] bool mended() const { return mended_; }
   /// True where there are more lines than the tree holds.
   [[nodiscard]] bool cut() const { return cut_; }
 
@@ -57,6 +60,7 @@ class FileTree {
   std::string bytes_;
   std::vector<TreeRecord> records_;
   std::string causa_;
+  bool mended_ = false;
   bool cut_ = false;
 };
 

@@ -225,7 +225,7 @@ std::vector<Candidate> FindByMessage(std::string_view typed) {
   std::vector<Candidate> candidates;
   for (const Scored& one : found) {
     const float best = found.front().score;
-    const float most_behind = 2 + 0.3F * std::min(query_weight, found.front().pattern->own_weight);
+    const float most_behind = 2 + 0.2F * std::min(query_weight, found.front().pattern->own_weight);
     if (one.score < best - most_behind) break;
     const bool nearest = one.score > best - kEqual && one.literal == found.front().literal;
     const float share = std::clamp(one.score / one.pattern->own_weight, 0.0F, 1.0F);

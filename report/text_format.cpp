@@ -44,7 +44,7 @@ class Teller {
     const Place place = PlaceOf(finding);
     std::string out = "\n";
     if (place.linha > 0) {
-      out += text::Styled(PlaceInWords(place), Style::kBold, look_.colour) + "\n";
+      out += text::StyledLines(PlaceInWords(place), Style::kBold, look_);
       out += RenderLine(place, lines_.Find(place.linha), look_);
     }
     out +=

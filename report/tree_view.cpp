@@ -3,11 +3,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "report/field_text.h"
+#include "report/words.h"
 #include "runtime/text.h"
 #include "text/readable.h"
 
@@ -68,11 +70,22 @@ class Block {
   std::string out_;
 };
 
-std::string Heading(const TreeRecord& record) {
+std::string HeadingOf(const TreeRecord& record) {
   if (record.kind == nullptr) return "linha que não é um registro conhecido";
   std::string heading = fmt::format("CR={} {}", record.kind->code, NameOfKind(record.kind->kind));
   if (record.IsOrphan()) heading += fmt::format(", sem o CR={} a que pertence", Codigo(*record.kind->parent));
   return heading;
+}
+
+// What people know a record by: " 110.042.490.114, 03/2012".
+std::string KeyOf(const FileTree& tree, const TreeRecord& record) {
+  static constexpr std::array<std::string_view, 4> kKeys{"IE", "Ref", "CFOP", "CódSubItem"};
+  std::string key;
+  for (const TreeField& field : tree.Fields(record)) {
+    if (std::ranges::find(kKeys, field.nome) != kKeys.end())
+      key.append(key.empty() ? " " : ", ").append(field.texto);
+  }
+  return key;
 }
 
 const std::vector<const Finding*>& FindingsOf(const TreeRecord& record, const FindingsByLine& findings) {
@@ -115,12 +128,6 @@ void AddOneALine(Block& block, const std::vector<TreeField>& fields, const std::
   }
 }
 
-std::string InOneLine(std::string text) {
-  for (auto at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n"))
-    text.replace(at, 2, " ");
-  return text;
-}
-
 }  // namespace
 
 FindingsByLine ByLine(const std::vector<Finding>& findings) {
@@ -132,8 +139,7 @@ FindingsByLine ByLine(const std::vector<Finding>& findings) {
 
 std::string RenderFindingShort(const Finding& finding, std::size_t margin, const text::Look& look) {
   Block block(margin, look);
-  std::string words = finding.regra + ": " + InOneLine(finding.mensagem);
-  if (!finding.porque.empty()) words += " (" + finding.porque + ")";
+  const std::string words = finding.regra + ": " + MessageAndReason(finding);
   block.Lines(finding.tipo == FindingKind::kQuestion ? "? " : kMark, words, Style::kFault);
   return block.Take();
 }
@@ -144,7 +150,7 @@ std::string RenderRecord(const FileTree& tree, const TreeRecord& record, const F
   const std::size_t indent = kGutter + 2 * record.nivel;
   const std::string number = text::Padded(std::to_string(record.linha), kGutter - 2, true);
   Block heading(indent, look);
-  heading.Lines("", Heading(record), Style::kBold);
+  heading.Lines("", HeadingOf(record), Style::kBold);
   std::string out = heading.Take().replace(0, number.size(), text::Styled(number, Style::kDim, look.colour));
 
   const auto fields = tree.Fields(record);
@@ -159,9 +165,21 @@ std::string RenderRecord(const FileTree& tree, const TreeRecord& record, const F
   return out;
 }
 
+std::string RenderAncestors(const FileTree& tree, const TreeRecord& record, const text::Look& look) {
+  std::string out;
+  for (auto above = record.pai; above; above = tree.records()[*above].pai) {
+    const TreeRecord& ancestor = tree.records()[*above];
+    const std::string line =
+        fmt::format("{}  {}{}{}", text::Padded(std::to_string(ancestor.linha), kGutter - 2, true),
+                    std::string(2 * ancestor.nivel, ' '), HeadingOf(ancestor), KeyOf(tree, ancestor));
+    out.insert(0, text::Styled(line, Style::kDim, look.colour) + "\n");
+  }
+  return out;
+}
+
 Json FindingAsJson(const Finding& finding) {
   return {{"regra", finding.regra},
-          {"tipo", finding.tipo == FindingKind::kQuestion ? "aviso" : "falta"},
+          {"tipo", TipoName(finding.tipo)},
           {"linha", finding.linha},
           {"coluna", finding.coluna},
           {"largura", finding.largura},

@@ -26,6 +26,10 @@ enum class FieldLayout { kFlowing, kOneALine };
                                        const FindingsByLine& findings, FieldLayout layout,
                                        const text::Look& look);
 
+/// The records that a record stands under, one line each, to be shown above it; empty for none.
+[[nodiscard]] std::string RenderAncestors(const FileTree& tree, const TreeRecord& record,
+                                          const text::Look& look);
+
 /// A finding in few words behind a margin of that many blanks: its rule, message and reason.
 [[nodiscard]] std::string RenderFindingShort(const Finding& finding, std::size_t margin,
                                              const text::Look& look);

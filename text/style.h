@@ -18,5 +18,7 @@ struct Look {
 enum class Style : std::uint8_t { kPlain, kBold, kDim, kFault, kGood };
 /// `text` in that style, or as it is where `colour` is off.
 [[nodiscard]] std::string Styled(std::string_view text, Style style, bool colour);
+/// The lines of `Wrap` at the look's width, each in that style and ended by LF.
+[[nodiscard]] std::string StyledLines(std::string_view text, Style style, const Look& look);
 
 }  // namespace tremvik::text

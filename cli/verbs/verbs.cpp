@@ -5,8 +5,9 @@
 namespace tremvik::cli {
 namespace {
 
-constexpr std::array kMakers{MakeImportar,   MakeValidar,          MakeListar,           MakeExemplo,
-                             MakeAnonimizar, MakeTabelasConstruir, MakeTabelasVerificar, MakeTabelasExportar};
+constexpr std::array kMakers{MakeImportar,         MakeValidar,          MakeExplicar,       MakeRegras,
+                             MakeMostrar,          MakeListar,           MakeExemplo,        MakeAnonimizar,
+                             MakeTabelasConstruir, MakeTabelasVerificar, MakeTabelasExportar};
 
 }  // namespace
 

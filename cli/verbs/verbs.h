@@ -17,6 +17,9 @@ namespace tremvik::cli {
 [[nodiscard]] std::unique_ptr<Verb> MakeImportar();
 [[nodiscard]] std::unique_ptr<Verb> MakeValidar();
 [[nodiscard]] std::unique_ptr<Verb> MakeListar();
+[[nodiscard]] std::unique_ptr<Verb> MakeMostrar();
+[[nodiscard]] std::unique_ptr<Verb> MakeExplicar();
+[[nodiscard]] std::unique_ptr<Verb> MakeRegras();
 [[nodiscard]] std::unique_ptr<Verb> MakeExemplo();
 [[nodiscard]] std::unique_ptr<Verb> MakeAnonimizar();
 [[nodiscard]] std::unique_ptr<Verb> MakeTabelasConstruir();

@@ -50,7 +50,7 @@ class Story(unittest.TestCase):
 
     def command(self, arguments):
         command = [str(PROGRAM), *(str(argument) for argument in arguments)]
-        uses_folder = command[1:2] and command[1] in ("importar", "validar", "listar")
+        uses_folder = command[1:2] and command[1] in ("importar", "validar", "listar", "explicar", "mostrar")
         named = any(argument.startswith("--pasta") for argument in command)
         return command + ["--pasta", str(self.home)] if uses_folder and not named else command
 
