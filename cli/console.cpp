@@ -5,23 +5,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <utility>
 
 #include "cli/message_box.h"
 #include "runtime/text.h"
 #include "text/readable.h"
-#include "text/style.h"
 
 namespace tremvik::cli {
 namespace {
-
-constexpr std::string_view kClearLine = "\r\x1b[K";
-
-void WriteToStandardError(std::string_view text) {
-  Output err(STDERR_FILENO);
-  err.Write(text);
-}
 
 // One line of standard input without its end; false at the end of the input.
 bool ReadAnswer(std::string& answer) {
@@ -41,49 +32,18 @@ bool IsOneOf(std::string_view text, const std::array<std::string_view, N>& words
 
 }  // namespace
 
-void ProgressBar::Begin(int lines, std::function<int()> line) {
-  lines_ = lines;
-  line_ = std::move(line);
-  steps_ = 0;
-  drawn_ = -1;
-  if (on_ && lines_ > 0) Draw(0, "conferindo tamanhos");
-}
-
-void ProgressBar::Clear() {
-  if (drawn_ >= 0) WriteToStandardError(kClearLine);
-  drawn_ = -1;
-}
-
-void ProgressBar::End() {
-  Clear();
-  lines_ = 0;
-  line_ = nullptr;
-}
-
-// The first two steps are the count of the records, which reads to the end; the others are the validation's.
-void ProgressBar::Progresso() {
-  if (!on_ || lines_ == 0) return;
-  ++steps_;
-  if (steps_ <= 2) return Draw(0, "conferindo quantidades");
-  Draw(std::clamp(static_cast<int>(100LL * line_() / lines_), 0, 100), "validando");
-}
-
-void ProgressBar::Draw(int percent, std::string_view step) {
-  if (percent == drawn_ && step == step_) return;
-  constexpr int kCells = 30;
-  std::string bar;
-  for (int i = 0; i < kCells; ++i)
-    bar += i < percent * kCells / 100 ? "█" : "░";
-  WriteToStandardError(std::string(kClearLine) + text::Styled(bar, text::Style::kGood, colour_) + " " +
-                       std::to_string(percent) + "% " + std::string(step));
-  drawn_ = percent;
-  step_ = step;
-}
-
 void Console::Begin(std::string path) {
   path_ = std::move(path);
   held_.clear();
   faults_.clear();
+  told_.clear();
+}
+
+void Console::Note(const FaultLocation& where, FindingKind tipo) {
+  faults_.emplace_back(where);
+  Finding& finding = told_.emplace_back();
+  finding.regra = where.regra;
+  finding.tipo = tipo;
 }
 
 void Console::End(bool shows_last) {

@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 
 #include "adapters/local/component_folder.h"
@@ -13,6 +15,7 @@
 #include "adapters/sqlite/declaration_store.h"
 #include "adapters/sqlite/reference_tables.h"
 #include "cli/terminal.h"
+#include "runtime/text.h"
 #include "text/readable.h"
 
 namespace tremvik::cli {
@@ -70,6 +73,13 @@ std::string ProblemOfFile(const std::string& path) {
         name);
   }
   return {};
+}
+
+bool BeginsLikeInput(const std::string& path) {
+  constexpr std::size_t kMaster = 30;
+  std::string start(kMaster, '\0');
+  std::ifstream(path, std::ios::binary).read(start.data(), kMaster);
+  return (start.starts_with("01") || start.starts_with("05")) && std::ranges::all_of(start, IsDigit);
 }
 
 std::string ProblemOfFolder(const std::string& path) {

@@ -23,6 +23,10 @@ enum class ExitStatus {
 /// What is wrong with the input file before anything is read of it, with what to do; empty when nothing is.
 [[nodiscard]] std::string ProblemOfFile(const std::string& path);
 
+/// True when the file at `path` begins with the digits of a master record or a header, as
+/// "Pré-Formatado" files do, also those with a fault there.
+[[nodiscard]] bool BeginsLikeInput(const std::string& path);
+
 /// What is wrong with the component's folder before anything is done in it, with what to do; empty when
 /// nothing is, and where it can be made.
 [[nodiscard]] std::string ProblemOfFolder(const std::string& path);

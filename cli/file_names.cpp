@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "cli/interruption.h"
@@ -15,11 +17,37 @@ namespace {
 
 constexpr std::size_t kLongestName = 4096;  // as long as a path may be
 
+bool IsFolder(const std::string& name) {
+  std::error_code ignored;
+  return std::filesystem::is_directory(name, ignored);
+}
+
 }  // namespace
+
+bool FileNames::IsOne() const {
+  return arguments_.size() == 1 && arguments_.front() != "-" && !IsFolder(arguments_.front());
+}
+
+std::size_t FileNames::Total() const {
+  std::size_t total = 0;
+  for (const std::string& name : arguments_) {
+    if (name == "-") return 0;
+    if (!IsFolder(name)) {
+      ++total;
+      continue;
+    }
+    FolderWalk walk(name, pattern_);
+    while (walk.Next())
+      ++total;
+  }
+  return total;
+}
 
 std::optional<std::string> FileNames::Next() {
   while (problem_.empty()) {
-    if (reading_input_) {
+    if (folder_) {
+      if (auto name = NextOfFolder()) return name;
+    } else if (reading_input_) {
       if (auto name = NextOfInput()) return name;
       reading_input_ = false;
       if (!problem_.empty() || Interrupted()) return std::nullopt;
@@ -27,12 +55,32 @@ std::optional<std::string> FileNames::Next() {
         problem_ = "a lista de nomes na entrada padrão está vazia. Confira o comando que a escreve.";
     } else if (next_ == arguments_.size()) {
       return std::nullopt;
-    } else if (std::string& argument = arguments_[next_++]; argument != "-") {
+    } else if (std::string& argument = arguments_[next_++]; argument == "-") {
+      reading_input_ = true;
+    } else if (!IsFolder(argument)) {
       return std::move(argument);
     } else {
-      reading_input_ = true;
+      folder_.emplace(argument, pattern_);
+      folder_gave_ = false;
     }
   }
+  return std::nullopt;
+}
+
+// The next file of the folder; after the last one the folder is done with.
+std::optional<std::string> FileNames::NextOfFolder() {
+  auto name = folder_->Next();
+  if (name) {
+    folder_gave_ = true;
+    return name;
+  }
+  if (folder_problem_.empty()) folder_problem_ = folder_->problem();
+  if (folder_problem_.empty() && !folder_gave_) {
+    folder_problem_ = "na pasta " + text::InQuotes(arguments_[next_ - 1]) + " não há arquivo" +
+                      (pattern_.empty() ? "." : " que sirva a " + text::InQuotes(pattern_) + ".") +
+                      " Confira o nome e --padrao.";
+  }
+  folder_.reset();
   return std::nullopt;
 }
 

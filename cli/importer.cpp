@@ -10,6 +10,7 @@
 #include "cli/json_lines.h"
 #include "component/tremvik.h"
 #include "text/readable.h"
+#include "text/style.h"
 
 namespace tremvik::cli {
 namespace {
@@ -38,12 +39,22 @@ std::string NameOf(const std::string& path) {
   return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
+report::FileReport FindingsOf(const std::string& path, ExitStatus status, std::vector<Finding> findings) {
+  report::FileReport file;
+  file.arquivo = path;
+  if (status == ExitStatus::kAccepted) file.estado = report::FileVerdict::kAccepted;
+  if (status == ExitStatus::kRefused) file.estado = report::FileVerdict::kRefused;
+  file.exame.inconsistencias = std::move(findings);
+  return file;
+}
+
 }  // namespace
 
 Importer::Importer(const RunOptions& options, const Terminal& terminal, Output& out, Output& err)
     : options_(options),
       out_(out),
       err_(err),
+      colour_(!options.json && terminal.colour),
       bar_(terminal.bar && !options.many && !(options.json && terminal.out), terminal.colour),
       console_(ConsoleOptions(options, terminal), options.many ? messages_ : out, err, bar_),
       host_({.pasta = options.pasta, .modo = options.modo}, console_, bar_, console_) {}
@@ -61,6 +72,7 @@ ExitStatus Importer::Run(const std::string& path) {
   const bool over =
       options_.modo == Modo::kImportar && !options_.many && report.status == ExitStatus::kAccepted;
   console_.End(over || report.outcome.estado != Outcome::Estado::kAceito);
+  findings_ = FindingsOf(path, report.status, console_.TakeFindings());
   if (lines) {
     lines->Fim(report.status, report.linha, report.mensagem);
     Complain(report);
@@ -147,15 +159,18 @@ void Importer::Summarize(const std::string& path, const Report& report) {
   Complain(report);
   if (options_.many) {
     const std::string messages = messages_.Take();
-    const std::string refused = report.status == ExitStatus::kRefused ? ": recusado\n" : ": não validado\n";
-    out_.Write(text::Visible(path) + (accepted ? ": aceito (" + counts + ")\n" : refused));
+    const std::string_view refused = report.status == ExitStatus::kRefused ? "recusado" : "não validado";
+    const std::string verdict = text::Styled(accepted ? "aceito" : refused,
+                                             accepted ? text::Style::kGood : text::Style::kFault, colour_);
+    out_.Write(text::Visible(path) + ": " + verdict + (accepted ? " (" + counts + ")\n" : "\n"));
     out_.Write(messages.empty() ? messages : messages + "\n");
   } else if (!accepted) {
     if (options_.modo == Modo::kImportar) out_.Write("Nada foi guardado.\n");
   } else if (options_.modo == Modo::kImportar) {
     out_.Write(fmt::format("Guardado em {}: {}.\n", text::InQuotes(options_.pasta), counts));
   } else {
-    out_.Write(fmt::format("Arquivo aceito: {}. Nada foi guardado.\n", counts));
+    out_.Write(fmt::format("{}: {}. Nada foi guardado.\n",
+                           text::Styled("Arquivo aceito", text::Style::kGood, colour_), counts));
   }
 }
 

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "adapters/sqlite/embedded_host.h"
 #include "cli/console.h"
 #include "cli/environment.h"
 #include "cli/terminal.h"
+#include "report/file_report.h"
 
 namespace tremvik::cli {
 
@@ -29,6 +31,8 @@ class Importer {
 
   /// Runs the file at `path`. Raises nothing that the component or the host raise.
   ExitStatus Run(const std::string& path);
+  /// Which rules the last run told of, for a summary of many files: no places and no texts.
+  [[nodiscard]] report::FileReport TakeFindings() { return std::move(findings_); }
 
  private:
   /// What is said about a file.
@@ -50,9 +54,11 @@ class Importer {
   RunOptions options_;
   Output& out_;
   Output& err_;
+  bool colour_;
   Output messages_;  ///< of one of several files, until its name was written
   ProgressBar bar_;
   Console console_;
+  report::FileReport findings_;
   EmbeddedHost host_;
 };
 

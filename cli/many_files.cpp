@@ -1,20 +1,14 @@
 #include "cli/many_files.h"
 
 #include <algorithm>
-#include <array>
-#include <condition_variable>
-#include <cstddef>
-#include <exception>
-#include <functional>
-#include <map>
-#include <mutex>
-#include <optional>
-#include <system_error>
-#include <thread>
-#include <vector>
+#include <memory>
+#include <string>
+#include <utility>
 
+#include "cli/file_queue.h"
 #include "cli/interruption.h"
-#include "text/readable.h"
+#include "cli/progress_bar.h"
+#include "report/text_format.h"
 
 namespace tremvik::cli {
 namespace {
@@ -22,155 +16,80 @@ namespace {
 // What one file has to say.
 struct Result {
   ExitStatus saida = ExitStatus::kFailure;
+  report::FileReport findings;
   std::string out;
   std::string err;
 };
 
-// The files handed out and what came back, in order. A worker that is far ahead waits, so memory stays small.
-class Queue {
+// What came of all files so far. Not thread-safe.
+class Tally {
  public:
-  struct Job {
-    std::size_t number;
-    std::string path;
-  };
+  Tally(bool refused_only, FilesBar& bar, Output& out, Output& err)
+      : refused_only_(refused_only), bar_(bar), out_(out), err_(err) {}
 
-  Queue(FileNames& names, std::size_t ahead, Output& out, Output& err)
-      : names_(names), ahead_(ahead), out_(out), err_(err) {}
-
-  // The next file. Names may come slowly, so what others have to say is written meanwhile.
-  std::optional<Job> Take() {
-    const std::scoped_lock taking(take_mutex_);
-    {
-      std::unique_lock lock(mutex_);
-      room_.wait(lock, [this] { return given_ < written_ + ahead_ || Ended(); });
-      if (Ended()) return std::nullopt;
+  void Add(const Result& result) {
+    worst_ = std::max(worst_, result.saida);
+    summary_.Add(result.findings);
+    bar_.Clear();
+    if (!refused_only_ || result.saida != ExitStatus::kAccepted) {
+      out_.Write(result.out);
+      spaced_ = result.out.ends_with("\n\n");
     }
-    auto path = names_.Next();
-    if (!path) return std::nullopt;
-    return Job{given_++, std::move(*path)};
-  }
-
-  void Give(std::size_t number, Result result) {
-    const std::scoped_lock lock(mutex_);
-    results_.emplace(number, std::move(result));
-    for (auto next = results_.find(written_); next != results_.end(); next = results_.find(written_)) {
-      Write(next->second);
-      results_.erase(next);
-      ++written_;
-    }
-    out_.Flush();
-    room_.notify_all();
-  }
-
-  // Ends the work for all; the first failure is kept.
-  void Fail(std::exception_ptr failure) {
-    const std::scoped_lock lock(mutex_);
-    if (!failure_) failure_ = std::move(failure);
-    room_.notify_all();
-  }
-
-  [[nodiscard]] std::exception_ptr failure() const { return failure_; }
-  [[nodiscard]] std::size_t Total() const { return written_; }
-  [[nodiscard]] std::size_t Of(ExitStatus saida) const { return counts_[static_cast<std::size_t>(saida)]; }
-  [[nodiscard]] ExitStatus Worst() const {
-    for (const ExitStatus saida : {ExitStatus::kFailure, ExitStatus::kEnvironment, ExitStatus::kRefused}) {
-      if (Of(saida) > 0) return saida;
-    }
-    return ExitStatus::kAccepted;
-  }
-
- private:
-  [[nodiscard]] bool Ended() const { return failure_ || out_.failed() || Interrupted(); }
-
-  void Write(const Result& result) {
-    ++counts_[static_cast<std::size_t>(result.saida)];
-    out_.Write(result.out);
-    if (result.err.empty()) return;
     out_.Flush();
     err_.Write(result.err);
     err_.Flush();
+    bar_.Step();
   }
+  [[nodiscard]] ExitStatus worst() const { return worst_; }
+  [[nodiscard]] const report::Summary& summary() const { return summary_; }
+  /// An empty line was written last.
+  [[nodiscard]] bool spaced() const { return spaced_; }
 
-  FileNames& names_;
-  std::size_t ahead_;
+ private:
+  bool refused_only_;
+  FilesBar& bar_;
   Output& out_;
   Output& err_;
-  std::mutex take_mutex_;
-  std::size_t given_ = 0;  ///< under `take_mutex_`
-  std::mutex mutex_;       ///< guards what follows and both outputs
-  std::condition_variable room_;
-  std::size_t written_ = 0;
-  std::map<std::size_t, Result> results_;  ///< ready, waiting for an earlier one
-  std::array<std::size_t, 4> counts_{};
-  std::exception_ptr failure_;
+  ExitStatus worst_ = ExitStatus::kAccepted;
+  report::Summary summary_;
+  bool spaced_ = true;
 };
 
-// The hosts are made one after the other: the first one makes what the folder lacks.
-void RunJobs(Queue& queue, const RunOptions& options, const Terminal& terminal, std::mutex& making) {
-  auto job = queue.Take();
-  if (!job) return;
-  Output out;
-  Output err;
-  std::optional<Importer> importer;
-  {
-    const std::scoped_lock alone(making);
-    importer.emplace(options, terminal, out, err);
-  }
-  for (; job; job = queue.Take()) {
-    const ExitStatus saida = importer->Run(job->path);
-    queue.Give(job->number, {saida, out.Take(), err.Take()});
-  }
-}
-
-void Work(Queue& queue, const RunOptions& options, const Terminal& terminal, std::mutex& making) {
-  try {
-    RunJobs(queue, options, terminal, making);
-  } catch (...) {
-    queue.Fail(std::current_exception());
-  }
-}
-
-// As many threads as can be had, `wanted` at most: those that start do the work of all.
-std::vector<std::jthread> Start(unsigned wanted, const std::function<void()>& work) {
-  std::vector<std::jthread> threads;
-  try {
-    while (threads.size() < wanted)
-      threads.emplace_back(work);
-  } catch (const std::system_error&) {
-    return threads;
-  }
-  return threads;
-}
-
-std::string Summary(const Queue& queue) {
-  std::string summary = text::Count(queue.Total(), "arquivo", "arquivos") + ": " +
-                        text::Count(queue.Of(ExitStatus::kAccepted), "aceito", "aceitos") + ", " +
-                        text::Count(queue.Of(ExitStatus::kRefused), "recusado", "recusados");
-  const std::size_t unread = queue.Of(ExitStatus::kEnvironment) + queue.Of(ExitStatus::kFailure);
-  if (unread > 0) summary += ", " + text::Count(unread, "não validado", "não validados");
-  return summary + ".\n";
+FileWorker MakeWorker(const RunOptions& options, const Terminal& terminal, Tally& tally) {
+  struct Place {
+    Place(const RunOptions& options, const Terminal& terminal) : importer(options, terminal, out, err) {}
+    Output out;
+    Output err;
+    Importer importer;
+  };
+  return [place = std::make_shared<Place>(options, terminal), &tally](const std::string& path) {
+    Result result;
+    result.saida = place->importer.Run(path);
+    result.findings = place->importer.TakeFindings();
+    result.out = place->out.Take();
+    result.err = place->err.Take();
+    return [result = std::move(result), &tally] { tally.Add(result); };
+  };
 }
 
 }  // namespace
 
-ExitStatus ValidateMany(FileNames& names, const RunOptions& options, const Terminal& terminal,
-                        unsigned workers, Output& out, Output& err) {
-  WatchForInterruption();
-  Queue queue(names, std::size_t{workers} * 16, out, err);
-  std::mutex making;
-  const auto work = [&] { Work(queue, options, terminal, making); };
-  {
-    const auto threads = Start(workers - 1, work);
-    work();
-  }
-  if (queue.failure()) std::rethrow_exception(queue.failure());
-  if (!options.json && queue.Total() > 0) out.Write(Summary(queue));
+ExitStatus ValidateMany(FileNames& names, const RunOptions& options, bool refused_only,
+                        const Terminal& terminal, unsigned workers, Output& out, Output& err) {
+  FilesBar bar(terminal.bar, terminal.colour, terminal.bar ? names.Total() : 0);
+  Tally tally(refused_only, bar, out, err);
+  WorkOnFiles(names, {.make_worker = [&] { return MakeWorker(options, terminal, tally); },
+                      .hopeless = [&] { return out.failed(); },
+                      .threads = workers});
+  bar.Clear();
+  if (!options.json && tally.summary().arquivos > 0)
+    out.Write(report::RenderSummary(tally.summary(), {terminal.colour, terminal.width}, tally.spaced()));
   const std::string problem =
       Interrupted() ? "interrompido; os arquivos que faltavam não foram validados." : names.problem();
-  if (problem.empty()) return queue.Worst();
+  if (problem.empty()) return tally.worst();
   out.Flush();
   err.Write("tremvik: " + problem + "\n");
-  return std::max(queue.Worst(), ExitStatus::kEnvironment);
+  return std::max(tally.worst(), ExitStatus::kEnvironment);
 }
 
 }  // namespace tremvik::cli

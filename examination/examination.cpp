@@ -43,7 +43,7 @@ int Number(std::size_t index) { return static_cast<int>(index) + 1; }
 
 // The records of the file. What the import has accepted before its fault needs no second look.
 void ExamineRecords(std::span<const Line> lines, const TrialResult& importer, const Host& host,
-                    Ledger& ledger) {
+                    const ExaminationOptions& options, Ledger& ledger) {
   const std::vector<std::size_t> begins = Declarations(lines);
   const std::size_t master = MasterAt(lines);
   const bool strayed = master < lines.size() && master > begins.front();
@@ -71,6 +71,7 @@ void ExamineRecords(std::span<const Line> lines, const TrialResult& importer, co
     if (strayed && master > begin && master < end) work.TakeOut(master - begin);
     if (end == lines.size() && Cut(lines.back())) work.cut = true;
     examiner.Examine(work);
+    if (options.progresso) options.progresso(i + 1, begins.size() - 1);
   }
 }
 
@@ -113,8 +114,14 @@ TrialResult Run(std::string_view bytes, const Host& host) {
   return run;
 }
 
+void Count(std::span<const Line> lines, Ledger& ledger) {
+  ledger.result.registros = static_cast<int>(lines.size());
+  ledger.result.declaracoes = static_cast<int>(Declarations(lines).size()) - 1;
+}
+
 // Finds the causes of many faults and takes them away, then examines what is left of a refused file.
-void Examine(std::string_view bytes, TrialResult run, const Host& host, Ledger& ledger) {
+void Examine(std::string_view bytes, TrialResult run, const Host& host, const ExaminationOptions& options,
+             Ledger& ledger) {
   std::string repaired;
   std::vector<Line> lines = SplitLines(bytes, kMostLines);
   while (!run.accepted()) {
@@ -129,14 +136,13 @@ void Examine(std::string_view bytes, TrialResult run, const Host& host, Ledger& 
   }
   for (const Told& told : run.told)
     ledger.Tell(told.finding);
-  ledger.result.registros = static_cast<int>(lines.size());
-  ledger.result.declaracoes = static_cast<int>(Declarations(lines).size()) - 1;
+  Count(lines, ledger);
   if (run.accepted() || lines.empty()) return;
   // The import has told of a last line without an end, if it came that far.
   const bool at_end = run.ended_in == RunPass::kRules && run.ultima_linha == static_cast<int>(lines.size());
   if (at_end) lines.back().end = kCrLf;
   const bool cut = Cut(lines.back());
-  ExamineRecords(lines, run, host, ledger);
+  ExamineRecords(lines, run, host, options, ledger);
   if (cut) {
     ledger.Because(static_cast<int>(lines.size()),
                    "O arquivo termina no meio desta linha: falta o resto dele.");
@@ -158,10 +164,12 @@ Examination Examinar(std::string_view bytes, const Host& host, const Examination
   TrialResult run = Run(bytes, host);
   const std::vector<Finding> importer = OfImporter(run, options.responder_sim);
   if (importer.empty()) ledger.result.estado = FileState::kAccepted;
-  if (run.accepted()) {
+  if (run.accepted() && (options.todas || importer.empty())) {
     TakeAccepted(run, ledger);
+  } else if (options.todas) {
+    Examine(bytes, std::move(run), host, options, ledger);
   } else {
-    Examine(bytes, std::move(run), host, ledger);
+    Count(SplitLines(bytes, kMostLines), ledger);
   }
   ledger.Close(importer);
   return std::move(ledger.result);

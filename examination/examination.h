@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string_view>
 
 #include "examination/findings.h"
@@ -12,6 +13,9 @@ namespace tremvik {
 struct ExaminationOptions {
   std::size_t limite = 100;    ///< findings after which it ends; 0 for none
   bool responder_sim = false;  ///< a question does not refuse the file: it counts as answered Yes
+  bool todas = true;           ///< without it only what one run of the import tells is found
+  /// Called after each declaration of a refused file with how many are done, of how many.
+  std::function<void(std::size_t done, std::size_t total)> progresso = {};
 };
 
 /// Finds every fault of the file whose `bytes` are given: each as the component would tell it if the ones

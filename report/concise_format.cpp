@@ -41,6 +41,8 @@ std::string ConciseFormat::File(const FileReport& file) {
     rows += Row(file, finding.linha, finding.coluna, finding.regra, finding.mensagem);
   for (const Unexamined& gap : file.exame.naoExaminado)
     rows += Row(file, gap.linha, 1, "não-examinado", fmt::format("até a linha {}: {}", gap.ate, gap.porque));
+  for (const KnownFinding& gone : file.sumidas)
+    rows += Row(file, 1, 1, "sumida", InWords(gone));
   if (file.exame.limitado) {
     const int last = file.exame.inconsistencias.empty() ? 1 : file.exame.inconsistencias.back().linha;
     rows += Row(file, last, 1, "limite", "o limite foi atingido: pode haver mais inconsistências");

@@ -7,8 +7,9 @@
 namespace tremvik::report {
 
 /// One line for each finding, "arquivo:linha:coluna: CR10-07 mensagem", as editors and build tools take it. A
-/// finding without a line or column stands at 1. Lines that were not examined, a limit that was reached and
-/// files that could not be examined have a line each, with a word in the place of the rule.
+/// finding without a line or column stands at 1. Lines that were not examined, findings that are gone since
+/// the baseline, a limit that was reached and files that could not be examined have a line each, with a word
+/// in the place of the rule.
 class ConciseFormat final : public Format {
  public:
   [[nodiscard]] std::string Begin(const Heading& heading) override;

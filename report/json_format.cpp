@@ -12,6 +12,13 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+Json ObjectOf(const KnownFinding& known) {
+  return {{"regra", known.regra}, {"registro", known.registro},
+          {"campo", known.campo}, {"valor", known.valor},
+          {"ie", known.ie},       {"referencia", known.referencia},
+          {"vezes", known.vezes}};
+}
+
 Json ObjectOf(const FileReport& file) {
   Json object{{"arquivo", file.arquivo},
               {"tamanho", file.tamanho},
@@ -25,6 +32,9 @@ Json ObjectOf(const FileReport& file) {
   for (const Unexamined& gap : file.exame.naoExaminado)
     gaps.push_back(Json{{"linha", gap.linha}, {"ate", gap.ate}, {"porque", gap.porque}});
   if (file.exame.limitado) object["limitado"] = true;
+  if (file.conhecidas > 0) object["conhecidas"] = file.conhecidas;
+  for (const KnownFinding& gone : file.sumidas)
+    object["sumidas"].push_back(ObjectOf(gone));
   return object;
 }
 
@@ -42,8 +52,10 @@ std::string JsonFormat::File(const FileReport& file) {
 }
 
 std::string JsonFormat::End(const Summary& summary) {
-  Json object{{"arquivos", summary.arquivos}, {"aceitos", summary.aceitos}, {"recusados", summary.recusados},
-              {"erros", summary.erros},       {"faltas", summary.faltas},   {"avisos", summary.avisos}};
+  Json object{{"arquivos", summary.arquivos},     {"aceitos", summary.aceitos},
+              {"recusados", summary.recusados},   {"erros", summary.erros},
+              {"faltas", summary.faltas},         {"avisos", summary.avisos},
+              {"conhecidas", summary.conhecidas}, {"sumidas", summary.sumidas}};
   object["porRegra"] = Json::object();
   for (const auto& [rule, times] : summary.por_regra)
     object["porRegra"][rule] = times;

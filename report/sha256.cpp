@@ -50,22 +50,27 @@ std::array<std::uint32_t, 64> Schedule(const char* block) {
   return w;
 }
 
+// One round; what it leaves in the place of `h` is the next round's `a`, and so on for the others.
+void Round(std::uint32_t a, std::uint32_t b, std::uint32_t c, std::uint32_t& d, std::uint32_t e,
+           std::uint32_t f, std::uint32_t g, std::uint32_t& h, std::uint32_t added) {
+  h += (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) + (g ^ (e & (f ^ g))) + added;
+  d += h;
+  h += (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22)) + ((a & b) | (c & (a | b)));
+}
+
 void AddBlock(Words& state, const char* block) {
   const auto w = Schedule(block);
   auto [a, b, c, d, e, f, g, h] = state;
-  for (std::size_t i = 0; i < w.size(); ++i) {
-    const std::uint32_t one = h + (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25)) +
-                              ((e & f) ^ (~e & g)) + kRounds[i] + w[i];
-    const std::uint32_t two =
-        (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22)) + ((a & b) ^ (a & c) ^ (b & c));
-    h = g;
-    g = f;
-    f = e;
-    e = d + one;
-    d = c;
-    c = b;
-    b = a;
-    a = one + two;
+  for (std::size_t i = 0; i < w.size(); i += state.size()) {
+    const auto added = [&w, i](std::size_t round) { return kRounds[i + round] + w[i + round]; };
+    Round(a, b, c, d, e, f, g, h, added(0));
+    Round(h, a, b, c, d, e, f, g, added(1));
+    Round(g, h, a, b, c, d, e, f, added(2));
+    Round(f, g, h, a, b, c, d, e, added(3));
+    Round(e, f, g, h, a, b, c, d, added(4));
+    Round(d, e, f, g, h, a, b, c, added(5));
+    Round(c, d, e, f, g, h, a, b, added(6));
+    Round(b, c, d, e, f, g, h, a, added(7));
   }
   const Words mixed{a, b, c, d, e, f, g, h};
   for (std::size_t i = 0; i < state.size(); ++i)

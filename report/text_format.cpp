@@ -11,6 +11,7 @@
 
 #include "report/catalogue.h"
 #include "report/line_view.h"
+#include "runtime/text.h"
 #include "text/readable.h"
 #include "text/table.h"
 
@@ -30,7 +31,7 @@ std::string Paragraph(std::string_view label, std::string_view body, const text:
   for (const std::string& line : text::Wrap(std::string(taken, 'x').append(body), look.width - kIndent)) {
     const std::string_view rest = std::string_view(line).substr(lines == 0 ? taken : 0);
     if (lines++ > 0) out.append(2 * kIndent, ' ');
-    out.append(rest).append("\n");
+    out.append(TrimEnd(rest)).append("\n");
   }
   return out;
 }
@@ -89,6 +90,19 @@ std::string Verdict(const FileReport& file, const text::Look& look) {
   return verdict;
 }
 
+// What the baseline knows of the file.
+std::string Baselined(const FileReport& file, const text::Look& look) {
+  std::string out;
+  if (file.conhecidas > 0) {
+    out += "\n" + text::Count(file.conhecidas, "inconsistência", "inconsistências") +
+           " da linha de base não se mostra" + (file.conhecidas > 1 ? "m" : "") + ".\n";
+  }
+  if (!file.sumidas.empty()) out += "\nDa linha de base, não está mais no arquivo:\n";
+  for (const KnownFinding& gone : file.sumidas)
+    out += fmt::format("{}\n", fmt::join(text::Wrap("- " + InWords(gone), look.width), "\n  "));
+  return out;
+}
+
 std::string RulesTable(const Summary& summary, const text::Look& look) {
   std::vector<std::pair<std::string, std::size_t>> rules(summary.por_regra.begin(), summary.por_regra.end());
   std::ranges::stable_sort(rules, std::ranges::greater(), &std::pair<std::string, std::size_t>::second);
@@ -98,7 +112,7 @@ std::string RulesTable(const Summary& summary, const text::Look& look) {
     table.rows.push_back({text::Count(times, "", ""), code, rule == nullptr ? "" : rule->titulo});
     table.rows.back().front().pop_back();
   }
-  return "\n" + table.Render(look.width, look.colour);
+  return table.Render(look.width, look.colour);
 }
 
 std::string FilesTable(const Summary& summary, const text::Look& look) {
@@ -121,16 +135,16 @@ std::string FindingsInWords(std::size_t faltas, std::size_t avisos) {
   return words;
 }
 
-std::string RenderSummary(const Summary& summary, const text::Look& look) {
+std::string RenderSummary(const Summary& summary, const text::Look& look, bool spaced) {
   std::string out;
   if (summary.faltas + summary.avisos > 1) out += RulesTable(summary, look);
   if (summary.com_inconsistencias > 1) out += FilesTable(summary, look);
-  if (!out.empty()) out += "\n";
+  if (!out.empty() && !spaced) out.insert(0, 1, '\n');
+  if (!out.empty()) out += "\n" + FindingsInWords(summary.faltas, summary.avisos) + ".\n";
   out += text::Count(summary.arquivos, "arquivo", "arquivos") + ": " +
          text::Count(summary.aceitos, "aceito", "aceitos") + ", " +
          text::Count(summary.recusados, "recusado", "recusados");
-  if (summary.erros > 0) out += ", " + text::Count(summary.erros, "não examinado", "não examinados");
-  if (summary.faltas + summary.avisos > 0) out += "; " + FindingsInWords(summary.faltas, summary.avisos);
+  if (summary.erros > 0) out += ", " + text::Count(summary.erros, "não validado", "não validados");
   return out + ".\n";
 }
 
@@ -138,6 +152,7 @@ std::string TextFormat::Begin(const Heading& /*heading*/) { return {}; }
 
 std::string TextFormat::File(const FileReport& file) {
   std::string out = text::Visible(file.arquivo) + ": " + Verdict(file, look_) + "\n";
+  spaced_ = true;
   if (file.estado == FileVerdict::kError) return out + text::Visible(file.problema) + "\n\n";
   Teller teller(file, look_);
   for (const Finding& finding : file.exame.inconsistencias)
@@ -149,14 +164,15 @@ std::string TextFormat::File(const FileReport& file) {
     out +=
         "\n" + fmt::format("{}", fmt::join(text::Wrap(lines + ": " + gap.porque, look_.width), "\n")) + "\n";
   }
+  out += Baselined(file, look_);
   if (file.exame.limitado) {
     out += fmt::format("\nO limite de {} foi atingido: pode haver mais. --limite 0 mostra todas.\n",
                        text::Count(file.exame.inconsistencias.size(), "inconsistência", "inconsistências"));
   }
-  const bool bare = file.exame.inconsistencias.empty() && file.exame.naoExaminado.empty();
-  return bare ? out : out + "\n";
+  spaced_ = std::ranges::count(out, '\n') > 1;
+  return spaced_ ? out + "\n" : out;
 }
 
-std::string TextFormat::End(const Summary& summary) { return RenderSummary(summary, look_); }
+std::string TextFormat::End(const Summary& summary) { return RenderSummary(summary, look_, spaced_); }
 
 }  // namespace tremvik::report

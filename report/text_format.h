@@ -19,13 +19,15 @@ class TextFormat final : public Format {
 
  private:
   text::Look look_;
+  bool spaced_ = true;  ///< an empty line was written last
 };
 
 /// "5 faltas, 1 aviso".
 [[nodiscard]] std::string FindingsInWords(std::size_t faltas, std::size_t avisos);
 
 /// What stands behind the last file: findings by rule and by file as tables, then the counts in a line.
-/// Nothing but this line where there is only one finding.
-[[nodiscard]] std::string RenderSummary(const Summary& summary, const text::Look& look);
+/// Nothing but this line where there is only one finding. An empty line goes before the tables unless one was
+/// written last.
+[[nodiscard]] std::string RenderSummary(const Summary& summary, const text::Look& look, bool spaced = true);
 
 }  // namespace tremvik::report

@@ -1,4 +1,4 @@
-// What this machine's file system does beyond the standard library: private files, one-step replacement.
+// What this machine's file system does beyond the standard library: private files, signals.
 #pragma once
 
 #include <csignal>
@@ -23,11 +23,6 @@ void MakePrivateFile(const std::string& path);
 /// The bytes of the regular file at `path`, which may be a link; nothing when it cannot be read, is no
 /// regular file or has more than `most` bytes. Never waits.
 [[nodiscard]] std::optional<std::string> ReadRegularFile(const std::string& path, std::size_t most);
-/// Puts `bytes` in the place of the file `path` in one step, after they reached the disk, and removes what
-/// replacements that were killed left beside it. Raises file errors.
-void ReplaceFile(const std::string& path, std::string_view bytes);
-/// Removes what replacements of the file `path` that were killed left beside it.
-void RemoveAbandonedReplacements(const std::string& path) noexcept;
 
 /// As long as it lives the signals that end a program wait, so that it can take back what it left on the
 /// disk.

@@ -5,6 +5,7 @@
 #include "adapters/local/folder_lock.h"
 #include "adapters/local/local_application.h"
 #include "adapters/local/local_files.h"
+#include "adapters/local/replacement.h"
 #include "adapters/local/system.h"
 #include "adapters/local/temporary_names.h"
 #include "adapters/sqlite/declaration_store.h"

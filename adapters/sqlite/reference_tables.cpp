@@ -15,6 +15,7 @@
 #include <span>
 
 #include "adapters/local/descriptor.h"
+#include "adapters/local/replacement.h"
 #include "adapters/local/system.h"
 #include "adapters/sqlite/reference_digest.h"
 #include "adapters/sqlite/reference_image.h"

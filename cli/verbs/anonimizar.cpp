@@ -4,6 +4,7 @@
 #include <random>
 #include <system_error>
 
+#include "adapters/local/replacement.h"
 #include "adapters/local/system.h"
 #include "anonymizer/anonymizer.h"
 #include "cli/verb_options.h"

@@ -12,7 +12,6 @@
 #include "cli/rule_kit.h"
 #include "cli/verb_options.h"
 #include "cli/verbs/verbs.h"
-#include "runtime/text.h"
 #include "sample/rule_examples.h"
 #include "sample/sample.h"
 #include "text/readable.h"
@@ -20,18 +19,12 @@
 namespace tremvik::cli {
 namespace {
 
-constexpr std::size_t kStart = 30;  // of a master record, which is digits alone
+constexpr std::size_t kStart = 30;  // characters by which a sample is known
 
 std::string StartOf(const std::string& path) {
   std::string start(kStart, '\0');
   std::ifstream(path, std::ios::binary).read(start.data(), kStart);
   return start;
-}
-
-// A "Pré-Formatado" file; an example of a rule may begin with a header.
-bool IsSample(const std::string& path) {
-  const std::string start = StartOf(path);
-  return (start.starts_with("01") || start.starts_with("05")) && std::ranges::all_of(start, IsDigit);
 }
 
 // Why the file at `path` must stay as it is; empty when `bytes` may be written there. What may be replaced is
@@ -41,7 +34,7 @@ std::string ReasonToKeep(const std::string& path, const std::string& bytes, bool
   if (!std::filesystem::is_regular_file(path, ignored)) return {};
   const std::string name = text::InQuotes(path);
   if (!sobrescrever) return name + " já existe. Escolha outro nome ou use --sobrescrever.";
-  if (std::filesystem::file_size(path, ignored) == 0 || IsSample(path)) return {};
+  if (std::filesystem::file_size(path, ignored) == 0 || BeginsLikeInput(path)) return {};
   if (bytes.size() >= kStart && bytes.starts_with(StartOf(path))) return {};
   return name + " já existe e não é um arquivo de exemplo; não será sobrescrito. Escolha outro nome.";
 }

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "adapters/local/replacement.h"
 #include "adapters/local/system.h"
 #include "adapters/sqlite/reference_tables.h"
 #include "adapters/tables/embedded_tables.h"

@@ -5,9 +5,9 @@
 namespace tremvik::cli {
 namespace {
 
-constexpr std::array kMakers{MakeImportar,         MakeValidar,          MakeExplicar,       MakeRegras,
-                             MakeMostrar,          MakeListar,           MakeExemplo,        MakeAnonimizar,
-                             MakeTabelasConstruir, MakeTabelasVerificar, MakeTabelasExportar};
+constexpr std::array kMakers{MakeImportar,   MakeValidar,          MakeExplicar,         MakeRegras,
+                             MakeMostrar,    MakeListar,           MakeEsquema,          MakeExemplo,
+                             MakeAnonimizar, MakeTabelasConstruir, MakeTabelasVerificar, MakeTabelasExportar};
 
 }  // namespace
 

@@ -20,6 +20,7 @@ namespace tremvik::cli {
 [[nodiscard]] std::unique_ptr<Verb> MakeMostrar();
 [[nodiscard]] std::unique_ptr<Verb> MakeExplicar();
 [[nodiscard]] std::unique_ptr<Verb> MakeRegras();
+[[nodiscard]] std::unique_ptr<Verb> MakeEsquema();
 [[nodiscard]] std::unique_ptr<Verb> MakeExemplo();
 [[nodiscard]] std::unique_ptr<Verb> MakeAnonimizar();
 [[nodiscard]] std::unique_ptr<Verb> MakeTabelasConstruir();

@@ -27,6 +27,9 @@ WRONG_USE = (
     ("importar a --responder talvez", 'o valor é sim ou nao, e não "talvez"'),
     ("importar a --json=3", "--json não leva valor"),
     ("validar a --paralelo 0", "não é um número inteiro de 1 a 256"),
+    ("validar a --limite 5", "--limite pede --todos"),
+    ("validar a --todos --json", "o relatório é --relatorio json"),
+    ("validar a --relatorio jsom", 'o formato "jsom" não existe; há: texto, conciso, json'),
     ("listar 123", '"123" não é uma inscrição estadual'),
     ("listar 110042490114 13/2012", '"13/2012" não é uma referência'),
     ("exemplo --declaracoes 10000", "não é um número inteiro de 1 a 9999"),
@@ -56,7 +59,7 @@ class CommandLine(Story):
         self.assertEqual(len(self.run_piped("--pasta=nenhuma", "--json", "listar", "--pasta", "casa").objects()), 6)
 
     def test_every_verb_has_help_in_portuguese_with_examples(self):
-        for verb in ("", "importar", "validar", "listar", "exemplo", "anonimizar", "tabelas", "tabelas construir",
+        for verb in ("", "importar", "validar", "listar", "esquema", "exemplo", "anonimizar", "tabelas", "tabelas construir",
                      "tabelas verificar"):
             with self.subTest(verb):
                 run = self.run_piped(*verb.split(), "--help")

@@ -122,7 +122,7 @@ class OnATerminal(Story):
                                 ((b"n\n",), 1), (("não\n".encode(),), 1), ((b"\x04",), 1)):
             with self.subTest(answers):
                 run = self.run_on_terminal("validar", ASKS, answers=answers)
-                self.assertEqual((run.status, success in run.out), (status, status == 0))
+                self.assertEqual((run.status, success in visible(run.out)), (status, status == 0))
                 self.assertEqual("Responda sim ou não." in run.out, len(answers) > 1)
                 self.assertIn("linha 93, registro 10, campo Imposto, colunas 39 a 53", visible(run.out))
 

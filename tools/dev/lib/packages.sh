@@ -1,7 +1,8 @@
 # Set-up: the Debian packages that a verb needs, installed once.
 
 packages_build=(g++ cmake ninja-build libsqlite3-dev libcli11-dev nlohmann-json3-dev libfmt-dev libutfcpp-dev)
-packages_test=("${packages_build[@]}" libgtest-dev libgmock-dev pkg-config python3 clang-format-14 clang-tidy-14)
+packages_test=("${packages_build[@]}" libgtest-dev libgmock-dev pkg-config python3 python3-jsonschema
+  clang-format-14 clang-tidy-14)
 
 package_missing() {
   [[ $(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null) != installed ]]

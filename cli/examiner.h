@@ -1,0 +1,60 @@
+// One file examined, as a report takes it.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+#include "adapters/sqlite/embedded_host.h"
+#include "cli/environment.h"
+#include "report/file_report.h"
+
+namespace tremvik::cli {
+
+/// How files are examined.
+struct ExaminerOptions {
+  std::string pasta;
+  bool todas = false;  ///< every fault; else what an import tells of the file
+  std::size_t limite = 0;
+  bool responder_sim = false;
+  bool digest = false;  ///< the files' SHA-256 is wanted
+};
+
+/// A file's report, and what it means to who called the program. Known findings do not count yet.
+struct Examined {
+  report::FileReport report;
+  ExitStatus status = ExitStatus::kFailure;
+};
+
+/// Examines files one after the other through one embedded host. Not shared between threads.
+class Examiner {
+ public:
+  /// Makes the component's folder and its tables where they are missing. Raises the errors of the host.
+  explicit Examiner(ExaminerOptions options);
+
+  /// Examines the file at `path`; `progresso` is told how many of its declarations are done, of how many.
+  /// What cannot be examined is told in the report: nothing of the host's is raised.
+  [[nodiscard]] Examined Examine(const std::string& path,
+                                 const std::function<void(std::size_t, std::size_t)>& progresso);
+
+ private:
+  // An examination shows nothing.
+  struct Silence final : Screen, Events, Diagnostics {
+    int MsgBox(std::string_view /*text*/, int /*style*/, std::string_view /*title*/) override { return 0; }
+    void SetPointer(int /*pointer*/) override {}
+    void Progresso() override {}
+    void Fechar() override {}
+    void Inconsistencia(const FaultLocation& /*where*/) override {}
+    void Duvida(const FaultLocation& /*where*/) override {}
+  };
+
+  ExaminerOptions options_;
+  Silence silence_;
+  EmbeddedHost host_;
+};
+
+/// What identifies the reference tables in `pasta`: the SHA-256 of their database, or "do programa" where
+/// the program's own rows serve without one.
+[[nodiscard]] std::string TablesInUse(const std::string& pasta);
+
+}  // namespace tremvik::cli
