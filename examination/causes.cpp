@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "examination/lines.h"
+#include "examination/shift.h"
 #include "runtime/text.h"
 
 namespace tremvik {
@@ -26,6 +27,7 @@ constexpr std::array kSignatures{
     Signature{"<?xml", "um arquivo XML"},
     Signature{"<", "uma página ou um arquivo XML"},
     Signature{"{", "um arquivo JSON"},
+    Signature{"[", "um arquivo JSON"},
     Signature{"\x1F\x8B", "um arquivo compactado (GZIP)"},
     Signature{"Rar!", "um arquivo compactado (RAR)"},
     Signature{"\x89PNG", "uma imagem"},
@@ -44,6 +46,23 @@ std::optional<Cause> OtherKindOfFile(std::string_view bytes) {
   std::string porque = "Nenhuma das primeiras linhas começa com um código de registro";
   if (known != kSignatures.end()) porque.append(": o arquivo parece ser ").append(known->what);
   return Cause{1, porque + ". Confira se foi escolhido o arquivo Pré-Formatado.", {}};
+}
+
+// Blanks before every record.
+std::optional<Cause> LeadingBlanksOfAll(std::string_view bytes) {
+  const auto lines = SplitLines(bytes, kLooked);
+  const auto shifted =
+      std::ranges::count_if(lines, [](const Line& line) { return LeadingBlanks(line.content) > 0; });
+  if (2 * shifted <= std::ssize(lines)) return {};
+  std::string text;
+  for (const Line& line : SplitLines(bytes, kMostLines))
+    text.append(line.content.substr(LeadingBlanks(line.content))).append(line.end);
+  const auto first =
+      std::ranges::find_if(lines, [](const Line& line) { return LeadingBlanks(line.content) > 0; });
+  return Cause{static_cast<int>(first - lines.begin()) + 1,
+               "As linhas começam com espaços em branco: tudo está deslocado para a direita. Cada linha deve "
+               "começar com o código do registro.",
+               std::move(text)};
 }
 
 // The byte of a character given in UTF-8, or "?" where Windows-1252 does not have it.
@@ -171,6 +190,7 @@ std::optional<Cause> FindCause(std::string_view bytes) {
   if (bytes.empty()) return {};
   if (auto cause = ByteOrderMark(bytes)) return cause;
   if (auto cause = Utf16(bytes)) return cause;
+  if (auto cause = LeadingBlanksOfAll(bytes)) return cause;
   if (auto cause = OtherKindOfFile(bytes)) return cause;
   const std::vector<Line> lines = SplitLines(bytes, kMostLines);
   const bool whole = lines.back().content.data() + lines.back().content.size() + lines.back().end.size() ==

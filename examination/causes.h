@@ -14,8 +14,8 @@ struct Cause {
   std::optional<std::string> repaired;  ///< the file without it; none where there is nothing to examine
 };
 
-/// The first cause found in `bytes`, or none: a byte-order mark, UTF-16 or UTF-8 text, another kind of file,
-/// line ends of other systems, blanks or Ctrl-Z behind the last record.
+/// The first cause found in `bytes`, or none: a byte-order mark, UTF-16 or UTF-8 text, blanks before each
+/// record, another kind of file, line ends of other systems, blanks or Ctrl-Z behind the last record.
 [[nodiscard]] std::optional<Cause> FindCause(std::string_view bytes);
 
 }  // namespace tremvik

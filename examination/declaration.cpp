@@ -25,9 +25,12 @@ void DeclarationExaminer::Pass(std::string_view header) {
 void DeclarationExaminer::Examine(Workpiece& work) {
   alone_ = false;
   mended_.clear();
-  // Each round gets past a record or a field of the header, so there are no more of them than these.
-  for (std::size_t rounds = work.size() + kAttempts * work[0].kind->fields.size(); rounds > 0; --rounds) {
+  // Each round gets past a record, its shift or a field of the header, so there are no more of them than
+  // these.
+  for (std::size_t rounds = 2 * work.size() + kAttempts * work[0].kind->fields.size(); rounds > 0; --rounds) {
+    UndoShifts(work);
     const TrialText trial = Compose(work);
+    ++ledger_.result.execucoes;
     const TrialResult result = RunTrial(trial.text, trial.blocks, host_, suppressed_);
     if (result.accepted() && !work[0].tainted) Pass(work[0].content);
     if (!Mend(work, trial, result)) break;
@@ -37,6 +40,17 @@ void DeclarationExaminer::Examine(Workpiece& work) {
   ledger_.NotExamined(header.linha, work[work.size() - 1].linha,
                       "O cabeçalho da linha " + std::to_string(header.linha) +
                           " não permite examinar o restante da declaração.");
+}
+
+// Lines whose shift was told stand right from now on.
+void DeclarationExaminer::UndoShifts(Workpiece& work) {
+  if (ledger_.shifts.empty()) return;
+  for (std::size_t i = 0; i < work.size(); ++i) {
+    if (work[i].restored || work[i].kind == nullptr) continue;
+    auto content = ledger_.shifts.Undone(work[i].linha, work[i].content);
+    work[i].restored = content.has_value();
+    if (content) work[i].content = std::move(*content);
+  }
 }
 
 TrialText DeclarationExaminer::Compose(const Workpiece& work) const {
@@ -67,8 +81,12 @@ bool DeclarationExaminer::MendOne(Workpiece& work, const TrialText& trial, const
   const auto at = trial.PieceAt(told.finding.linha);
   if (!at) return !std::exchange(alone_, true);  // the header before is refused beside this one
   const Piece before = work[*at];
-  const auto unread =
-      result.ultima_linha > told.finding.linha ? std::vector<std::size_t>() : work.Descendants(*at);
+  if (!before.restored && ledger_.shifts.Holds(before.linha)) {  // the next trial has it where it should be
+    ledger_.TellAt(before, told.finding);
+    return true;
+  }
+  const bool read = *at == 0 || result.ultima_linha > told.finding.linha;
+  const auto unread = read ? std::vector<std::size_t>() : work.Descendants(*at);
   const std::size_t last = trial.PieceAt(result.ultima_linha).value_or(*at);
   const Mended mended = told.pass == RunPass::kRules
                             ? MendRule(work, *at, last, told.finding, result, suppressed_)

@@ -25,6 +25,7 @@ class DeclarationExaminer {
   void Examine(Workpiece& work);
 
  private:
+  void UndoShifts(Workpiece& work);
   [[nodiscard]] TrialText Compose(const Workpiece& work) const;
   bool Mend(Workpiece& work, const TrialText& trial, const TrialResult& result);
   bool MendOne(Workpiece& work, const TrialText& trial, const TrialResult& result, const Told& told);

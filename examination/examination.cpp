@@ -94,6 +94,9 @@ Finding FindingAt(const Line& line, const Host& host) {
   return run.told.empty() ? run.EndFinding() : std::move(run.told.front().finding);
 }
 
+// Causes that are taken away one after the other: each of the known ones, once.
+constexpr int kMostCauses = 8;
+
 void TellCause(const Cause& cause, std::span<const Line> lines, const TrialResult& run, const Host& host,
                Ledger& ledger) {
   Piece place;
@@ -101,6 +104,7 @@ void TellCause(const Cause& cause, std::span<const Line> lines, const TrialResul
   const auto fault = std::ranges::find_if(
       run.told, [](const Told& told) { return told.finding.tipo == FindingKind::kFault; });
   const bool told = fault != run.told.end() && fault->finding.linha == cause.linha;
+  if (!told) ++ledger.result.execucoes;
   Finding finding = told ? fault->finding : FindingAt(lines[static_cast<std::size_t>(cause.linha) - 1], host);
   finding.porque = cause.porque;
   ledger.TellAt(place, std::move(finding));
@@ -114,8 +118,8 @@ TrialResult Run(std::string_view bytes, const Host& host) {
   return run;
 }
 
-void Count(std::span<const Line> lines, Ledger& ledger) {
-  ledger.result.registros = static_cast<int>(lines.size());
+void Count(std::string_view bytes, std::span<const Line> lines, Ledger& ledger) {
+  ledger.result.registros = static_cast<int>(CountLines(bytes));
   ledger.result.declaracoes = static_cast<int>(Declarations(lines).size()) - 1;
 }
 
@@ -124,19 +128,23 @@ void Examine(std::string_view bytes, TrialResult run, const Host& host, const Ex
              Ledger& ledger) {
   std::string repaired;
   std::vector<Line> lines = SplitLines(bytes, kMostLines);
-  while (!run.accepted()) {
+  for (int causes = 0; causes < kMostCauses && !run.accepted(); ++causes) {
     auto cause = FindCause(bytes);
     if (!cause) break;
     TellCause(*cause, lines, run, host, ledger);
-    if (!cause->repaired) return ledger.NotExamined(1, static_cast<int>(lines.size()), cause->porque);
+    if (!cause->repaired) return ledger.NotExamined(1, static_cast<int>(CountLines(bytes)), cause->porque);
     repaired = std::move(*cause->repaired);
     bytes = repaired;
     lines = SplitLines(bytes, kMostLines);
     run = Run(bytes, host);
+    ++ledger.result.execucoes;
   }
+  ledger.shifts = Shifts(lines);
   for (const Told& told : run.told)
     ledger.Tell(told.finding);
-  Count(lines, ledger);
+  Count(bytes, lines, ledger);
+  ledger.NotExamined(static_cast<int>(lines.size()) + 1, ledger.result.registros,
+                     "Um arquivo tem no máximo 32.766 registros.");
   if (run.accepted() || lines.empty()) return;
   // The import has told of a last line without an end, if it came that far.
   const bool at_end = run.ended_in == RunPass::kRules && run.ultima_linha == static_cast<int>(lines.size());
@@ -162,6 +170,7 @@ void TakeAccepted(const TrialResult& run, Ledger& ledger) {
 Examination Examinar(std::string_view bytes, const Host& host, const ExaminationOptions& options) {
   Ledger ledger(options.limite);
   TrialResult run = Run(bytes, host);
+  ledger.result.execucoes = 1;
   const std::vector<Finding> importer = OfImporter(run, options.responder_sim);
   if (importer.empty()) ledger.result.estado = FileState::kAccepted;
   if (run.accepted() && (options.todas || importer.empty())) {
@@ -169,7 +178,7 @@ Examination Examinar(std::string_view bytes, const Host& host, const Examination
   } else if (options.todas) {
     Examine(bytes, std::move(run), host, options, ledger);
   } else {
-    Count(SplitLines(bytes, kMostLines), ledger);
+    Count(bytes, SplitLines(bytes, kMostLines), ledger);
   }
   ledger.Close(importer);
   return std::move(ledger.result);

@@ -27,6 +27,7 @@ struct Finding {
   std::string mensagem;
   std::string porque;         ///< the reason in figures or the likely cause; empty for none
   bool doImportador = false;  ///< what one run of the import tells of this file
+  friend bool operator==(const Finding&, const Finding&) = default;
 };
 
 /// Lines that could not be examined, and why.
@@ -34,6 +35,7 @@ struct Unexamined {
   int linha = 0;
   int ate = 0;
   std::string porque;
+  friend bool operator==(const Unexamined&, const Unexamined&) = default;
 };
 
 /// How the import takes the file as it stands.
@@ -47,6 +49,8 @@ struct Examination {
   std::vector<Finding> inconsistencias;
   std::vector<Unexamined> naoExaminado;
   bool limitado = false;  ///< the limit was reached: there may be more
+  int execucoes = 0;      ///< runs of the component that it took, over the file and over parts of it
+  friend bool operator==(const Examination&, const Examination&) = default;
 };
 
 }  // namespace tremvik

@@ -10,6 +10,7 @@ namespace tremvik {
 void HeadExaminer::Examine(Workpiece& work) {
   for (std::size_t rounds = work.size() + InfoOf(Kind::kCr01).fields.size(); rounds > 0; --rounds) {
     const TrialText trial = Compose(work);
+    ++ledger_.result.execucoes;
     const TrialResult result = RunTrial(trial.text, trial.blocks, host_, {});
     if (result.told.empty() || ledger_.Full()) return;
     for (const Told& told : result.told) {

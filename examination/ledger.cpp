@@ -26,6 +26,12 @@ void Ledger::Tell(Finding finding) {
     result.limitado = true;
     return;
   }
+  if (finding.tipo == FindingKind::kFault) {
+    const auto cause = shifts.Tell(finding.linha);
+    if (!cause) return;
+    if (!finding.porque.empty() && !cause->empty()) finding.porque += ". ";
+    finding.porque += *cause;
+  }
   told_.insert(key);
   result.inconsistencias.push_back(std::move(finding));
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "examination/findings.h"
+#include "examination/shift.h"
 #include "examination/workpiece.h"
 
 namespace tremvik {
@@ -19,7 +20,7 @@ class Ledger {
   explicit Ledger(std::size_t limit) : limit_(limit) {}
 
   [[nodiscard]] bool Full() const { return limit_ > 0 && result.inconsistencias.size() >= limit_; }
-  /// Adds a finding whose line is the file's, unless the same was told before.
+  /// Adds a finding whose line is the file's, unless the same, or what causes it, was told before.
   void Tell(Finding finding);
   /// Adds a finding of a trial, at the line where `piece` stands in the file.
   void TellAt(const Piece& piece, Finding finding);
@@ -33,6 +34,7 @@ class Ledger {
   void Close(const std::vector<Finding>& importer);
 
   Examination result;
+  Shifts shifts;  ///< lines whose faults have a common cause, which is told once
 
  private:
   std::size_t limit_;

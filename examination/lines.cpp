@@ -37,6 +37,15 @@ std::vector<Line> SplitLines(std::string_view bytes, std::size_t most) {
   return lines;
 }
 
+std::size_t CountLines(std::string_view bytes) {
+  std::size_t lines = 0;
+  for (; !bytes.empty(); ++lines) {
+    bytes.remove_prefix(ContentLength(bytes));
+    bytes.remove_prefix(LineEnd(bytes).size());
+  }
+  return lines;
+}
+
 const KindInfo* KindOf(std::string_view content) {
   if (const KindInfo* const named = FindKind(content.substr(0, 2))) return named;
   const auto same_length = [&](const KindInfo& kind) {

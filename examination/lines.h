@@ -23,6 +23,9 @@ inline constexpr std::size_t kMostLines = 40000;
 /// Splits `bytes` into at most `most` lines; what is left over is not looked at.
 [[nodiscard]] std::vector<Line> SplitLines(std::string_view bytes, std::size_t most);
 
+/// How many lines `bytes` have.
+[[nodiscard]] std::size_t CountLines(std::string_view bytes);
+
 /// The kind that the first two characters of a line name, or else the only kind of its length; null where
 /// there is none.
 [[nodiscard]] const KindInfo* KindOf(std::string_view content);

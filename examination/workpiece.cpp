@@ -57,6 +57,8 @@ std::vector<std::size_t> Workpiece::Children(std::optional<std::size_t> parent, 
 // A parent stands before its children, so one pass finds all that stand under it.
 std::vector<std::size_t> Workpiece::Descendants(std::size_t index) const {
   std::vector<std::size_t> descendants;
+  const KindInfo* const kind = pieces_[index].kind;
+  if (kind == nullptr || ChildrenOf(kind->kind).empty()) return descendants;
   const auto below = [&](std::size_t parent) {
     return parent == index || std::ranges::binary_search(descendants, parent);
   };

@@ -22,8 +22,9 @@ struct Piece {
   const KindInfo* kind = nullptr;  ///< null where the code is unknown
   std::optional<std::size_t> parent = std::nullopt;  ///< the record that announces it
   bool out = false;
-  bool tainted = false;  ///< it lacks a child now, which its quantities and its sum show
-  bool suspect = false;  ///< told to be out of place: what it is refused for next follows from that
+  bool tainted = false;   ///< it lacks a child now, which its quantities and its sum show
+  bool restored = false;  ///< its shift was undone
+  bool suspect = false;   ///< told to be out of place: what it is refused for next follows from that
 };
 
 /// What a trial reads, and which record stands on each of its lines.
@@ -77,7 +78,8 @@ class Workpiece {
 /// Appends a record that belongs to no piece.
 void AppendRecord(TrialText& trial, std::string_view content);
 
-/// The text of `field` of a record's content, and its replacement, blanks or zeros filled up by the caller.
+/// The text of `field` of a record's content, as far as it goes, and its replacement, filled up by the
+/// caller.
 [[nodiscard]] std::string_view FieldText(std::string_view content, const FieldInfo& field);
 void SetFieldText(std::string& content, const FieldInfo& field, std::string_view text);
 

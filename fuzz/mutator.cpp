@@ -139,6 +139,15 @@ void ChangeLength(Draw& draw, Lines& lines) {
   }
 }
 
+// Too much in one place, as much lost in another.
+void ShiftFields(Draw& draw, Lines& lines) {
+  std::string& line = *Line(draw, lines);
+  const auto columns = draw.Between<std::size_t>(1, 3);
+  if (line.size() < 2 * columns) return;
+  line.insert(Below(draw, line.size() - columns), columns, draw.Chance(70) ? ' ' : '0');
+  line.erase(draw.Chance(50) ? line.size() - columns - 2 : Below(draw, line.size() - columns), columns);
+}
+
 void Change(Draw& draw, Lines& lines) {
   if (lines.empty() || draw.Chance(10)) TakeSample(draw, lines);
   const auto at = Line(draw, lines);
@@ -151,8 +160,10 @@ void Change(Draw& draw, Lines& lines) {
     lines.erase(at);
   } else if (kind < 94) {
     MoveRecord(draw, lines);
-  } else if (kind < 97) {
+  } else if (kind < 96) {
     CopyDeclaration(draw, lines);
+  } else if (kind < 98) {
+    ShiftFields(draw, lines);
   } else {
     ChangeLength(draw, lines);
   }

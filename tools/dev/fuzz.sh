@@ -6,7 +6,7 @@ seconds=${1:-60}
 need "${packages_test[@]}" clang-14 libclang-rt-14-dev
 
 # The targets, each with its share of the time in twentieths and the inputs to begin with besides the kept ones.
-fuzz_targets=(file:17:build/fuzz/seeds values:1: csv_reader:2:data)
+fuzz_targets=(file:12:build/fuzz/seeds examination:5:build/fuzz/seeds values:1: csv_reader:2:data)
 
 build_fuzz() {
   cmake -S . -B build/fuzz -G Ninja -D CMAKE_BUILD_TYPE=RelWithDebInfo -D CMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 \
