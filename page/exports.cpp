@@ -73,4 +73,13 @@ extern "C" {
 
 [[clang::export_name("rules")]] std::size_t Rules() { return Answer(tremvik::page::RulesAsJson); }
 
+// The room holds the message.
+[[clang::export_name("search")]] std::size_t Search() {
+  return Answer([] { return tremvik::page::SearchAsJson(g_room); });
+}
+
+[[clang::export_name("records")]] std::size_t Records(std::size_t file, int from, int to) {
+  return Answer([&] { return TheSession().Records(file, from, to); });
+}
+
 }  // extern "C"

@@ -9,7 +9,9 @@
 #include "report/catalogue.h"
 #include "report/formats.h"
 #include "report/line_view.h"
+#include "report/search.h"
 #include "report/sha256.h"
+#include "report/tree_view.h"
 #include "runtime/text.h"
 #include "text/json_text.h"
 
@@ -43,25 +45,28 @@ Json MarksOf(const report::FileReport& file) {
   return all;
 }
 
-template <typename F>
-std::string Text(const F& field, std::string_view line) {
-  const auto begin = static_cast<std::size_t>(field.position - 1);
-  return begin < line.size() ? std::string(Utf8(line.substr(begin, static_cast<std::size_t>(field.width))))
-                             : "";
+// The text of a field of declarations' headers, as it stands.
+std::string HeaderText(const report::FileTree& tree, const report::TreeRecord& header,
+                       std::string_view name) {
+  for (const report::TreeField& field : tree.Fields(header)) {
+    if (field.nome == name) return Utf8(field.bytes);
+  }
+  return {};
 }
 
-// Where each declaration begins, and whose it is.
-Json DeclarationsOf(const std::string& bytes) {
+// Where each declaration begins, and whose it is; what stands before the first one is told as one without a
+// name.
+Json DeclarationsOf(const report::FileTree& tree) {
   Json all = Json::array();
-  report::LineFinder lines(bytes);
-  for (int number = 1;; ++number) {
-    const report::LineBytes line = lines.Find(number);
-    if (!line.exists) return all;
-    const std::string_view content = line.bytes.substr(0, line.content);
-    if (!content.starts_with(Codigo(Cr05::kKind))) continue;
-    all.push_back(
-        {{"linha", number}, {"ie", Text(Cr05::kIE, content)}, {"referencia", Text(Cr05::kRef, content)}});
+  const auto records = tree.records();
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    const bool header = records[i].kind != nullptr && records[i].kind->kind == Kind::kCr05;
+    if (!header && !all.empty()) continue;
+    all.push_back({{"linha", records[i].linha},
+                   {"ie", header ? HeaderText(tree, records[i], Cr05::kIE.name) : ""},
+                   {"referencia", header ? HeaderText(tree, records[i], Cr05::kRef.name) : ""}});
   }
+  return all;
 }
 
 }  // namespace
@@ -71,10 +76,22 @@ std::string RulesAsJson() {
   for (const report::Rule& rule : report::Catalogue()) {
     rules.push_back({{"codigo", rule.codigo},
                      {"titulo", rule.titulo},
+                     {"mensagem", rule.texto2.empty() ? rule.texto1 : rule.texto1 + "\n" + rule.texto2},
                      {"explicacao", rule.explicacao},
                      {"comoMendar", rule.como_mendar}});
   }
   return text::JsonText(rules);
+}
+
+std::string SearchAsJson(std::string_view typed) {
+  constexpr std::size_t kMost = 20;
+  Json codes = Json::array();
+  const std::string code = report::CodeIn(typed);
+  if (report::FindRule(code) != nullptr) codes.push_back(code);
+  for (const report::Candidate& candidate : report::FindByMessage(typed)) {
+    if (codes.size() < kMost && candidate.regra->codigo != code) codes.push_back(candidate.regra->codigo);
+  }
+  return text::JsonText(codes);
 }
 
 std::string Session::Examine(std::string name, std::string bytes, const ExaminationOptions& options) {
@@ -91,9 +108,27 @@ std::string Session::Examine(std::string name, std::string bytes, const Examinat
   const auto format = report::MakeFormat(report::FormatKind::kJson);
   std::string answer = "{\"relatorio\":" + Written(*format, one);
   answer += ",\"marcas\":" + text::JsonText(MarksOf(one.front()));
-  answer += ",\"declaracoes\":" + text::JsonText(DeclarationsOf(one.front().conteudo)) + "}";
   files_.push_back(std::move(one.front()));
+  answer += ",\"declaracoes\":" + text::JsonText(DeclarationsOf(TreeOf(files_.size() - 1))) + "}";
   return answer;
+}
+
+const report::FileTree& Session::TreeOf(std::size_t file) {
+  if (!tree_ || tree_of_ != file) tree_ = std::make_unique<report::FileTree>(files_.at(file).conteudo);
+  tree_of_ = file;
+  return *tree_;
+}
+
+std::string Session::Records(std::size_t file, int from, int to) {
+  const report::FileTree& tree = TreeOf(file);
+  const auto findings = report::ByLine(files_.at(file).exame.inconsistencias);
+  Json records = Json::array();
+  for (const report::TreeRecord& record : tree.records()) {
+    if (record.linha >= from && record.linha <= to)
+      records.push_back(report::RecordAsJson(tree, record, findings));
+  }
+  return text::JsonText(
+      {{"causa", tree.causa()}, {"cortado", tree.cut()}, {"registros", std::move(records)}});
 }
 
 std::string Session::Report(std::string_view form, bool masked) const {

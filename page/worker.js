@@ -45,7 +45,7 @@ const works = {
     return take(exports.examine(named.length, limit, yes));
   },
   report: ({form, masked}) => { put(text(form)); return take(exports.report(masked)); },
-  tree: ({file, from, to}) => take(exports.tree(file, from, to)),
+  records: ({file, from, to}) => take(exports.records(file, from, to)),
   search: ({query}) => { put(text(query)); return take(exports.search()); },
   rules: () => take(exports.rules()),
   forget: () => { exports.forget(); return '{}'; },
