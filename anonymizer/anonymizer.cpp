@@ -5,6 +5,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <random>
 #include <set>
 #include <utility>
 #include <vector>
@@ -335,6 +336,12 @@ Anonymized Anonymize(std::string_view bytes, std::uint64_t seed) {
   result.known = encoded.has_value();
   result.bytes = encoded ? std::move(*encoded) : WithoutWords(bytes, seed);
   return result;
+}
+
+std::uint64_t AnySeed() {
+  std::random_device device;
+  const std::uint64_t high = device();
+  return high << 32U | device();
 }
 
 }  // namespace tremvik::anonymizer

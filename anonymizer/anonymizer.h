@@ -26,4 +26,7 @@ struct Anonymized {
 /// ones.
 [[nodiscard]] Anonymized Anonymize(std::string_view bytes, std::uint64_t seed);
 
+/// A seed that nobody can guess.
+[[nodiscard]] std::uint64_t AnySeed();
+
 }  // namespace tremvik::anonymizer

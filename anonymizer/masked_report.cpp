@@ -5,7 +5,6 @@
 #include <tuple>
 #include <vector>
 
-#include "anonymizer/anonymizer.h"
 #include "report/catalogue.h"
 #include "report/line_view.h"
 #include "report/sha256.h"
@@ -44,25 +43,33 @@ Finding Bare(Finding finding, const std::string& bytes) {
 
 }  // namespace
 
-report::FileReport Masked(const report::FileReport& file, const Examiner& examine, std::uint64_t seed) {
-  Anonymized other = Anonymize(file.conteudo, seed);
+Mask MakeMask(std::string_view bytes, const Examiner& examine, std::uint64_t seed) {
+  Mask mask{Anonymize(bytes, seed), {}};
+  mask.exame = examine(mask.other.bytes);
+  return mask;
+}
+
+report::FileReport Masked(const report::FileReport& file, const Mask& mask) {
+  const Registrations& registrations = mask.other.registrations;
   report::FileReport masked = file;
-  masked.arquivo = other.registrations.InText(file.arquivo);
-  masked.problema = other.registrations.InText(file.problema);
-  if (!file.exame.inconsistencias.empty()) {
-    std::vector<Finding> told = examine(other.bytes).inconsistencias;
-    auto next = told.begin();
-    for (Finding& finding : masked.exame.inconsistencias) {
-      const auto same = std::find_if(next, told.end(),
-                                     [&finding](const Finding& each) { return SamePlace(each, finding); });
-      const bool importer = finding.doImportador;
-      finding = same == told.end() ? Bare(finding, other.bytes) : *same;
-      finding.doImportador = importer;
-      if (same != told.end()) next = std::next(same);
-    }
+  masked.arquivo = registrations.InText(file.arquivo);
+  masked.problema = registrations.InText(file.problema);
+  masked.conteudo = mask.other.bytes;
+  if (!file.sha256.empty()) masked.sha256 = report::Sha256(masked.conteudo);
+  auto next = mask.exame.inconsistencias.begin();
+  const auto end = mask.exame.inconsistencias.end();
+  for (Finding& finding : masked.exame.inconsistencias) {
+    const auto same =
+        std::find_if(next, end, [&finding](const Finding& each) { return SamePlace(each, finding); });
+    const bool importer = finding.doImportador;
+    finding = same == end ? Bare(finding, masked.conteudo) : *same;
+    finding.doImportador = importer;
+    if (same != end) next = std::next(same);
   }
-  if (!file.sha256.empty()) masked.sha256 = report::Sha256(other.bytes);
-  masked.conteudo = std::move(other.bytes);
+  for (report::KnownFinding& gone : masked.sumidas) {
+    gone.ie = registrations.InText(gone.ie);
+    gone.valor.clear();
+  }
   return masked;
 }
 

@@ -36,8 +36,35 @@ Examiner::Examiner(ExaminerOptions options)
     : options_(std::move(options)),
       host_({.pasta = options_.pasta, .modo = Modo::kValidar}, silence_, silence_, silence_) {}
 
-Examined Examiner::Examine(const std::string& path,
-                           const std::function<void(std::size_t, std::size_t)>& progresso) {
+Examined Examiner::Examine(const std::string& path, const Progress& progresso) {
+  Examined file = ExamineFile(path, progresso);
+  if (!options_.mascara) return file;
+  const std::string& bytes = file.report.conteudo;
+  if (file.report.exame.inconsistencias.empty()) {
+    file.mascara = {anonymizer::Anonymize(bytes, *options_.mascara), {}};
+    return file;
+  }
+  const auto examine = [this](std::string_view other) { return ExamineBytes(other, {}); };
+  try {
+    file.mascara = anonymizer::MakeMask(bytes, examine, *options_.mascara);
+  } catch (const RuntimeError& error) {
+    report::FileReport bare;  // nothing of the file is shown without its mask
+    bare.arquivo = path;
+    file = Failed(std::move(bare), ExitStatus::kEnvironment, Remedy(error, options_.pasta));
+    file.mascara = {anonymizer::Anonymize({}, *options_.mascara), {}};
+  }
+  return file;
+}
+
+Examination Examiner::ExamineBytes(std::string_view bytes, const Progress& progresso) {
+  return Examinar(bytes, host_.host(),
+                  {.limite = options_.limite,
+                   .responder_sim = options_.responder_sim,
+                   .todas = options_.todas,
+                   .progresso = progresso});
+}
+
+Examined Examiner::ExamineFile(const std::string& path, const Progress& progresso) {
   report::FileReport report;
   report.arquivo = path;
   auto content = ReadRegularFile(path, kMostBytes);
@@ -46,11 +73,7 @@ Examined Examiner::Examine(const std::string& path,
   report.tamanho = report.conteudo.size();
   if (options_.digest) report.sha256 = report::Sha256(report.conteudo);
   try {
-    report.exame = Examinar(report.conteudo, host_.host(),
-                            {.limite = options_.limite,
-                             .responder_sim = options_.responder_sim,
-                             .todas = options_.todas,
-                             .progresso = progresso});
+    report.exame = ExamineBytes(report.conteudo, progresso);
   } catch (const RuntimeError& error) {
     const ExitStatus status = std::max(MeaningOf(error.number()), ExitStatus::kEnvironment);
     return Failed(std::move(report), status, Remedy(error, options_.pasta));

@@ -46,6 +46,7 @@ class Report {
     const bool old =
         known && file.status == ExitStatus::kRefused && file.report.exame.inconsistencias.empty();
     worst_ = std::max(worst_, old ? ExitStatus::kAccepted : file.status);
+    if (file.mascara) file.report = anonymizer::Masked(file.report, *file.mascara);
     summary_.Add(file.report);
     bar_.Clear();
     if (!accepted || !options_.so_recusados) {

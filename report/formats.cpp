@@ -19,12 +19,12 @@ std::span<const FormatInfo> Formats() {
       FormatInfo{FormatKind::kTexto, "texto", false, true, "para ler: cada falta no seu lugar e como mendar"},
       FormatInfo{FormatKind::kConciso, "conciso", false, false, "uma linha por falta, para editores"},
       FormatInfo{FormatKind::kJson, "json", true, false, "um documento JSON, para programas"},
-      FormatInfo{FormatKind::kSarif, "sarif", false, false, "SARIF 2.1.0, para análise de código"},
+      FormatInfo{FormatKind::kSarif, "sarif", true, false, "SARIF 2.1.0, para análise de código"},
       FormatInfo{FormatKind::kJunit, "junit", false, false,
                  "XML do JUnit: cada declaração é um caso de teste"},
       FormatInfo{FormatKind::kGithub, "github", false, false, "anotações de um workflow do GitHub"},
       FormatInfo{FormatKind::kCsv, "csv", false, false, "para planilhas, com ponto e vírgula"},
-      FormatInfo{FormatKind::kHtml, "html", false, false, "uma página para ler, imprimir e enviar"},
+      FormatInfo{FormatKind::kHtml, "html", true, false, "uma página para ler, imprimir e enviar"},
   };
   return kFormats;
 }

@@ -155,7 +155,7 @@ std::string HtmlFormat::Begin(const Heading& heading) {
       "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\">\n"
       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
       "<title>Relatório de exame de arquivos Pré-Formatado</title>\n<style>\n{}</style>\n</head>\n<body>\n"
-      "<h1>Relatório de exame</h1>\n<p class=\"quiet\">Arquivos Pré-Formatado. {}. Tabelas: {}.</p>\n",
+      "<h1>Relatório de exame</h1>\n<p class=\"quiet\">Arquivos Pré-Formatado. {}. Tabelas de referência: {}.</p>\n",
       EmbeddedStyle(), Markup(heading.programa), Markup(heading.tabelas));
   return {};
 }
@@ -182,6 +182,7 @@ void HtmlFormat::AddFile(const FileReport& file) {
       fmt::format("<h2 id=\"arquivo-{}\">{}</h2>\n<p>{}, {}, {}</p>\n", files_, name, Verdict(file.estado),
                   text::Count(static_cast<std::uint64_t>(exame.declaracoes), "declaração", "declarações"),
                   text::Count(static_cast<std::uint64_t>(exame.registros), "registro", "registros"));
+  if (!file.sha256.empty()) sections_ += fmt::format("<p class=\"quiet\">SHA-256 {}</p>\n", file.sha256);
   if (!file.problema.empty()) sections_ += Element("p", Markup(OneLine(file.problema)));
   LineFinder lines(file.conteudo);
   for (const Finding& finding : exame.inconsistencias) {

@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <random>
 #include <system_error>
 
 #include "adapters/local/replacement.h"
@@ -49,7 +48,7 @@ class Anonimizar final : public Verb {
 
   std::string arquivo_;
   std::string saida_;  ///< file to write; empty or "-" for standard output
-  std::uint64_t semente_ = std::random_device()() | std::uint64_t{std::random_device()()} << 32U;
+  std::uint64_t semente_ = anonymizer::AnySeed();
   bool sobrescrever_ = false;
 };
 

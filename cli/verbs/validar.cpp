@@ -4,6 +4,7 @@
 #include <system_error>
 #include <thread>
 
+#include "anonymizer/anonymizer.h"
 #include "cli/file_names.h"
 #include "cli/importer.h"
 #include "cli/many_files.h"
@@ -43,6 +44,7 @@ class Validar final : public Verb {
             "  tremvik validar marco.txt --todos\n"
             "  tremvik validar entrada --padrao '*.txt' --todos --so-recusados\n"
             "  tremvik validar entrada/*.txt --todos --relatorio json --saida r.json\n"
+            "  tremvik validar marco.txt --todos --relatorio html --mascarar --saida r.html\n"
             "  find entrada -name '*.txt' -print0 | tremvik validar -0 - --json\n\n"
             "Com vários arquivos, e em relatórios, nada é perguntado: sem --responder a\n"
             "resposta é Não. Os resultados saem na ordem dos nomes, e o código de saída é o\n"
@@ -60,6 +62,7 @@ class Validar final : public Verb {
         "--relatorio", [this](const std::string& name) { return Choose(name); }, "FORMATO",
         formats_help_.c_str());
     options.Text("--saida", saida_, "ARQUIVO", "Onde escrever o relatório; sem ela, a saída padrão");
+    options.Flag("--mascarar", mascarar_, "Outras IE, CNPJ e valores no lugar dos do arquivo");
     options.Flag("--so-recusados", so_recusados_, "Dos arquivos aceitos só a contagem");
     options.Text("--padrao", padrao_, "MODELO", "Nas pastas, só os arquivos com nome assim: '*.txt'");
     options.Text("--linha-de-base", linha_de_base_, "ARQUIVO",
@@ -93,7 +96,7 @@ class Validar final : public Verb {
  private:
   // Any of these asks for findings in a report, not for the run as it shows itself.
   [[nodiscard]] bool Reports() const {
-    return exame_.todas || formato_ != nullptr || !saida_.empty() || !linha_de_base_.empty() ||
+    return exame_.todas || mascarar_ || formato_ != nullptr || !saida_.empty() || !linha_de_base_.empty() ||
            !gravar_linha_de_base_.empty();
   }
   std::string Choose(const std::string& name);
@@ -107,6 +110,7 @@ class Validar final : public Verb {
   const report::FormatInfo* formato_ = nullptr;
   std::string formats_help_ = FormatsHelp();
   std::string saida_;
+  bool mascarar_ = false;
   bool so_recusados_ = false;
   std::string padrao_;
   std::string linha_de_base_;
@@ -159,6 +163,7 @@ ExitStatus Validar::Report(FileNames& names, const Terminal& terminal, Output& o
                         .gravar_linha_de_base = gravar_linha_de_base_,
                         .paralelo = Workers()};
   options.exame.pasta = pasta;
+  if (mascarar_) options.exame.mascara = anonymizer::AnySeed();
   options.exame.responder_sim = responder_ == Answers::kYes;
   options.exame.digest = options.formato->wants_digest;
   // What a limit hides is neither new nor gone.

@@ -154,7 +154,7 @@ TEST_F(AnonymizerTest, AReportTellsTheOtherFile) {
   held.linha = 2;
   held.mensagem = held.porque = held.valor = ie;
   file.exame.inconsistencias.push_back(held);
-  const report::FileReport masked = Masked(file, Examine, 9);
+  const report::FileReport masked = Masked(file, MakeMask(file.conteudo, Examine, 9));
   ASSERT_EQ(masked.exame.inconsistencias.size(), 2U);
   const Finding& told = masked.exame.inconsistencias.front();
   EXPECT_EQ(told.regra, "CR25-07");

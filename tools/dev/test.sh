@@ -41,6 +41,16 @@ run_windows() {
   fi
 }
 
+# run_sarif : reports before the validator that npm has for them. Shows its own steps, and what it leaves out.
+run_sarif() {
+  if ./dev sarif build/test/cli/tremvik; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    failed_steps+=("SARIF")
+  fi
+}
+
 need "${packages_test[@]}"
 examine format "format: clang-format" clang-format-14 --dry-run --Werror $(sources)
 build_preset test "tests"
@@ -51,6 +61,7 @@ if [[ $scope == all ]]; then
   run_windows
   examine page-all "page: build, and its tests in a browser" ./dev page build/test/cli/tremvik
   cat "$log_dir/page-all.log"
+  run_sarif
   examine tidy "clang-tidy" python3 -B tools/tidy.py build/test clang-tidy-14
   examine tidy-windows "clang-tidy: the automation library" \
     python3 -B tools/tidy.py build/windows/x86_64 clang-tidy-14 adapters/com tests/com examples/windows
