@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -241,8 +242,7 @@ void Writer::WriteCfop(const Entry& entry) {
     const std::string other_base = OtherAmountField(base, draw);
     std::string other = OtherAmountField(imposto, draw);
     if (amount && *amount > 0 && Val(base) > 0) {
-      const auto part =
-          static_cast<std::int64_t>(static_cast<double>(*amount) * Val(other_base) / Val(base) + 0.5);
+      const std::int64_t part = std::llround(static_cast<double>(*amount) * Val(other_base) / Val(base));
       other = Written(std::max<std::int64_t>(part, 1), imposto).value_or(other);
     }
     if (Asks(base, imposto) != Asks(other_base, other)) continue;
@@ -298,9 +298,9 @@ void Writer::WriteOccurrence(std::size_t index) {
   if (repeated_.empty() || entries_[repeated_.front()].content != entry.content) repeated_.clear();
   if (repeated_.empty() || !indexes.empty()) teller_ = index;
   repeated_.push_back(index);
+  const std::string told = out_.substr(entries_[teller_].at, entry.content.size());
   for (const std::size_t i : repeated_)
-    out_.replace(entries_[i].at, entry.content.size(),
-                 out_.substr(entries_[teller_].at, entry.content.size()));
+    out_.replace(entries_[i].at, told.size(), told);
 }
 
 bool IsAlphanumeric(char c) { return IsDigit(c) || IsLetter(c); }

@@ -70,11 +70,10 @@ void OrderMap::Descend(std::span<const std::string> texts, const std::string& im
   if (depth == 0 && kept_first_ != '\0') kept += kept_first_;
   const std::string images = Images(characters, kept, draw_);
   for (std::size_t i = 0; i < characters.size(); ++i) {
-    const auto [begin, end] = std::ranges::equal_range(
-        texts, characters[i],
-        [](char a, char b) { return static_cast<unsigned char>(a) < static_cast<unsigned char>(b); },
-        [depth](const std::string& text) { return text[depth]; });
-    Descend({begin, end}, image + images[i]);
+    const auto own = [&](const std::string& text) { return text[depth] == characters[i]; };
+    const auto count = static_cast<std::size_t>(std::ranges::count_if(texts, own));
+    Descend(texts.first(count), image + images[i]);
+    texts = texts.subspan(count);
   }
 }
 

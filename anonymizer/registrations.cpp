@@ -122,18 +122,23 @@ std::string Registrations::InText(std::string_view text) const {
   std::string out(text);
   for (std::size_t at = 0; at < text.size(); ++at) {
     if (!IsDigit(text[at]) || (at > 0 && IsDigit(text[at - 1]))) continue;
-    for (const std::size_t wanted : {std::size_t{14}, std::size_t{12}}) {
-      const Found found = NumberAt(text, at, wanted);
-      const std::string other = found.digits.empty() ? std::string() : Replacement(found.digits);
-      if (other.empty()) continue;
-      for (std::size_t i = at, digit = 0; i < found.end; ++i) {
-        if (IsDigit(out[i])) out[i] = other[digit++];
-      }
-      at = found.end - 1;
-      break;
-    }
+    std::size_t end = ReplaceNumber(out, at, 14);
+    if (end == 0) end = ReplaceNumber(out, at, 12);
+    at = std::max(at, end);
   }
   return out;
+}
+
+// Puts another number in the place of the one of so many digits that begins at `at`, if it is a registration:
+// where it ends, else 0.
+std::size_t Registrations::ReplaceNumber(std::string& text, std::size_t at, std::size_t digits) const {
+  const Found found = NumberAt(text, at, digits);
+  const std::string other = found.digits.empty() ? std::string() : Replacement(found.digits);
+  if (other.empty()) return 0;
+  for (std::size_t i = at, digit = 0; i < found.end; ++i) {
+    if (IsDigit(text[i])) text[i] = other[digit++];
+  }
+  return found.end;
 }
 
 }  // namespace tremvik::anonymizer

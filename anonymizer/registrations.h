@@ -1,6 +1,7 @@
 // Other registration numbers in the place of those of a file.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -36,6 +37,7 @@ class Registrations {
 
  private:
   void DrawIEs(const std::set<std::string>& ies);
+  std::size_t ReplaceNumber(std::string& text, std::size_t at, std::size_t digits) const;
   [[nodiscard]] std::string Replacement(const std::string& digits) const;
 
   std::uint64_t seed_;

@@ -78,11 +78,13 @@ std::string GithubFormat::File(const FileReport& file) {
                           .message = text::Visible(InWords(unexamined)),
                           .line = unexamined.linha});
   }
-  if (file.exame.limitado)
+  if (file.exame.limitado) {
     out += Command(file, {.level = "warning", .title = "limite", .message = std::string(kLimitReached)});
-  if (file.estado == FileVerdict::kError)
+  }
+  if (file.estado == FileVerdict::kError) {
     out +=
         Command(file, {.level = "error", .title = "erro", .message = text::Visible(OneLine(file.problema))});
+  }
   return out;
 }
 
