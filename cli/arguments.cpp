@@ -1,10 +1,10 @@
 #include "cli/arguments.h"
 
 #include <algorithm>
-#include <numeric>
 #include <string_view>
 #include <utility>
 
+#include "cli/verb_options.h"
 #include "text/readable.h"
 
 namespace tremvik::cli {
@@ -38,35 +38,16 @@ void AddOptionNames(const CLI::App& app, std::vector<std::string>& names) {
     AddOptionNames(*verb, names);
 }
 
-// How many characters to add, to take away or to change make one word the other.
-std::size_t Distance(std::string_view one, std::string_view other) {
-  std::vector<std::size_t> row(other.size() + 1);
-  std::iota(row.begin(), row.end(), 0U);
-  for (std::size_t i = 0; i < one.size(); ++i) {
-    std::size_t before = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < other.size(); ++j) {
-      const std::size_t changed = before + (one[i] == other[j] ? 0U : 1U);
-      before = row[j + 1];
-      row[j + 1] = std::min({changed, before + 1, row[j] + 1});
-    }
-  }
-  return row.back();
-}
-
-// "a opção "--pata" não existe (quis dizer "--pasta"?)". A word of any length costs no more than a short one.
+// "a opção "--pata" não existe (quis dizer "--pasta"?)".
 std::string Unknown(std::string_view what, const std::string& word, const std::vector<std::string>& names) {
-  constexpr std::size_t kLongest = 40;
-  std::string complaint = std::string(what) + " \"" + text::Visible(word) + "\" não existe";
-  if (names.empty() || word.size() > kLongest) return complaint;
-  const auto nearest = std::ranges::min(names, {}, [&](const auto& name) { return Distance(word, name); });
-  if (Distance(word, nearest) > (word.size() + 2) / 3) return complaint;
-  return complaint + " (quis dizer \"" + nearest + "\"?)";
+  return std::string(what) + " " + text::InQuotes(word) + " não existe" + DidYouMean(word, names);
 }
 
 std::string UnknownVerb(const CLI::App& app, const std::string& word) {
   std::vector<std::string> names;
   for (const CLI::App* verb : VerbsOf(app))
     names.push_back(verb->get_name());
+  if (app.get_parent() == nullptr) names.emplace_back(kHelpVerb);
   return Unknown("o verbo", word, names);
 }
 

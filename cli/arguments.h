@@ -6,6 +6,9 @@
 
 namespace tremvik::cli {
 
+/// "tremvik ajuda validar" asks for what "tremvik validar --help" shows.
+inline constexpr const char* kHelpVerb = "ajuda";
+
 /// The words of a command line, put in order for the parser.
 struct Arguments {
   std::vector<std::string> words;  ///< the verb first, then all else in the order in which it was given

@@ -1,5 +1,7 @@
 #include "cli/command_line.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <string_view>
@@ -9,6 +11,7 @@
 #include "adapters/local/component_folder.h"
 #include "cli/arguments.h"
 #include "cli/portuguese_help.h"
+#include "cli/terminal.h"
 #include "cli/verb_options.h"
 #include "cli/verbs/verbs.h"
 #include "text/readable.h"
@@ -20,13 +23,13 @@ constexpr std::string_view kVersion = TREMVIK_VERSION;
 
 constexpr const char* kFooter =
     "Exemplos:\n"
-    "  tremvik exemplo --saida exemplo.txt   faz um arquivo válido para experimentar\n"
+    "  tremvik exemplo --saida exemplo.txt   gera um arquivo válido para experimentar\n"
     "  tremvik importar exemplo.txt          valida e guarda as declarações\n"
     "  tremvik validar *.txt                 valida vários arquivos sem guardar nada\n"
-    "  tremvik importar --help               ajuda de um verbo\n\n"
-    "As opções valem antes e depois do verbo.\n"
-    "Saída: 0 aceito, 1 recusado, 2 uso errado ou algo falta na máquina,\n"
-    "3 falha do programa.";
+    "  tremvik explicar CR10-11              explica uma regra ou uma mensagem\n"
+    "  tremvik ajuda importar                ajuda de um verbo\n\n"
+    "As opções valem antes e depois do verbo.\n\n"
+    "Código de saída: 0 aceito, 1 recusado, 2 uso incorreto ou problema no ambiente, 3 falha do programa.";
 
 // "importar, validar ou listar".
 std::string NamesOf(const CLI::App& app) {
@@ -37,6 +40,22 @@ std::string NamesOf(const CLI::App& app) {
     names += verb->get_name();
   }
   return names;
+}
+
+// Help is written for 80 cells, and for a narrower or somewhat wider terminal as it is.
+std::size_t WidthOfHelp() {
+  constexpr std::size_t kUsual = 80;
+  constexpr std::size_t kWidest = 100;
+  const std::size_t columns = ColumnsOf(STDOUT_FILENO);
+  return columns == 0 ? kUsual : std::min(columns, kWidest);
+}
+
+// The words of a call for help as options ask for it.
+std::vector<std::string> WithHelpAsOption(std::vector<std::string> words) {
+  if (words.empty() || (words.front() != kHelpVerb && words.front() != "help")) return words;
+  words.erase(words.begin());
+  words.emplace_back("--help");
+  return words;
 }
 
 // The parser of the whole command line. The options write straight into the verbs.
@@ -63,9 +82,9 @@ class Parser {
 };
 
 Parser::Parser() {
-  app_.formatter(std::make_shared<PortugueseFormatter>());
+  app_.formatter(std::make_shared<PortugueseFormatter>(WidthOfHelp()));
   app_.set_help_flag("-h,--help,--ajuda", "Mostra esta ajuda e termina")->group(kOptionsGroup);
-  app_.set_version_flag("--versao", "", "Mostra a versão e termina")->group(kOptionsGroup);
+  app_.set_version_flag("--versao,--version", "", "Mostra a versão e termina")->group(kOptionsGroup);
   app_.require_subcommand(0, 1);
   app_.allow_extras();
   for (auto& verb : MakeVerbs())
@@ -75,7 +94,7 @@ Parser::Parser() {
 
 CLI::App& Parser::AddApp(CLI::App& parent, const std::string& name, const VerbTexts& texts) {
   CLI::App* app = parent.add_subcommand(name, texts.description)->group("Verbos");
-  app->set_version_flag("--versao", "", "Mostra a versão e termina")->group(kOptionsGroup);
+  app->set_version_flag("--versao,--version", "", "Mostra a versão e termina")->group(kOptionsGroup);
   app->get_help_ptr()->group(kOptionsGroup);
   app->allow_extras();
   app->footer(texts.examples);
@@ -157,7 +176,7 @@ std::variant<std::unique_ptr<Verb>, Reply> Parser::Parse(const std::vector<std::
 }  // namespace
 
 std::variant<std::unique_ptr<Verb>, Reply> ParseCommandLine(int argc, const char* const* argv) {
-  return Parser().Parse({argv + std::min(argc, 1), argv + argc});
+  return Parser().Parse(WithHelpAsOption({argv + std::min(argc, 1), argv + argc}));
 }
 
 void WithCommandLine(const std::function<void(const CLI::App&)>& look) { look(Parser().app()); }

@@ -4,11 +4,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "cli/message_box.h"
 #include "runtime/text.h"
+#include "text/folding.h"
 #include "text/readable.h"
 
 namespace tremvik::cli {
@@ -23,11 +23,6 @@ bool ReadAnswer(std::string& answer) {
     answer += c;
   }
   return false;
-}
-
-template <std::size_t N>
-bool IsOneOf(std::string_view text, const std::array<std::string_view, N>& words) {
-  return std::ranges::find(words, text) != words.end();
 }
 
 }  // namespace
@@ -91,16 +86,15 @@ int Console::Ask() {
 }
 
 int Console::AskUser(Output& to) {
-  static constexpr std::array<std::string_view, 5> kSim{"s", "S", "sim", "Sim", "SIM"};
-  static constexpr std::array<std::string_view, 8> kNao{"", "n", "N", "nao", "Nao", "não", "Não", "NÃO"};
   for (std::string answer;;) {
     to.Write("Sim/Não [Não]: ");
     to.Flush();
     const bool answered = ReadAnswer(answer);
-    answer = std::string(Trim(answer, " \t\r"));
-    if (IsOneOf(answer, kSim)) return resposta::kSim;
+    const bool is_empty = Trim(answer, " \t\r").empty();
+    answer = text::Folded(answer);
+    if (answer == "s" || answer == "sim") return resposta::kSim;
     if (!answered) to.Write("\n");
-    if (!answered || IsOneOf(answer, kNao)) return resposta::kNao;
+    if (!answered || is_empty || answer == "n" || answer == "nao") return resposta::kNao;
     to.Write("Responda sim ou não.\n");
   }
 }

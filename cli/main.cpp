@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   try {
-    Output err(STDERR_FILENO);
+    Output err(STDERR_FILENO, tremvik::cli::ColumnsOf(STDERR_FILENO));
     Output out(STDOUT_FILENO);
     return static_cast<int>(Finish(Run(argc, argv, out, err), out, err));
   } catch (const std::bad_alloc&) {

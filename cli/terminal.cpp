@@ -7,6 +7,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <utility>
+#include <vector>
+
+#include "text/readable.h"
 
 namespace tremvik::cli {
 namespace {
@@ -26,6 +29,24 @@ std::size_t TerminalWidth(int descriptor, std::size_t fallback) {
   return std::clamp<std::size_t>(size.ws_col, kNarrowest, kWidest);
 }
 
+// The lines of `text`, those that are too wide broken between words. What carries colours fits already.
+std::string Wrapped(std::string_view text, std::size_t width) {
+  std::string out;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    const bool ended = line.size() < text.size();
+    const bool is_wide = text::Cells(line) > width && line.find('\x1b') == std::string_view::npos;
+    std::string_view separator;
+    for (const std::string& part : is_wide ? text::Wrap(line, width) : std::vector{std::string(line)}) {
+      out.append(separator).append(part);
+      separator = "\n";
+    }
+    if (ended) out += '\n';
+    text.remove_prefix(line.size() + (ended ? 1 : 0));
+  }
+  return out;
+}
+
 }  // namespace
 
 Terminal Terminal::Detect() {
@@ -40,6 +61,8 @@ Terminal Terminal::Detect() {
   if (terminal.out) terminal.width = TerminalWidth(STDOUT_FILENO, 80);
   return terminal;
 }
+
+std::size_t ColumnsOf(int descriptor) { return isatty(descriptor) == 1 ? TerminalWidth(descriptor, 80) : 0; }
 
 std::string SystemError(int error) {
   switch (error) {
@@ -71,7 +94,7 @@ std::string SystemError(int error) {
 
 void Output::Write(std::string_view text) {
   if (failed()) return;
-  pending_ += text;
+  pending_ += width_ == 0 ? std::string(text) : Wrapped(text, width_);
   if (descriptor_ >= 0 && pending_.size() >= kPiece) Flush();
 }
 

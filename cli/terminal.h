@@ -20,6 +20,9 @@ struct Terminal {
   static Terminal Detect();
 };
 
+/// The width of the terminal behind a descriptor in cells; 0 where there is none.
+[[nodiscard]] std::size_t ColumnsOf(int descriptor);
+
 /// A system error number in Portuguese words.
 [[nodiscard]] std::string SystemError(int error);
 
@@ -27,7 +30,8 @@ struct Terminal {
 /// that went away, or a full disk, does not raise: `failed` tells.
 class Output {
  public:
-  explicit Output(int descriptor = -1) : descriptor_(descriptor) {}
+  /// Lines wider than `width` cells are broken between words; 0 leaves them as they are.
+  explicit Output(int descriptor = -1, std::size_t width = 0) : descriptor_(descriptor), width_(width) {}
   ~Output() { Flush(); }
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
@@ -42,6 +46,7 @@ class Output {
 
  private:
   int descriptor_;
+  std::size_t width_;
   int error_ = 0;
   std::string pending_;
 };

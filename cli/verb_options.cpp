@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "cli/portuguese_help.h"
+#include "text/folding.h"
 #include "text/readable.h"
 
 namespace tremvik::cli {
@@ -19,6 +20,11 @@ std::optional<std::uint64_t> WholeNumber(const std::string& text) {
 }
 
 }  // namespace
+
+std::string DidYouMean(std::string_view word, std::span<const std::string> names) {
+  const std::string_view nearest = text::Nearest(word, names);
+  return nearest.empty() ? std::string() : " (quis dizer " + text::InQuotes(nearest) + "?)";
+}
 
 void VerbOptions::Argument(const char* name, std::string& target, const char* description, bool required) {
   verb_.add_option(name, target, description)->required(required)->group(kOptionsGroup);
@@ -62,18 +68,20 @@ void VerbOptions::AddNumber(const char* name, const Range& range, std::function<
 }
 
 void VerbOptions::Folder(std::string& target) {
-  Text("--pasta", target, "DIR", "Pasta das declarações guardadas e das tabelas;\ncriada se não existe");
+  Text("--pasta", target, "DIR", "Pasta das declarações guardadas e das tabelas; criada se não existir");
 }
 
 void VerbOptions::Responder(Answers& target) {
   const auto take = [&target](const std::string& text) -> std::string {
-    if (text != "sim" && text != "nao" && text != "não")
+    const std::string answer = text::Folded(text);
+    const bool yes = answer == "sim" || answer == "s";
+    if (!yes && answer != "nao" && answer != "n")
       return "o valor é sim ou nao, e não " + text::InQuotes(text);
-    target = text == "sim" ? Answers::kYes : Answers::kNo;
+    target = yes ? Answers::kYes : Answers::kNo;
     return {};
   };
   Judged("--responder", take, "sim|nao",
-         "Resposta às perguntas \"Deseja continuar\";\nsem terminal e sem esta opção é Não");
+         "Resposta às perguntas \"Deseja continuar\"; sem terminal e sem esta opção é Não");
 }
 
 void VerbOptions::Json(bool& target, const char* description) { Flag("--json", target, description); }

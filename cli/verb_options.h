@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/console.h"
@@ -15,6 +17,9 @@ class Option;
 }  // namespace CLI
 
 namespace tremvik::cli {
+
+/// " (quis dizer "json"?)" where one of `names` is near enough to `word` to be meant, else nothing.
+[[nodiscard]] std::string DidYouMean(std::string_view word, std::span<const std::string> names);
 
 /// Declares the options of one verb. An option's value is written where it was declared to go, which must
 /// outlive the parsing; of several values of an option the last one counts.

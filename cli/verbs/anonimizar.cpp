@@ -30,10 +30,10 @@ class Anonimizar final : public Verb {
 
   void Declare(VerbOptions& options) override {
     options.Argument("ARQUIVO", arquivo_, "Arquivo Pré-Formatado", true);
-    options.Text("--saida", saida_, "OUTRO", "Arquivo a escrever; sem ela, a saída padrão");
+    options.Text("--saida", saida_, "OUTRO", "Arquivo a gravar; sem esta opção, a saída padrão");
     options.Number<std::uint64_t>("--semente", semente_, 0, UINT64_MAX, "S",
                                   "Semente do sorteio: a mesma dá o mesmo arquivo");
-    options.Flag("--sobrescrever", sobrescrever_, "Troca o arquivo de --saida se ele já existe");
+    options.Flag("--sobrescrever", sobrescrever_, "Substitui o arquivo de --saida, se já existir");
   }
 
   [[nodiscard]] ExitStatus Execute(const Terminal& terminal, Output& out, Output& err) override;

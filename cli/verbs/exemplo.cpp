@@ -12,6 +12,7 @@
 #include "cli/rule_kit.h"
 #include "cli/verb_options.h"
 #include "cli/verbs/verbs.h"
+#include "report/search.h"
 #include "sample/rule_examples.h"
 #include "sample/sample.h"
 #include "text/readable.h"
@@ -59,7 +60,7 @@ std::string WriteFile(const std::string& path, const std::string& bytes) {
 class Exemplo final : public Verb {
  public:
   [[nodiscard]] VerbTexts Texts() const override {
-    return {"exemplo", "Faz um arquivo válido, ou um que quebra a regra pedida",
+    return {"exemplo", "Gera um arquivo válido, ou um que quebra a regra pedida",
             "Exemplos:\n"
             "  tremvik exemplo --saida exemplo.txt\n"
             "  tremvik exemplo --declaracoes 200 --semente 7 --saida grande.txt\n"
@@ -77,10 +78,10 @@ class Exemplo final : public Verb {
                    "Quantos registros (linhas) exatamente");
     options.Number<std::uint64_t>("--semente", exemplo_.seed, 0, UINT64_MAX, "S",
                                   "Semente do sorteio; o padrão é 1");
-    options.Flag("--duvida", exemplo_.duvida, "Com um imposto que faz a importação perguntar");
+    options.Flag("--duvida", exemplo_.duvida, "Com um imposto que leva a importação a perguntar");
     options.Text("--regra", regra_, "REGRA", "Um arquivo que quebra só esta regra (CR10-11)");
     options.Text("--todas-as-regras", regras_em_, "PASTA", "Um arquivo para cada regra, nesta pasta");
-    options.Text("--saida", saida_, "ARQUIVO", "Arquivo a escrever; sem ela, a saída padrão");
+    options.Text("--saida", saida_, "ARQUIVO", "Arquivo a gravar; sem esta opção, a saída padrão");
     options.Flag("--sobrescrever", sobrescrever_, "Troca arquivos de exemplo que já existem");
   }
 
@@ -119,9 +120,8 @@ std::string Exemplo::Make(std::string& bytes) const {
     }
     return {};
   }
-  std::string codigo = regra_;
-  std::ranges::transform(codigo, codigo.begin(),
-                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  const std::string typed = report::CodeIn(regra_);
+  const std::string codigo = typed.empty() ? regra_ : typed;
   const sample::RuleExample* const example = sample::FindRuleExample(codigo);
   if (example == nullptr) {
     return fmt::format("não há regra {}. Os códigos são como CR10-07, ARQ-03 ou ERR-6.",

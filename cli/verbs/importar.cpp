@@ -20,7 +20,7 @@ class Importar final : public Verb {
     options.Argument("ARQUIVO", arquivo_, "Arquivo Pré-Formatado", true);
     options.Folder(pasta);
     options.Responder(responder_);
-    options.Json(json_, "Escreve cada acontecimento como uma linha JSON");
+    options.Json(json_, "Escreve cada evento como uma linha JSON");
   }
 
   ExitStatus Execute(const Terminal& terminal, Output& out, Output& err) override {

@@ -30,9 +30,10 @@ class Construir final : public Verb {
   }
 
   void Declare(VerbOptions& options) override {
-    options.Argument("ARQUIVO", arquivo_, "Banco a escrever (tblFixas.fix); só é trocado\nse tudo está certo",
-                     true);
-    options.Text("--dados", dados_, "DIR", "Pasta dos arquivos CSV; sem ela, as linhas do programa");
+    options.Argument("ARQUIVO", arquivo_,
+                     "Banco a gravar (tblFixas.fix); só é substituído se tudo estiver certo", true);
+    options.Text("--dados", dados_, "DIR",
+                 "Pasta dos arquivos CSV; sem esta opção, as linhas do próprio programa");
   }
 
   [[nodiscard]] ExitStatus Execute(const Terminal& terminal, Output& out, Output& err) override;
@@ -126,7 +127,8 @@ class Exportar final : public Verb {
 
   void Declare(VerbOptions& options) override {
     options.Argument("DIR", pasta_, "Pasta dos arquivos CSV; criada se não existir", true);
-    options.Flag("--sobrescrever", sobrescrever_, "Troca os arquivos que já existem e são outros");
+    options.Flag("--sobrescrever", sobrescrever_,
+                 "Substitui os arquivos que já existirem e forem diferentes");
   }
 
   [[nodiscard]] ExitStatus Execute(const Terminal& /*terminal*/, Output& out, Output& err) override {

@@ -54,14 +54,14 @@ class Validar final : public Verb {
   void Declare(VerbOptions& options) override {
     options.Arguments(
         "ARQUIVO", arquivos_,
-        "Arquivos Pré-Formatado, ou pastas com eles; - lê os\nnomes da entrada padrão, um por linha");
+        "Arquivos Pré-Formatado, ou pastas com eles; - lê os nomes da entrada padrão, um por linha");
     options.Flag("--todos", exame_.todas, "Mostra todas as inconsistências, não só a primeira");
     options.Number<std::size_t>("--limite", limite_, 0, 1'000'000, "N",
-                                "Quantas por arquivo, com --todos; o padrão é 100, e 0\ntodas");
+                                "Quantas por arquivo, com --todos; o padrão é 100, e 0 todas");
     options.Judged(
         "--relatorio", [this](const std::string& name) { return Choose(name); }, "FORMATO",
         formats_help_.c_str());
-    options.Text("--saida", saida_, "ARQUIVO", "Onde escrever o relatório; sem ela, a saída padrão");
+    options.Text("--saida", saida_, "ARQUIVO", "Onde gravar o relatório; sem esta opção, a saída padrão");
     options.Flag("--mascarar", mascarar_, "Outras IE, CNPJ e valores no lugar dos do arquivo");
     options.Flag("--so-recusados", so_recusados_, "Dos arquivos aceitos só a contagem");
     options.Text("--padrao", padrao_, "MODELO", "Nas pastas, só os arquivos com nome assim: '*.txt'");
@@ -71,7 +71,7 @@ class Validar final : public Verb {
                  "Grava nele as inconsistências de agora");
     options.Folder(pasta);
     options.Responder(responder_);
-    options.Json(json_, "Escreve cada acontecimento como uma linha JSON");
+    options.Json(json_, "Escreve cada evento como uma linha JSON");
     options.Flag("-0,--nulo", nulo_, "Os nomes da entrada padrão são separados por NUL");
     options.Number("--paralelo", paralelo_, 1U, 256U, "N",
                    "Arquivos ao mesmo tempo; o padrão é um por núcleo");
@@ -124,7 +124,11 @@ class Validar final : public Verb {
 std::string Validar::Choose(const std::string& name) {
   formato_ = report::FindFormat(name);
   if (formato_ != nullptr) return {};
-  return "o formato " + text::InQuotes(name) + " não existe; há: " + FormatNames();
+  std::vector<std::string> names;
+  for (const report::FormatInfo& format : report::Formats())
+    names.emplace_back(format.nome);
+  return "o formato " + text::InQuotes(name) + " não existe" + DidYouMean(name, names) +
+         "; há: " + FormatNames();
 }
 
 // No more threads than files, where their number is known.

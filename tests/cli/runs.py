@@ -68,7 +68,7 @@ class Importing(Story):
         self.assertEqual(list(self.folder.glob("tremvik-*")), [])
 
     def test_a_question_is_answered_as_told_and_no_where_nobody_can_be_asked(self):
-        for options, reply in ((["--responder", "sim"], 6), (["--responder", "nao"], 7), ([], 7)):
+        for options, reply in ((["--responder", "SIM"], 6), (["--responder", "Não"], 7), (["--responder", "n"], 7), ([], 7)):
             run = self.run_piped("validar", ASKS, "--json", *options)
             self.assertEqual(run.status, 0 if reply == 6 else 1)
             self.assertEqual([one["resposta"] for one in run.of("mensagem") if one["estilo"] == 324], [reply])

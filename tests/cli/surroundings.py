@@ -29,13 +29,13 @@ WRONG_USE = (
     ("validar a --paralelo 0", "não é um número inteiro de 1 a 256"),
     ("validar a --limite 5", "--limite pede --todos"),
     ("validar a --todos --json", "o relatório é --relatorio json"),
-    ("validar a --relatorio jsom", 'o formato "jsom" não existe; há: texto, conciso, json'),
+    ("validar a --relatorio jsom", 'o formato "jsom" não existe (quis dizer "json"?); há: texto'),
     ("listar 123", '"123" não é uma inscrição estadual'),
     ("listar 110042490114 13/2012", '"13/2012" não é uma referência'),
     ("exemplo --declaracoes 10000", "não é um número inteiro de 1 a 9999"),
     ("exemplo --declaracoes 9000 --registros 10", "registros"),
     ("exemplo --regra CR05-15", "nenhum arquivo quebra a regra CR05-15. Só é conferida em referências a partir de 201201"),
-    ("exemplo --regra CR5-1", 'não há regra "CR5-1"'),
+    ("exemplo --regra cr99-1", 'não há regra "cr99-1"'),
     ("exemplo --regra CR10-11 --semente 3", "retire as opções de sorteio"),
     ("anonimizar nada.txt", 'o arquivo "nada.txt" não existe'),
     ("exemplo x", 'o argumento "x" sobra'),
@@ -59,8 +59,8 @@ class CommandLine(Story):
         self.assertEqual(len(self.run_piped("--pasta=nenhuma", "--json", "listar", "--pasta", "casa").objects()), 6)
 
     def test_every_verb_has_help_in_portuguese_with_examples(self):
-        for verb in ("", "importar", "validar", "listar", "esquema", "exemplo", "anonimizar", "tabelas", "tabelas construir",
-                     "tabelas verificar"):
+        for verb in ("", "importar", "validar", "explicar", "regras", "mostrar", "listar", "esquema", "exemplo",
+                     "anonimizar", "tabelas", "tabelas construir", "tabelas verificar", "tabelas exportar"):
             with self.subTest(verb):
                 run = self.run_piped(*verb.split(), "--help")
                 self.assertEqual((run.status, run.err), (0, ""))
@@ -68,7 +68,13 @@ class CommandLine(Story):
                 self.assertRegex(run.out, "Exemplos?:\n  tremvik")
                 self.assertNotRegex(run.out, "Usage|OPTION|[Oo]ptions|Positionals|REQUIRED|TEXT|Print|Reply|verb\\b")
                 self.assertLessEqual(max(map(len, run.out.splitlines())), 80)
-                self.assertRegex(self.run_piped(*verb.split(), "--versao").out, r"^tremvik \d+\.\d+\.\d+\n$")
+                self.assertEqual(self.run_piped("ajuda", *verb.split()).out, run.out)
+                for columns in (48, 66):
+                    narrow = self.run_on_terminal(*verb.split(), "--help", columns=columns).out.splitlines()
+                    wide = [line for line in narrow if len(line) > columns and "tremvik" not in line]
+                    self.assertEqual(wide, [])
+                for name in ("--versao", "--version"):
+                    self.assertRegex(self.run_piped(*verb.split(), name).out, r"^tremvik \d+\.\d+\.\d+\n$")
 
 
 class Machine(Story):
