@@ -68,7 +68,7 @@ std::vector<std::size_t> Beginnings(const KindInfo& kind, std::string_view conte
     if (first >= content.size() || field.position <= static_cast<int>(kind.code.size())) continue;
     columns.push_back(first);
     const std::string_view text = content.substr(first, static_cast<std::size_t>(field.width));
-    const auto* const bad = std::ranges::find_if_not(text, IsDigit);
+    const auto bad = std::ranges::find_if_not(text, IsDigit);
     if (IsNumericField(field) && bad != text.end() && bad != text.begin()) {
       columns.push_back(first + static_cast<std::size_t>(bad - text.begin()));
     }
