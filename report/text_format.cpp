@@ -28,7 +28,7 @@ std::string Paragraph(std::string_view label, std::string_view body, const text:
   out += text::Styled(std::string(label) + ":", Style::kDim, look.colour) + " ";
   const std::size_t taken = kIndent + text::Cells(label) + 2;
   std::size_t lines = 0;
-  for (const std::string& line : text::Wrap(std::string(taken, 'x').append(body), look.width - kIndent)) {
+  for (const std::string& line : text::Wrap(std::string(taken, 'x').append(body), look.width - 2 * kIndent)) {
     const std::string_view rest = std::string_view(line).substr(lines == 0 ? taken : 0);
     if (lines++ > 0) out.append(2 * kIndent, ' ');
     out.append(TrimEnd(rest)).append("\n");
