@@ -504,7 +504,7 @@ async function search() {
     ? `${count(codes.length, 'regra', 'regras')}, a mais provável primeiro.` : 'Nenhuma regra tem essa mensagem.';
   byId('found').replaceChildren(...codes.map((code) => rules.get(code)).filter(Boolean).map((rule) => make('li', {
     className: 'finding question', children: [
-      make('h4', {text: `${rule.codigo}: ${rule.titulo}`}),
+      make('h3', {text: `${rule.codigo}: ${rule.titulo}`}),
       make('p', {className: 'message', text: rule.mensagem ?? ''}),
       make('p', {text: rule.explicacao}),
       make('p', {children: [make('strong', {text: 'Como corrigir: '}), rule.comoMendar]}),

@@ -2,9 +2,11 @@
 
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
+#include "anonymizer/masked_report.h"
 #include "layout/cr05.h"
 #include "report/catalogue.h"
 #include "report/formats.h"
@@ -22,7 +24,7 @@ using Json = nlohmann::ordered_json;
 
 const report::Heading kHeading{.programa = "tremvik " TREMVIK_VERSION, .tabelas = "as do programa"};
 
-std::string Written(report::Format& format, const std::vector<report::FileReport>& files) {
+std::string Written(report::Format& format, std::span<const report::FileReport> files) {
   report::Summary summary;
   std::string text = format.Begin(kHeading);
   for (const auto& file : files) {
@@ -131,11 +133,19 @@ std::string Session::Records(std::size_t file, int from, int to) {
       {{"causa", tree.causa()}, {"cortado", tree.cut()}, {"registros", std::move(records)}});
 }
 
-std::string Session::Report(std::string_view form, bool masked) const {
+std::string Session::Report(std::string_view form, bool masked) {
+  constexpr std::uint64_t kSeed = 1;
   const report::FormatInfo* const info = report::FindFormat(form);
-  if (info == nullptr || masked) throw std::invalid_argument("não há relatório com esse formato");
+  if (info == nullptr) throw std::invalid_argument("não há relatório com esse formato");
   const auto format = report::MakeFormat(info->kind);
-  return Written(*format, files_);
+  if (!masked) return Written(*format, files_);
+  const auto examine = [this](std::string_view bytes) {
+    return Examinar(bytes, host_.host(), {.limite = 0});
+  };
+  std::vector<report::FileReport> others;
+  for (const report::FileReport& file : files_)
+    others.push_back(anonymizer::Masked(file, anonymizer::MakeMask(file.conteudo, examine, kSeed)));
+  return Written(*format, others);
 }
 
 }  // namespace tremvik::page

@@ -30,8 +30,9 @@ class Session {
   /// The records of lines `from` to `to` of a file as JSON, their fields by name and value.
   [[nodiscard]] std::string Records(std::size_t file, int from, int to);
 
-  /// The report on all files in the form of that name. Raises std::invalid_argument where there is none.
-  [[nodiscard]] std::string Report(std::string_view form, bool masked) const;
+  /// The report on all files in the form of that name; `masked`, with other registrations, keys and amounts.
+  /// Raises std::invalid_argument where there is none.
+  [[nodiscard]] std::string Report(std::string_view form, bool masked);
 
   /// Drops all files.
   void Forget() {

@@ -61,7 +61,7 @@ std::string WithoutLeadingZeros(std::string_view digits) {
 
 // A field that is all digits and as wide as it should be.
 std::string OfDigits(const FieldInfo& field, std::string_view digits) {
-  const auto* const form = std::ranges::find(kForms, field.name, &Form::name);
+  const auto form = std::ranges::find(kForms, field.name, &Form::name);
   if (form != kForms.end()) return Masked(form->mask, digits);
   const bool is_date = IsOneOf(field.name, kDates);
   const bool is_period = IsOneOf(field.name, kPeriods);

@@ -4,18 +4,18 @@ usage: page.py PAGE PROGRAM SAMPLES AXE      AXE is the checker of accessibility
 """
 
 import json
-import os
 import pathlib
 import random
 import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.support.ui import WebDriverWait
 
 PAGE, PROGRAM, SAMPLES, AXE = (pathlib.Path(argument).resolve() for argument in sys.argv[1:5])
@@ -150,13 +150,14 @@ class Page(unittest.TestCase):
     def test_a_message_is_looked_up_and_the_keyboard_suffices(self):
         self.element("query").send_keys("tabela 3 cr 10 campo basecalculo inconsistente")
         self.wait(lambda b: "CR10-" in self.element("found").text)
-        reached = set()
+        reached = []
+        self.browser.execute_script("document.activeElement.blur(); scrollTo(0, 0)")
         for _ in range(12):
-            self.browser.switch_to.active_element.send_keys("\ue004")
-            reached.add(self.browser.switch_to.active_element.get_attribute("id"))
-        self.browser.execute_script("document.body.focus()")
+            ActionChains(self.browser).send_keys(Keys.TAB).perform()
+            reached.append(self.browser.switch_to.active_element.get_attribute("id"))
+        self.assertLess(reached.index("file"), reached.index("folder"))
         self.choose(SAMPLES / "recusado-letra-em-valor.txt")
-        self.browser.find_element(By.CSS_SELECTOR, "#list button").send_keys("\ue007")
+        self.browser.find_element(By.CSS_SELECTOR, "#list button").send_keys(Keys.ENTER)
         self.assertEqual(self.browser.switch_to.active_element.get_attribute("id"), "result")
         neighbours = self.browser.find_element(By.CSS_SELECTOR, ".finding button")
         neighbours.send_keys(" ")
