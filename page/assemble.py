@@ -10,6 +10,10 @@ import pathlib
 import sys
 
 
+# The page's script in the order in which its parts use each other; all of them share one scope of their own.
+SCRIPTS = ("elements.js", "engine.js", "files.js", "findings.js", "tree.js", "page.js")
+
+
 def digest(text):
     return "'sha256-" + base64.b64encode(hashlib.sha256(text.encode()).digest()).decode() + "'"
 
@@ -26,10 +30,10 @@ def assemble(folder, module):
     def read(name):
         return (folder / name).read_text(encoding="utf-8")
 
-    script, style, worker = read("page.js"), read("page.css"), read("worker.js")
-    for name, text in (("page.js", script), ("worker.js", worker)):
-        if "</script" in text.lower():
-            raise SystemExit(f"{name} must not hold the end of a script element")
+    script = "'use strict';\n(() => {\n" + "\n".join(map(read, SCRIPTS)) + "})();\n"
+    style, worker = read("page.css"), read("worker.js")
+    if "</script" in (script + worker).lower():
+        raise SystemExit("no script may hold the end of a script element")
     parts = {
         "@POLICY@": policy(script, style),
         "@STYLE@": style,
