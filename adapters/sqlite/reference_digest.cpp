@@ -25,8 +25,9 @@ void DigestCheck::Add(std::string_view piece) {
 void DigestCheck::AddHeader(std::string_view piece) {
   std::array<char, kHeader> header{};
   std::ranges::copy(piece.substr(0, kHeader), header.begin());
-  std::copy_n(header.begin() + kDigestAt, written_.emplace().size(), written_->begin());
-  std::fill_n(header.begin() + kDigestAt, written_->size(), '\0');
+  Digest& written = written_.emplace();
+  std::copy_n(header.begin() + kDigestAt, written.size(), written.begin());
+  std::fill_n(header.begin() + kDigestAt, written.size(), '\0');
   AddBytes({header.data(), header.size()});
   AddBytes(piece.substr(kHeader));
 }
