@@ -48,7 +48,7 @@ bool Matches(std::string_view name, std::string_view pattern) {
   return true;
 }
 
-FolderWalk::FolderWalk(std::string folder, std::string pattern) : pattern_(std::move(pattern)) {
+FolderWalk::FolderWalk(const std::string& folder, std::string pattern) : pattern_(std::move(pattern)) {
   Enter(folder);
 }
 

@@ -13,7 +13,7 @@ namespace tremvik::cli {
 class FolderWalk {
  public:
   /// Files whose name does not match `pattern` are left out; an empty pattern leaves none out.
-  FolderWalk(std::string folder, std::string pattern);
+  FolderWalk(const std::string& folder, std::string pattern);
 
   /// The next file; nothing after the last.
   std::optional<std::string> Next();

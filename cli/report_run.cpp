@@ -119,6 +119,16 @@ void Conclude(const Report& report, const ReportOptions& options, const Terminal
   out.Write("Relatório em " + text::InQuotes(options.saida) + ".\n");
 }
 
+// Examines files; what one found is added to the report in the files' order. `bar` shows how far a file is.
+FileWorker MakeWorker(const ReportOptions& options, Report& report, FilesBar* bar) {
+  std::function<void(std::size_t, std::size_t)> part;
+  if (bar != nullptr) part = [bar](std::size_t done, std::size_t total) { bar->Part(done, total); };
+  return [&report, part, examiner = std::make_shared<Examiner>(options.exame)](const std::string& path) {
+    auto file = std::make_shared<Examined>(examiner->Examine(path, part));
+    return [&report, file] { report.Add(*file); };
+  };
+}
+
 }  // namespace
 
 ExitStatus ReportFiles(FileNames& names, const ReportOptions& options, const Terminal& terminal, Output& out,
@@ -137,15 +147,7 @@ ExitStatus ReportFiles(FileNames& names, const ReportOptions& options, const Ter
   }
   if (!options.gravar_linha_de_base.empty()) report.all.emplace();
 
-  const auto make_worker = [&]() -> FileWorker {
-    return [&, examiner = std::make_shared<Examiner>(options.exame)](const std::string& path) {
-      std::function<void(std::size_t, std::size_t)> part;
-      if (one) part = [&bar](std::size_t done, std::size_t total) { bar.Part(done, total); };
-      auto file = std::make_shared<Examined>(examiner->Examine(path, part));
-      return [&report, file] { report.Add(*file); };
-    };
-  };
-  WorkOnFiles(names, {.make_worker = make_worker,
+  WorkOnFiles(names, {.make_worker = [&] { return MakeWorker(options, report, one ? &bar : nullptr); },
                       .hopeless = [&] { return report.sink().failed(); },
                       .threads = options.paralelo,
                       .ahead = 4});

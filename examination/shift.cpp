@@ -79,9 +79,10 @@ std::vector<std::size_t> Beginnings(const KindInfo& kind, std::string_view conte
 // Where in the line a shift that length does not show may end: behind a field.
 std::vector<std::size_t> Ends(const KindInfo& kind) {
   std::vector<std::size_t> ends;
-  for (const FieldInfo& field : kind.fields)
+  for (const FieldInfo& field : kind.fields) {
     ends.push_back(std::min(static_cast<std::size_t>(field.position - 1 + field.width),
                             static_cast<std::size_t>(kind.length)));
+  }
   std::ranges::reverse(ends);  // the line's end is the likeliest
   return ends;
 }
@@ -179,9 +180,8 @@ std::optional<Shift> FindShift(std::string_view content) {
   }
   for (std::size_t columns = 1; columns <= kMostColumns; ++columns) {
     for (const std::size_t end : Ends(*kind)) {
-      for (const bool right : {true, false}) {
-        if (auto shift = Search({content, *kind, right, columns, end}, bad)) return shift;
-      }
+      if (auto shift = Search({content, *kind, true, columns, end}, bad)) return shift;
+      if (auto shift = Search({content, *kind, false, columns, end}, bad)) return shift;
     }
   }
   return {};
@@ -198,12 +198,10 @@ void Shifts::Collect(std::span<const Line> lines) {
     const std::string_view content = lines[i].content;
     if (!MayBeShifted(content)) continue;
     auto cause = KnownCause(content);
-    if (!cause && searches < kMostSearches) {
-      ++searches;
-      if (const auto shift = FindShift(content)) {
-        cause = causes_.size();
-        causes_.push_back({FindKind(content.substr(0, 2)), *shift, content.size()});
-      }
+    const auto shift = cause || searches++ >= kMostSearches ? std::nullopt : FindShift(content);
+    if (shift) {
+      cause = causes_.size();
+      causes_.push_back({FindKind(content.substr(0, 2)), *shift, content.size()});
     }
     if (!cause) continue;
     ++causes_[*cause].linhas;

@@ -41,6 +41,7 @@ class FileTree {
   /// A cause that spoils the whole file, such as a byte-order mark, is told and, where that can be done, set
   /// right for the tree.
   explicit FileTree(std::string bytes);
+  ~FileTree() = default;
   FileTree(const FileTree&) = delete;
   FileTree& operator=(const FileTree&) = delete;
 

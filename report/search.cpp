@@ -180,7 +180,7 @@ const std::vector<std::pair<Pattern, std::vector<const Rule*>>>& Patterns() {
     for (const Rule& rule : Catalogue()) {
       Pattern pattern = PatternOf(rule);
       const auto [place, added] = places.try_emplace(pattern.text, patterns.size());
-      if (added) patterns.push_back({std::move(pattern), {}});
+      if (added) patterns.emplace_back(std::move(pattern), std::vector<const Rule*>{});
       patterns[place->second].second.push_back(&rule);
     }
     return patterns;

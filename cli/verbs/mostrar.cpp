@@ -110,9 +110,10 @@ std::vector<const TreeRecord*> Mostrar::Chosen(const report::FileTree& tree) con
 std::string Mostrar::NothingChosen(const report::FileTree& tree) const {
   if (tree.records().empty())
     return text::InQuotes(arquivo_) + " está vazio. Confira se a cópia se completou";
-  if (!ie_.empty())
+  if (!ie_.empty()) {
     return fmt::format("{} não tem a declaração {}{}", text::InQuotes(arquivo_), text::Visible(declaracao_),
                        linhas_ ? " nessas linhas" : "");
+  }
   return fmt::format("{} não tem essa linha: termina na {}", text::InQuotes(arquivo_), tree.records().size());
 }
 
