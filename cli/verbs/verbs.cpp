@@ -13,6 +13,7 @@ constexpr std::array kMakers{MakeImportar,   MakeValidar,          MakeExplicar,
 
 std::vector<std::unique_ptr<Verb>> MakeVerbs() {
   std::vector<std::unique_ptr<Verb>> verbs;
+  verbs.reserve(kMakers.size());
   for (const auto& make : kMakers)
     verbs.push_back(make());
   return verbs;
