@@ -118,9 +118,10 @@ void WriteManual(const CLI::App& root, const Page& page, const std::string& vers
       << name << " - " << Escaped(OneLine(page.app->get_description())) << "\n\n# SINOPSE\n\n";
   const auto verbs = PagesOf(root);
   if (page.words.empty()) {
-    for (const Page& verb : verbs)
-      if (VerbsOf(*verb.app).empty())
-        out << Synopsis(*verb.app, verb.words) << (verb.app == verbs.back().app ? "\n\n" : "++\n");
+    for (const Page& verb : verbs) {
+      if (!VerbsOf(*verb.app).empty()) continue;
+      out << Synopsis(*verb.app, verb.words) << (verb.app == verbs.back().app ? "\n\n" : "++\n");
+    }
   } else {
     out << Synopsis(*page.app, page.words) << "\n\n";
   }
@@ -136,9 +137,10 @@ void WriteManual(const CLI::App& root, const Page& page, const std::string& vers
     out << "# VEJA TAMBÉM\n\n*tremvik*(1)\n";
   } else {
     out << "# VEJA TAMBÉM\n\n";
-    for (const Page& verb : verbs)
+    for (const Page& verb : verbs) {
       out << (&verb == &verbs.front() ? "*" : ", *") << "tremvik-" << Replaced(verb.words, " ", "-")
           << "*(1)";
+    }
     out << "\n";
   }
 }
@@ -197,9 +199,10 @@ void WriteBash(const CLI::App& root, std::ostream& out) {
       out << "    " << names << ")\n";
       if (value == Value::kFolder) out << "      mapfile -t COMPREPLY < <(compgen -d -- \"$cur\")\n";
       if (value == Value::kFile) out << "      mapfile -t COMPREPLY < <(compgen -f -- \"$cur\")\n";
-      if (value == Value::kWords)
+      if (value == Value::kWords) {
         out << "      mapfile -t COMPREPLY < <(compgen -W '" << Replaced(option->get_option_text(), "|", " ")
             << "' -- \"$cur\")\n";
+      }
       out << "      return\n      ;;\n";
     }
   }
@@ -272,9 +275,10 @@ void WriteZsh(const CLI::App& root, std::ostream& out) {
     out << "  '" << page.words << "')\n";
     if (!VerbsOf(*page.app).empty()) {
       out << "    local -a verbs=(";
-      for (const CLI::App* verb : VerbsOf(*page.app))
+      for (const CLI::App* verb : VerbsOf(*page.app)) {
         out << " '" << verb->get_name() << ":" << Replaced(OneLine(verb->get_description()), ":", "\\:")
             << "'";
+      }
       out << " )\n    _describe verbo verbs\n";
     }
     out << "    _arguments";
@@ -288,6 +292,26 @@ void WriteZsh(const CLI::App& root, std::ostream& out) {
   out << "esac\n";
 }
 
+// All files of the command line `root` in a folder; false when one cannot be written.
+bool WriteAll(const CLI::App& root, const std::string& folder, const std::string& version) {
+  bool written = true;
+  const auto write = [&](const std::string& name, const auto& with) {
+    std::ofstream file(folder + "/" + name, std::ios::binary);
+    with(file);
+    written = written && file.flush().good();
+  };
+  auto pages = PagesOf(root);
+  pages.push_back({&root, ""});
+  for (const Page& page : pages) {
+    const std::string words = page.words.empty() ? "" : "-" + Replaced(page.words, " ", "-");
+    write("tremvik" + words + ".1.scd", [&](std::ostream& out) { WriteManual(root, page, version, out); });
+  }
+  write("tremvik.bash", [&](std::ostream& out) { WriteBash(root, out); });
+  write("tremvik.fish", [&](std::ostream& out) { WriteFish(root, out); });
+  write("_tremvik", [&](std::ostream& out) { WriteZsh(root, out); });
+  return written;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -295,24 +319,8 @@ int main(int argc, char** argv) {
     std::cerr << "usage: cli_pages FOLDER VERSION\n";
     return 2;
   }
-  const std::string folder = argv[1];
-  const std::string version = argv[2];
   bool written = true;
-  const auto write = [&](const std::string& name, const auto& with) {
-    std::ofstream file(folder + "/" + name, std::ios::binary);
-    with(file);
-    written = written && file.flush().good();
-  };
-  tremvik::cli::WithCommandLine([&](const CLI::App& root) {
-    write("tremvik.1.scd", [&](std::ostream& out) { WriteManual(root, {&root, ""}, version, out); });
-    for (const Page& page : PagesOf(root)) {
-      write("tremvik-" + Replaced(page.words, " ", "-") + ".1.scd",
-            [&](std::ostream& out) { WriteManual(root, page, version, out); });
-    }
-    write("tremvik.bash", [&](std::ostream& out) { WriteBash(root, out); });
-    write("tremvik.fish", [&](std::ostream& out) { WriteFish(root, out); });
-    write("_tremvik", [&](std::ostream& out) { WriteZsh(root, out); });
-  });
+  tremvik::cli::WithCommandLine([&](const CLI::App& root) { written = WriteAll(root, argv[1], argv[2]); });
   if (!written) std::cerr << "cli_pages: the files could not be written\n";
   return written ? 0 : 1;
 }

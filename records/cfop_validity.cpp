@@ -113,10 +113,11 @@ Verdict ValidarCfopNaTabela(const Record<Cr10>& r, const Cfop& cfop, TabelasFixa
                       .append(cfop.exibicao))
         .Porque(razao::Meses(kTitulos99) + " valem só as divisões deste CFOP");
   }
-  if (fixas.NaoExisteEmFixas(Kind::kCr10, cfop.exibicao, Conjunto(cfop.ref)))
+  if (fixas.NaoExisteEmFixas(Kind::kCr10, cfop.exibicao, Conjunto(cfop.ref))) {
     return ForaDaTabela("CR10-09", r, cfop)
         .Porque("a tabela de CFOPs (" + razao::Meses(PeriodoDoConjunto(cfop.ref)) + ") não tem " +
                 Utf8(cfop.exibicao));
+  }
   return Accepted;
 }
 

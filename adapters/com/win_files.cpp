@@ -40,12 +40,13 @@ RuntimeError ErrorOfChange(DWORD code, std::string_view path) {
   const RuntimeError plain = ErrorOfSystem(code);
   const std::string folder(path.substr(0, path.find_last_of('\\')));
   std::string words = plain.description() + ": '" + std::string(path) + "'";
-  if (plain.number() == erro::kPermissaoNegada)
+  if (plain.number() == erro::kPermissaoNegada) {
     words += " está em uso por outro programa";
-  else if (IsReadOnly(SystemPath(path)))
+  } else if (IsReadOnly(SystemPath(path))) {
     words += " é somente leitura";
-  else if (!MayWrite(folder))
+  } else if (!MayWrite(folder)) {
     words += "; " + Unwritable(folder);
+  }
   return {plain.number(), words};
 }
 

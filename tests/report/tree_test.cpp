@@ -75,10 +75,11 @@ TEST(TreeTest, AnyBytesAreShownWithoutHarm) {
     std::string bytes = sound;
     for (int i = 0; i < 20; ++i) {
       const auto at = random() % bytes.size();
-      if (random() % 4 == 0)
+      if (random() % 4 == 0) {
         bytes.erase(at, random() % 40);
-      else
+      } else {
         bytes[at] = static_cast<char>(random());
+      }
     }
     const FileTree tree(bytes);
     for (const TreeRecord& record : tree.records()) {

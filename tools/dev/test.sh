@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# runs all tests and checks; "quick" leaves out the sanitizers, clang-tidy, Windows and the page
+# runs all tests and checks; "quick" leaves out the sanitizers, Windows and the page
 case ${1:-} in
   "" | quick) scope=${1:-all} ;;
   *) fail_usage "test knows \"quick\", not \"$1\"" ;;
@@ -62,9 +62,6 @@ if [[ $scope == all ]]; then
   examine page-all "page: build, and its tests in a browser" ./dev page build/test/cli/tremvik
   cat "$log_dir/page-all.log"
   run_sarif
-  examine tidy "clang-tidy" python3 -B tools/tidy.py build/test clang-tidy-14
-  examine tidy-windows "clang-tidy: the automation library" \
-    python3 -B tools/tidy.py build/windows/x86_64 clang-tidy-14 adapters/com tests/com examples/windows
 fi
 
 echo
