@@ -4,6 +4,7 @@
 
 #include "adapters/local/system.h"
 #include "adapters/sqlite/embedded_host.h"
+#include "cli/silence.h"
 #include "examination/examination.h"
 #include "text/readable.h"
 
@@ -12,16 +13,6 @@ namespace {
 
 constexpr std::size_t kMostBytes = 64UL * 1024 * 1024;  // four times the longest file that can be right
 constexpr std::size_t kMostFindings = 1000;
-
-// An examination shows nothing.
-struct Silence final : Screen, Events, Diagnostics {
-  int MsgBox(std::string_view /*text*/, int /*style*/, std::string_view /*title*/) override { return 0; }
-  void SetPointer(int /*pointer*/) override {}
-  void Progresso() override {}
-  void Fechar() override {}
-  void Inconsistencia(const FaultLocation& /*where*/) override {}
-  void Duvida(const FaultLocation& /*where*/) override {}
-};
 
 }  // namespace
 

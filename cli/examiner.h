@@ -10,6 +10,7 @@
 #include "adapters/sqlite/embedded_host.h"
 #include "anonymizer/masked_report.h"
 #include "cli/environment.h"
+#include "cli/silence.h"
 #include "report/file_report.h"
 
 namespace tremvik::cli {
@@ -45,16 +46,6 @@ class Examiner {
   [[nodiscard]] Examined Examine(const std::string& path, const Progress& progresso);
 
  private:
-  // An examination shows nothing.
-  struct Silence final : Screen, Events, Diagnostics {
-    int MsgBox(std::string_view /*text*/, int /*style*/, std::string_view /*title*/) override { return 0; }
-    void SetPointer(int /*pointer*/) override {}
-    void Progresso() override {}
-    void Fechar() override {}
-    void Inconsistencia(const FaultLocation& /*where*/) override {}
-    void Duvida(const FaultLocation& /*where*/) override {}
-  };
-
   Examined ExamineFile(const std::string& path, const Progress& progresso);
   Examination ExamineBytes(std::string_view bytes, const Progress& progresso);
 
