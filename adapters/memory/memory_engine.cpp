@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <functional>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
+#include "adapters/local/remembered.h"
 #include "adapters/memory/sql.h"
 #include "adapters/tables/embedded_tables.h"
 #include "adapters/tables/reference_columns.h"
@@ -18,7 +17,6 @@ namespace tremvik {
 namespace {
 
 constexpr int kItemNotFound = 3265;
-constexpr std::size_t kMostAnswers = 4096;
 
 memory::Cell CellOf(std::string&& text, bool integer) {
   if (!integer) return std::move(text);
@@ -80,31 +78,21 @@ class Answer final : public Recordset {
   std::optional<std::string> text_;
 };
 
-struct TextHash {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-};
-
 }  // namespace
 
 class MemoryReferenceEngine::Impl final : public Database {
  public:
   virtual ~Impl() = default;
 
-  // A look-up reads its answer before it asks again, so all may go when there are too many.
   Recordset& OpenRecordset(std::string_view sql, int type) override {
     if (type != kSnapshot) throw RuntimeError(erro::kArgumentoInvalido);
-    const auto known = answers_.find(sql);
-    if (known != answers_.end()) return known->second;
-    const memory::Query query = memory::ParseQuery(sql, tables_);
-    if (answers_.size() == kMostAnswers) answers_.clear();
-    return answers_.try_emplace(std::string(sql), query).first->second;
+    return answers_.To(sql, [&] { return Answer(memory::ParseQuery(sql, tables_)); });
   }
   void Close() override {}
 
  private:
   std::vector<memory::Table> tables_ = LoadAll();
-  std::unordered_map<std::string, Answer, TextHash, std::equal_to<>> answers_;
+  Remembered<Answer> answers_;
 };
 
 MemoryReferenceEngine::MemoryReferenceEngine() : impl_(std::make_unique<Impl>()) {}
